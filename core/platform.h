@@ -1,0 +1,102 @@
+// The platform layer: every operating-system call of the server, the client library and
+// the tools goes through these functions, so that another operating system is a second
+// implementation of this header rather than a fork of the callers.
+//
+// None of these functions throws. Failures are reported through return values as stated.
+#pragma once
+
+#include <sys/types.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace odbs::platform {
+
+// ---- Descriptors -------------------------------------------------------------------
+
+// Reads up to n bytes, retrying while the call is interrupted by a signal.
+// Returns the byte count (> 0), 0 at end of file, or -1 on any other error.
+long readSome(int fd, void* buf, size_t n);
+
+// Writes all n bytes, continuing after partial writes and interruptions; stops silently at
+// the first real error (a closed pipe, a bad descriptor). The result is deliberately not
+// reported: the server never checks its writes.
+void writeAll(int fd, const void* buf, size_t n);
+
+// Waits until fd has data to read, end of file or an error, or timeoutMs passes
+// (negative: no limit). Returns true when reading would not block.
+bool waitReadable(int fd, int timeoutMs);
+
+void closeFd(int fd);
+
+// Creates a pipe whose two ends are closed on exec. Returns false on failure.
+bool makePipe(int fds[2]);
+
+// ---- Process ----------------------------------------------------------------------
+
+// Makes a write to a pipe without reader fail with an error instead of ending the process.
+void ignoreBrokenPipe();
+
+// This process's id.
+int32_t processId();
+
+// Ends the process at once with status 0, after flushing standard error. Runs no static
+// destructors, so a second thread still inside a library call cannot trip over them.
+[[noreturn]] void exitProcess();
+
+// Starts a detached thread with a small stack running body. Returns false if the thread
+// could not be started.
+bool startThread(std::function<void()> body, size_t stackBytes);
+
+// Blocks until the process pid has ended. Returns at once when pid cannot be watched (no
+// such process, pid <= 0, no permission): a parent that cannot be watched counts as gone.
+// Uses a process descriptor where the kernel has one; otherwise polls often enough that
+// the end is seen within a second.
+void waitForProcessExit(int pid);
+
+// Starts argv[0] (a path) with arguments argv. Descriptors listed in keepFds stay open in
+// the child, at their numbers; every other descriptor that is marked close-on-exec is
+// closed. Returns the child's pid, or -1 on failure.
+pid_t spawnProcess(const std::vector<std::string>& argv, const std::vector<int>& keepFds);
+
+// Waits up to timeoutMs for the child to end (negative: no limit). Returns true and stores
+// its exit status (or 128 + signal number for a killed child) when it ended.
+bool waitChild(pid_t pid, int timeoutMs, int* status);
+
+// Sends SIGKILL to pid.
+void killProcess(pid_t pid);
+
+// ---- Files ------------------------------------------------------------------------
+
+struct FileStat {
+  int64_t size = 0;
+  int64_t mtimeSec = 0;   // modification time, whole seconds since the epoch
+  int64_t mtimeNsec = 0;  // and the nanoseconds within that second
+  uint64_t device = 0;
+  uint64_t inode = 0;
+};
+
+// Size, modification time and identity of a file. Returns false when it cannot be read.
+bool statFile(const std::string& path, FileStat* out);
+
+// True when the file exists and can be opened for reading.
+bool fileReadable(const std::string& path);
+
+// Renames from to to. Returns 0 on success, otherwise the error number.
+int renameFile(const std::string& from, const std::string& to);
+
+// Removes a file. Returns true when it was removed.
+bool removeFile(const std::string& path);
+
+// The absolute path with every symbolic link and "."/".." resolved, or an empty string
+// when the file does not exist.
+std::string canonicalPath(const std::string& path);
+
+// True when both paths name one existing file (same device and inode): the same file
+// reached through links, bind mounts or different spellings.
+bool sameFile(const std::string& a, const std::string& b);
+
+}  // namespace odbs::platform

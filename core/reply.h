@@ -1,0 +1,103 @@
+// Reply records: composing one record and sending it over the reply descriptor.
+//
+// Two layers. RecordBuilder composes one record (type byte and body, at most
+// kRecordBufferSize bytes) with typed little-endian writers. ReplyChannel frames records
+// (16-bit count, then the record) and writes them either one per write (send*) or gathered
+// in the pending output buffer (queue*), which is written in pieces of fewer than
+// kPendingFlushLimit bytes.
+//
+// Rule for handlers: flush() before returning after queuing, so that the end record the
+// dispatcher writes arrives after everything queued; never interleave direct sends and
+// queued records without a flush between them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+#include "core/coding.h"
+#include "core/record_format.h"
+
+namespace odbs {
+
+class RecordBuilder {
+ public:
+  explicit RecordBuilder(uint8_t type) { buf_[0] = type; }
+
+  // Each writer appends one value. A value that does not fit in the record buffer is
+  // dropped whole and the builder marks itself truncated; texts are cut to what fits.
+  RecordBuilder& i32(int32_t v) { return fixed(4, [v](uint8_t* p) { putI32(p, v); }); }
+  RecordBuilder& u32(uint32_t v) { return fixed(4, [v](uint8_t* p) { putU32(p, v); }); }
+  RecordBuilder& f32(float v) { return fixed(4, [v](uint8_t* p) { putF32(p, v); }); }
+  RecordBuilder& f64(double v) { return fixed(8, [v](uint8_t* p) { putF64(p, v); }); }
+  RecordBuilder& u8(uint8_t v) { return fixed(1, [v](uint8_t* p) { putU8(p, v); }); }
+  RecordBuilder& bytes(const void* src, size_t n);
+  RecordBuilder& text(std::string_view s);  // counted text: u32 count, bytes
+
+  uint8_t type() const { return buf_[0]; }
+  const uint8_t* data() const { return buf_; }  // type byte, then body
+  size_t size() const { return len_; }          // 1 + body length
+  bool truncated() const { return truncated_; }
+
+ private:
+  template <typename F>
+  RecordBuilder& fixed(size_t n, F put) {
+    if (kRecordBufferSize - len_ < n) {
+      truncated_ = true;
+      return *this;
+    }
+    put(buf_ + len_);
+    len_ += n;
+    return *this;
+  }
+
+  uint8_t buf_[kRecordBufferSize];
+  size_t len_ = 1;
+  bool truncated_ = false;
+};
+
+class ReplyChannel {
+ public:
+  // Writes to fd, which the channel does not own. Allocates the pending output buffer.
+  explicit ReplyChannel(int fd);
+  ReplyChannel(const ReplyChannel&) = delete;
+  ReplyChannel& operator=(const ReplyChannel&) = delete;
+
+  int fd() const { return fd_; }
+
+  // ---- One write per record ----
+  void send(const RecordBuilder& rec) { sendRaw(rec.data(), rec.size()); }
+  // A counted-text record of the given type (the message record '|' by default).
+  void sendText(std::string_view text, uint8_t type = kRecMessage);
+  void sendEnd();
+
+  // ---- Gathered in the pending output buffer ----
+  void queue(const RecordBuilder& rec) { queueRaw(rec.data(), rec.size()); }
+  void queueText(std::string_view text, uint8_t type);
+  // Reserves a framed record of the given type and body length in the pending buffer and
+  // returns where its body starts; the caller fills exactly bodyLen bytes. For fixed-size
+  // bulk records (nodes, elements, values) without an intermediate copy.
+  // bodyLen must be below kRecordBufferSize.
+  uint8_t* queueFixed(uint8_t type, size_t bodyLen);
+  // Writes the pending bytes, if any, with one write.
+  void flush();
+  // Forgets the pending bytes without writing them.
+  void discardPending() { pending_len_ = 0; }
+
+  // The pending buffer as it stands (the raw-write throughput test sends it unframed).
+  const uint8_t* pendingBuffer() const { return pending_.get(); }
+  size_t pendingLength() const { return pending_len_; }
+
+  // The raw writers the layers above rest on. record = type byte + body.
+  void sendRaw(const uint8_t* record, size_t len);
+  void queueRaw(const uint8_t* record, size_t len);
+  void writeBytes(const void* data, size_t len);
+
+ private:
+  int fd_;
+  std::unique_ptr<uint8_t[]> pending_;
+  size_t pending_len_ = 0;
+};
+
+}  // namespace odbs

@@ -1,0 +1,68 @@
+#include "client/reply_reader.h"
+
+#include <string>
+
+#include "client/client_error.h"
+#include "core/record_format.h"
+
+namespace odbs::client {
+
+ReplyKind replyKindOf(std::string_view line) {
+  auto at = [&](size_t i) { return i < line.size() ? line[i] : '\0'; };
+  switch (at(0)) {
+    case 'C':
+    case 'D':
+    case 'd':
+      return ReplyKind::kNone;
+    case 'h':
+      return at(1) == 'o' || at(1) == 'b' ? ReplyKind::kNone : ReplyKind::kUntilEnd;
+    case 'i':
+      return at(1) == 'r' && at(2) == 'c' ? ReplyKind::kNone : ReplyKind::kUntilEnd;
+    case 'q':
+      return ReplyKind::kExit;
+    case 'u':
+      return ReplyKind::kUpgradeCheck;
+    default:
+      return ReplyKind::kUntilEnd;
+  }
+}
+
+std::vector<uint8_t> Reply::wireBytes() const {
+  std::vector<uint8_t> out;
+  for (const Record& r : records) {
+    std::vector<uint8_t> frame = r.frameBytes();
+    out.insert(out.end(), frame.begin(), frame.end());
+  }
+  return out;
+}
+
+bool isUpgradeNeeded(const RecordView& rec) {
+  return rec.type == kRecMessage && rec.size == 4 && loadU32(rec.body) == 1;
+}
+
+size_t readReplyEach(FrameReader& reader, ReplyKind kind, Deadline deadline,
+                     const std::function<void(const RecordView&)>& onRecord) {
+  if (kind == ReplyKind::kNone || kind == ReplyKind::kExit) return 0;
+  size_t n = 0;
+  for (;;) {
+    RecordView rec = reader.nextView(deadline);
+    ++n;
+    onRecord(rec);
+    if (rec.type == kRecEnd) return n;
+    if (kind == ReplyKind::kUpgradeCheck && n == 1 && isUpgradeNeeded(rec)) return n;
+  }
+}
+
+Reply readReply(FrameReader& reader, ReplyKind kind, Deadline deadline, size_t maxRecords) {
+  Reply reply;
+  readReplyEach(reader, kind, deadline, [&](const RecordView& rec) {
+    if (reply.records.size() == maxRecords) {
+      throw ClientError("a reply held more than " + std::to_string(maxRecords) +
+                        " records before its end record");
+    }
+    reply.records.push_back(Record::copyOf(rec));
+  });
+  return reply;
+}
+
+}  // namespace odbs::client

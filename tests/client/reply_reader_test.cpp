@@ -1,0 +1,102 @@
+#include "client/reply_reader.h"
+
+#include <gtest/gtest.h>
+
+#include "client/client_error.h"
+#include "tests/client/frames.h"
+
+namespace odbs::client {
+namespace {
+
+using test::Bytes;
+using test::concat;
+using test::frame;
+
+Deadline soon() {
+  return deadlineIn(1000);
+}
+
+TEST(ReplyKind, FollowsTheDispatchLetters) {
+  struct Case {
+    const char* line;
+    ReplyKind kind;
+  };
+  const Case cases[] = {
+      {"C", ReplyKind::kNone},
+      {"D 0 1 0 a^b", ReplyKind::kNone},
+      {"d 1 1 2 x", ReplyKind::kNone},
+      {"ho 3", ReplyKind::kNone},
+      {"hb name", ReplyKind::kNone},
+      {"irc 1 2 Name", ReplyKind::kNone},
+      {"q", ReplyKind::kExit},
+      {"u /x.odb", ReplyKind::kUpgradeCheck},
+      {"", ReplyKind::kUntilEnd},
+      {"p", ReplyKind::kUntilEnd},
+      {"Z", ReplyKind::kUntilEnd},
+      {"hi /x.odb", ReplyKind::kUntilEnd},
+      {"hr 2 /x.odb", ReplyKind::kUntilEnd},
+      {"h", ReplyKind::kUntilEnd},
+      {"irf /x.odb", ReplyKind::kUntilEnd},
+      {"ir", ReplyKind::kUntilEnd},
+      {"is /x.odb", ReplyKind::kUntilEnd},
+      {"c /x.odb", ReplyKind::kUntilEnd},
+      {"rd /x.odb", ReplyKind::kUntilEnd},
+  };
+  for (const Case& c : cases) EXPECT_EQ(replyKindOf(c.line), c.kind) << '"' << c.line << '"';
+}
+
+TEST(ReadReply, StopsAtTheEndRecordAndKeepsTheWireBytes) {
+  Bytes first = concat({frame('|', test::textBody("a")), frame(3, Bytes(16, 9)), test::kEnd});
+  MemorySource src(concat({first, test::kEnd}), {3});
+  FrameReader reader(src);
+
+  Reply reply = readReply(reader, ReplyKind::kUntilEnd, soon());
+  ASSERT_EQ(reply.records.size(), 3u);
+  EXPECT_EQ(reply.bodyRecords(), 2u);
+  EXPECT_EQ(reply.wireBytes(), first);
+  // The next reply is left for the next call.
+  EXPECT_EQ(readReply(reader, ReplyKind::kUntilEnd, soon()).wireBytes(), test::kEnd);
+}
+
+TEST(ReadReply, UpgradeNeededRecordClosesTheUpgradeCheck) {
+  Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
+  MemorySource src(concat({upgradeNeeded, test::kEnd}));
+  FrameReader reader(src);
+
+  Reply check = readReply(reader, ReplyKind::kUpgradeCheck, soon());
+  EXPECT_EQ(check.wireBytes(), upgradeNeeded);
+  EXPECT_EQ(readReply(reader, ReplyKind::kUpgradeCheck, soon()).wireBytes(), test::kEnd);
+}
+
+TEST(ReadReply, UpgradeNeededBytesInsideAnotherReplyDoNotCloseIt) {
+  Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
+  MemorySource src(concat({upgradeNeeded, test::kEnd}));
+  FrameReader reader(src);
+  EXPECT_EQ(readReply(reader, ReplyKind::kUntilEnd, soon()).records.size(), 2u);
+}
+
+TEST(ReadReply, SilentKindsReadNothing) {
+  MemorySource src({}, {}, /*stallAtEnd=*/true);  // any read would time out
+  FrameReader reader(src);
+  EXPECT_TRUE(readReply(reader, ReplyKind::kNone, soon()).records.empty());
+  EXPECT_TRUE(readReply(reader, ReplyKind::kExit, soon()).records.empty());
+}
+
+TEST(ReadReply, MissingEndRecordIsAnError) {
+  MemorySource end(frame('|', test::textBody("x")));
+  FrameReader atEnd(end);
+  EXPECT_THROW(readReply(atEnd, ReplyKind::kUntilEnd, soon()), StreamEndError);
+
+  MemorySource stall(frame('|', test::textBody("x")), {}, /*stallAtEnd=*/true);
+  FrameReader stalled(stall);
+  EXPECT_THROW(readReply(stalled, ReplyKind::kUntilEnd, soon()), TimeoutError);
+}
+
+TEST(ReadReply, RecordLimitBoundsMemory) {
+  MemorySource src(concat({frame(3), frame(3), frame(3), test::kEnd}));
+  FrameReader reader(src);
+  EXPECT_THROW(readReply(reader, ReplyKind::kUntilEnd, soon(), 3), ClientError);
+}
+
+}  // namespace
+}  // namespace odbs::client

@@ -14,7 +14,9 @@ OdbContext& lookupOrOpen(const std::string&, ReplyChannel&) {
 
 void closeDatabase(const std::string&, ReplyChannel&) {}
 
-bool upgradeOutstanding(const std::string&) { return false; }
+bool upgradeOutstanding(const std::string&) {
+  return false;
+}
 
 void visitOpenDatabases() {}
 

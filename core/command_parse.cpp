@@ -56,10 +56,18 @@ RequestParams parseRequest(const char* line, bool defined) {
   r.param1 = p1;
   r.param2 = p2;
   switch (p3) {
-    case 0: r.positionCode = 4; break;
-    case 1: r.positionCode = 2; break;
-    case 2: r.positionCode = 3; break;
-    default: r.positionCode = p3; break;
+    case 0:
+      r.positionCode = 4;
+      break;
+    case 1:
+      r.positionCode = 2;
+      break;
+    case 2:
+      r.positionCode = 3;
+      break;
+    default:
+      r.positionCode = p3;
+      break;
   }
   r.text.assign(text.data(), std::min(std::strlen(text.data()), kTextField));
   for (char& c : r.text)

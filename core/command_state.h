@@ -38,8 +38,8 @@ struct Criterion {
 
 // The region word of rn / rg: A:B:database, each of A and B with an optional suffix.
 struct RegionRequest {
-  bool byName = false;       // rn: names; rg: numbers
-  std::string nameA, nameB;  // rn only, cut at the suffix, at most 199 bytes each
+  bool byName = false;               // rn: names; rg: numbers
+  std::string nameA, nameB;          // rn only, cut at the suffix, at most 199 bytes each
   int32_t numberA = 0, numberB = 0;  // rg only: absolute value of the number
   int32_t codeA = 0, codeB = 0;      // suffix code: .INNER -1, .OUTER -2, .MINIMUM/.MAXIMUM -3,
                                      // .<n> |n|, none 0

@@ -39,7 +39,9 @@ void guarded(F&& body) {
   }
 }
 
-std::string nameFrom(const char* line, size_t pos) { return std::string(lineFrom(line, pos)); }
+std::string nameFrom(const char* line, size_t pos) {
+  return std::string(lineFrom(line, pos));
+}
 
 // ---- Commands without a database --------------------------------------------------
 
@@ -141,11 +143,17 @@ Reply cmdCatalogue(ReplyChannel& out, CommandState& st, const char* line) {
     OdbContext& ctx = lookupOrOpen(nameFrom(line, 3), out);
     char sub = *lineFrom(line, 1);
     switch (sub) {
-      case 'd': case 'D':
+      case 'd':
+      case 'D':
         st.catalogueMode = sub == 'D';
         sendCatalogue(ctx, st.catalogueMode, out);
         break;
-      case 's': case 'S': case 'v': case 'V': case 'n': case 'N':
+      case 's':
+      case 'S':
+      case 'v':
+      case 'V':
+      case 'n':
+      case 'N':
         st.catalogueMode = sub >= 'A' && sub <= 'Z';
         break;
       default:
@@ -176,7 +184,9 @@ Reply setsCommand(ReplyChannel& out, const char* line, int mode) {
   return Reply::kEnd;
 }
 
-Reply cmdSets(ReplyChannel& out, CommandState&, const char* line) { return setsCommand(out, line, 0); }
+Reply cmdSets(ReplyChannel& out, CommandState&, const char* line) {
+  return setsCommand(out, line, 0);
+}
 Reply cmdSetsMode1(ReplyChannel& out, CommandState&, const char* line) {
   return setsCommand(out, line, 1);
 }
@@ -209,7 +219,8 @@ Reply cmdInquiry(ReplyChannel& out, CommandState& st, const char* line) {
 Reply cmdHistory(ReplyChannel& out, CommandState& st, const char* line) {
   switch (*lineFrom(line, 1)) {
     case 'i':
-      guarded([&] { sendHistory(lookupOrOpen(nameFrom(line, 3), out), 0, 0, st.historyNames, out); });
+      guarded(
+          [&] { sendHistory(lookupOrOpen(nameFrom(line, 3), out), 0, 0, st.historyNames, out); });
       return Reply::kEnd;
     case 'r': {
       int number = 0;
@@ -244,21 +255,37 @@ Reply cmdResults(ReplyChannel& out, CommandState& st, const char* line) {
 
   std::string name = nameFrom(line, 3);
   switch (sub) {
-    case 'l': case 'L': {
+    case 'l':
+    case 'L': {
       auto db = parseSectionPointRequest(line, &st.sectionPoints);
       if (!db) return Reply::kEnd;
       name = *db;
       req.resultMode = 0;
       break;
     }
-    case 's': case 'S': req.resultMode = 0; break;
-    case 'm': case 'M': req.resultMode = 1; break;
-    case 'v': case 'V': req.resultMode = -1; break;
-    case 't': case 'T': req.resultMode = -2; break;
+    case 's':
+    case 'S':
+      req.resultMode = 0;
+      break;
+    case 'm':
+    case 'M':
+      req.resultMode = 1;
+      break;
+    case 'v':
+    case 'V':
+      req.resultMode = -1;
+      break;
+    case 't':
+    case 'T':
+      req.resultMode = -2;
+      break;
     case 'd':
       guarded([&] { sendContactStatus(lookupOrOpen(name, out), st.request, st.selection, out); });
       return Reply::kEnd;
-    case 'n': case 'N': case 'g': case 'G': {
+    case 'n':
+    case 'N':
+    case 'g':
+    case 'G': {
       auto region = parseRegionWord(line, sub == 'n' || sub == 'N');
       if (!region) return Reply::kEnd;
       guarded([&] {
@@ -285,14 +312,29 @@ struct Command {
 };
 
 const Command kCommands[] = {
-    {'C', cmdFreeResultCache}, {'D', cmdRequestDefined}, {'G', cmdModelNodes},
-    {'M', cmdRawWrites},       {'S', cmdSets},           {'T', cmdCacheBaseName},
-    {'a', cmdSelectionSize},   {'b', cmdSelectionLabels}, {'c', cmdClose},
-    {'d', cmdRequestUndefined}, {'f', cmdCatalogue},     {'g', cmdModel},
-    {'h', cmdHistory},         {'i', cmdInquiry},        {'l', cmdList},
-    {'m', cmdFramedRecords},   {'o', cmdOpen},           {'p', cmdProcessId},
-    {'q', cmdQuit},            {'r', cmdResults},        {'s', cmdSetsMode1},
-    {'u', cmdUpgradeCheck},    {'v', cmdVFlag},
+    {'C', cmdFreeResultCache},
+    {'D', cmdRequestDefined},
+    {'G', cmdModelNodes},
+    {'M', cmdRawWrites},
+    {'S', cmdSets},
+    {'T', cmdCacheBaseName},
+    {'a', cmdSelectionSize},
+    {'b', cmdSelectionLabels},
+    {'c', cmdClose},
+    {'d', cmdRequestUndefined},
+    {'f', cmdCatalogue},
+    {'g', cmdModel},
+    {'h', cmdHistory},
+    {'i', cmdInquiry},
+    {'l', cmdList},
+    {'m', cmdFramedRecords},
+    {'o', cmdOpen},
+    {'p', cmdProcessId},
+    {'q', cmdQuit},
+    {'r', cmdResults},
+    {'s', cmdSetsMode1},
+    {'u', cmdUpgradeCheck},
+    {'v', cmdVFlag},
 };
 
 Proc findCommand(unsigned char letter) {

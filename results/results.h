@@ -12,8 +12,7 @@
 namespace odbs {
 
 // r forms other than d, n and g.
-void walkField(OdbContext& ctx, const FieldRequest& request, ResultCache& cache,
-               ReplyChannel& out);
+void walkField(OdbContext& ctx, const FieldRequest& request, ResultCache& cache, ReplyChannel& out);
 
 // rd: contact and status output for the selected labels.
 void sendContactStatus(OdbContext& ctx, const RequestParams& request,

@@ -41,7 +41,9 @@ inline uint8_t* putU64(uint8_t* dst, uint64_t v) {
   return putU32(dst, static_cast<uint32_t>(v >> 32));
 }
 
-inline uint8_t* putI32(uint8_t* dst, int32_t v) { return putU32(dst, static_cast<uint32_t>(v)); }
+inline uint8_t* putI32(uint8_t* dst, int32_t v) {
+  return putU32(dst, static_cast<uint32_t>(v));
+}
 
 inline uint8_t* putF32(uint8_t* dst, float v) {
   uint32_t bits;
@@ -68,7 +70,9 @@ inline uint8_t* putBytes(uint8_t* dst, const void* src, size_t n) {
 }
 
 // Loads from a pointer known to hold enough bytes.
-inline uint16_t loadU16(const uint8_t* p) { return static_cast<uint16_t>(p[0] | (p[1] << 8)); }
+inline uint16_t loadU16(const uint8_t* p) {
+  return static_cast<uint16_t>(p[0] | (p[1] << 8));
+}
 
 inline uint32_t loadU32(const uint8_t* p) {
   return static_cast<uint32_t>(p[0]) | (static_cast<uint32_t>(p[1]) << 8) |
@@ -95,9 +99,15 @@ class ByteReader {
     *v = *p_++;
     return true;
   }
-  bool getU16(uint16_t* v) { return load(v, 2, [](const uint8_t* p) { return loadU16(p); }); }
-  bool getU32(uint32_t* v) { return load(v, 4, [](const uint8_t* p) { return loadU32(p); }); }
-  bool getU64(uint64_t* v) { return load(v, 8, [](const uint8_t* p) { return loadU64(p); }); }
+  bool getU16(uint16_t* v) {
+    return load(v, 2, [](const uint8_t* p) { return loadU16(p); });
+  }
+  bool getU32(uint32_t* v) {
+    return load(v, 4, [](const uint8_t* p) { return loadU32(p); });
+  }
+  bool getU64(uint64_t* v) {
+    return load(v, 8, [](const uint8_t* p) { return loadU64(p); });
+  }
   bool getI32(int32_t* v) {
     uint32_t u;
     if (!getU32(&u)) return false;

@@ -1,6 +1,4 @@
 // Linux implementation of the platform layer.
-#include "core/platform.h"
-
 #include <errno.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -18,6 +16,8 @@
 #include <cstdio>
 #include <memory>
 #include <thread>
+
+#include "core/platform.h"
 
 extern char** environ;
 
@@ -65,11 +65,17 @@ void closeFd(int fd) {
   if (fd >= 0) ::close(fd);
 }
 
-bool makePipe(int fds[2]) { return ::pipe2(fds, O_CLOEXEC) == 0; }
+bool makePipe(int fds[2]) {
+  return ::pipe2(fds, O_CLOEXEC) == 0;
+}
 
-void ignoreBrokenPipe() { ::signal(SIGPIPE, SIG_IGN); }
+void ignoreBrokenPipe() {
+  ::signal(SIGPIPE, SIG_IGN);
+}
 
-int32_t processId() { return static_cast<int32_t>(::getpid()); }
+int32_t processId() {
+  return static_cast<int32_t>(::getpid());
+}
 
 void exitProcess() {
   std::fflush(stderr);
@@ -177,13 +183,17 @@ bool statFile(const std::string& path, FileStat* out) {
   return true;
 }
 
-bool fileReadable(const std::string& path) { return ::access(path.c_str(), R_OK) == 0; }
+bool fileReadable(const std::string& path) {
+  return ::access(path.c_str(), R_OK) == 0;
+}
 
 int renameFile(const std::string& from, const std::string& to) {
   return ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
-bool removeFile(const std::string& path) { return ::unlink(path.c_str()) == 0; }
+bool removeFile(const std::string& path) {
+  return ::unlink(path.c_str()) == 0;
+}
 
 std::string canonicalPath(const std::string& path) {
   char* resolved = ::realpath(path.c_str(), nullptr);

@@ -32,7 +32,9 @@ RecordBuilder& RecordBuilder::text(std::string_view s) {
 
 ReplyChannel::ReplyChannel(int fd) : fd_(fd), pending_(new uint8_t[kPendingBufferSize]()) {}
 
-void ReplyChannel::writeBytes(const void* data, size_t len) { platform::writeAll(fd_, data, len); }
+void ReplyChannel::writeBytes(const void* data, size_t len) {
+  platform::writeAll(fd_, data, len);
+}
 
 void ReplyChannel::sendRaw(const uint8_t* record, size_t len) {
   uint8_t frame[kFrameHeaderSize + kRecordBufferSize];
@@ -42,9 +44,13 @@ void ReplyChannel::sendRaw(const uint8_t* record, size_t len) {
   writeBytes(frame, len + kFrameHeaderSize);
 }
 
-void ReplyChannel::sendText(std::string_view text, uint8_t type) { send(RecordBuilder(type).text(text)); }
+void ReplyChannel::sendText(std::string_view text, uint8_t type) {
+  send(RecordBuilder(type).text(text));
+}
 
-void ReplyChannel::sendEnd() { writeBytes(kEndFrame, sizeof kEndFrame); }
+void ReplyChannel::sendEnd() {
+  writeBytes(kEndFrame, sizeof kEndFrame);
+}
 
 void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
   len = std::min(len, kRecordBufferSize);
@@ -54,7 +60,9 @@ void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
   pending_len_ += kFrameHeaderSize + len;
 }
 
-void ReplyChannel::queueText(std::string_view text, uint8_t type) { queue(RecordBuilder(type).text(text)); }
+void ReplyChannel::queueText(std::string_view text, uint8_t type) {
+  queue(RecordBuilder(type).text(text));
+}
 
 uint8_t* ReplyChannel::queueFixed(uint8_t type, size_t bodyLen) {
   size_t len = 1 + std::min(bodyLen, kRecordBufferSize - 1);

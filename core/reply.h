@@ -27,11 +27,21 @@ class RecordBuilder {
 
   // Each writer appends one value. A value that does not fit in the record buffer is
   // dropped whole and the builder marks itself truncated; texts are cut to what fits.
-  RecordBuilder& i32(int32_t v) { return fixed(4, [v](uint8_t* p) { putI32(p, v); }); }
-  RecordBuilder& u32(uint32_t v) { return fixed(4, [v](uint8_t* p) { putU32(p, v); }); }
-  RecordBuilder& f32(float v) { return fixed(4, [v](uint8_t* p) { putF32(p, v); }); }
-  RecordBuilder& f64(double v) { return fixed(8, [v](uint8_t* p) { putF64(p, v); }); }
-  RecordBuilder& u8(uint8_t v) { return fixed(1, [v](uint8_t* p) { putU8(p, v); }); }
+  RecordBuilder& i32(int32_t v) {
+    return fixed(4, [v](uint8_t* p) { putI32(p, v); });
+  }
+  RecordBuilder& u32(uint32_t v) {
+    return fixed(4, [v](uint8_t* p) { putU32(p, v); });
+  }
+  RecordBuilder& f32(float v) {
+    return fixed(4, [v](uint8_t* p) { putF32(p, v); });
+  }
+  RecordBuilder& f64(double v) {
+    return fixed(8, [v](uint8_t* p) { putF64(p, v); });
+  }
+  RecordBuilder& u8(uint8_t v) {
+    return fixed(1, [v](uint8_t* p) { putU8(p, v); });
+  }
   RecordBuilder& bytes(const void* src, size_t n);
   RecordBuilder& text(std::string_view s);  // counted text: u32 count, bytes
 

@@ -7,7 +7,7 @@ seconds=${FUZZ_SECONDS:-30}
 CC=clang CXX=clang++ cmake -S . -B build/fuzz -DCMAKE_BUILD_TYPE=RelWithDebInfo -DODB_FUZZ=ON \
   -DODB_BUILD_BENCH=OFF >/dev/null
 cmake --build build/fuzz -j"$(nproc)" --target fuzz_targets
-for target in build/fuzz/tests/fuzz/fuzz_*; do
+for target in build/fuzz/bin/fuzz_*; do
   [ -x "$target" ] || continue
   name=$(basename "$target")
   corpus=build/fuzz/corpus/$name

@@ -1,0 +1,88 @@
+#include "core/reply.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "core/platform.h"
+
+namespace odbs {
+namespace {
+
+// A reply channel writing into a pipe whose bytes the test reads back.
+class ChannelTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(platform::makePipe(fds_));
+    channel_ = std::make_unique<ReplyChannel>(fds_[1]);
+  }
+  void TearDown() override {
+    channel_.reset();
+    platform::closeFd(fds_[0]);
+    platform::closeFd(fds_[1]);
+  }
+  std::vector<uint8_t> drain() {
+    std::vector<uint8_t> got;
+    uint8_t buf[65536];
+    while (platform::waitReadable(fds_[0], 0)) {
+      long n = platform::readSome(fds_[0], buf, sizeof buf);
+      if (n <= 0) break;
+      got.insert(got.end(), buf, buf + n);
+    }
+    return got;
+  }
+  int fds_[2];
+  std::unique_ptr<ReplyChannel> channel_;
+};
+
+TEST_F(ChannelTest, TextRecordFrame) {
+  channel_->sendText("Found upgraded odb: a.odb");
+  auto got = drain();
+  ASSERT_EQ(got.size(), 32u);
+  EXPECT_EQ(got[0], 30);  // count: type + text count + 25 bytes
+  EXPECT_EQ(got[1], 0);
+  EXPECT_EQ(got[2], '|');
+  EXPECT_EQ(got[3], 25);
+  EXPECT_EQ(std::string(got.begin() + 7, got.end()), "Found upgraded odb: a.odb");
+}
+
+TEST_F(ChannelTest, EndAndFixedRecords) {
+  channel_->send(RecordBuilder(kRecProcessId).i32(0x01020304));
+  channel_->sendEnd();
+  EXPECT_EQ(drain(), (std::vector<uint8_t>{5, 0, 0x7D, 4, 3, 2, 1, 1, 0, 0x7E}));
+}
+
+TEST_F(ChannelTest, QueueFlushesFirstWhenTheRecordWouldReachTheLimit) {
+  // Fill the pending buffer to exactly 40945 bytes with 10-byte frames (8-byte records)
+  // and one 5-byte frame.
+  RecordBuilder eight(kRecNode);
+  eight.i32(1).u8(2).u8(3).u8(4);
+  for (int i = 0; i < 4094; ++i) channel_->queue(eight);
+  RecordBuilder three(kRecNode);
+  three.u8(1).u8(2);
+  channel_->queue(three);
+  ASSERT_EQ(channel_->pendingLength(), 40945u);
+  EXPECT_TRUE(drain().empty());
+
+  RecordBuilder five(kRecNode);
+  five.i32(7);
+  channel_->queue(five);
+  EXPECT_EQ(drain().size(), 40945u);
+  EXPECT_EQ(channel_->pendingLength(), 7u);
+  channel_->flush();
+  EXPECT_EQ(drain(), (std::vector<uint8_t>{5, 0, kRecNode, 7, 0, 0, 0}));
+}
+
+TEST(RecordBuilder, OversizedValuesAreDroppedNotOverrun) {
+  RecordBuilder r(kRecMessage);
+  std::string big(kRecordBufferSize, 'x');
+  r.text(big);
+  EXPECT_TRUE(r.truncated());
+  EXPECT_EQ(r.size(), kRecordBufferSize);
+  r.i32(5);
+  EXPECT_EQ(r.size(), kRecordBufferSize);
+}
+
+}  // namespace
+}  // namespace odbs

@@ -1,5 +1,6 @@
 #include "client/reply_reader.h"
 
+#include <cstdio>
 #include <string>
 
 #include "client/client_error.h"
@@ -7,7 +8,9 @@
 
 namespace odbs::client {
 
-ReplyKind replyKindOf(std::string_view line) {
+namespace {
+
+ReplyKind kindOf(std::string_view line) {
   auto at = [&](size_t i) { return i < line.size() ? line[i] : '\0'; };
   switch (at(0)) {
     case 'C':
@@ -22,9 +25,24 @@ ReplyKind replyKindOf(std::string_view line) {
       return ReplyKind::kExit;
     case 'u':
       return ReplyKind::kUpgradeCheck;
+    case 'M':
+      return ReplyKind::kRawThenEnd;
     default:
       return ReplyKind::kUntilEnd;
   }
+}
+
+}  // namespace
+
+ReplyShape replyShapeOf(std::string_view line) {
+  ReplyShape shape{kindOf(line), 0};
+  if (shape.kind == ReplyKind::kRawThenEnd) {
+    int count = 0, size = 0;
+    std::string args(line.size() > 2 ? line.substr(2) : std::string_view());
+    std::sscanf(args.c_str(), "%d %d", &count, &size);
+    if (count > 0 && size > 0) shape.rawBytes = uint64_t(count) * uint64_t(size);
+  }
+  return shape;
 }
 
 std::vector<uint8_t> Reply::wireBytes() const {
@@ -40,9 +58,11 @@ bool isUpgradeNeeded(const RecordView& rec) {
   return rec.type == kRecMessage && rec.size == 4 && loadU32(rec.body) == 1;
 }
 
-size_t readReplyEach(FrameReader& reader, ReplyKind kind, Deadline deadline,
+size_t readReplyEach(FrameReader& reader, ReplyShape shape, Deadline deadline,
                      const std::function<void(const RecordView&)>& onRecord) {
+  ReplyKind kind = shape.kind;
   if (kind == ReplyKind::kNone || kind == ReplyKind::kExit) return 0;
+  if (shape.rawBytes != 0) reader.skipBytes(shape.rawBytes, deadline);
   size_t n = 0;
   for (;;) {
     RecordView rec = reader.nextView(deadline);
@@ -53,9 +73,10 @@ size_t readReplyEach(FrameReader& reader, ReplyKind kind, Deadline deadline,
   }
 }
 
-Reply readReply(FrameReader& reader, ReplyKind kind, Deadline deadline, size_t maxRecords) {
+Reply readReply(FrameReader& reader, ReplyShape shape, Deadline deadline, size_t maxRecords) {
   Reply reply;
-  readReplyEach(reader, kind, deadline, [&](const RecordView& rec) {
+  reply.rawBytes = shape.rawBytes;
+  readReplyEach(reader, shape, deadline, [&](const RecordView& rec) {
     if (reply.records.size() == maxRecords) {
       throw ClientError("a reply held more than " + std::to_string(maxRecords) +
                         " records before its end record");

@@ -61,17 +61,17 @@ void ServerProcess::sendBytes(std::string_view bytes) {
 
 Reply ServerProcess::request(std::string_view line, int timeoutMs) {
   send(line);
-  return readReply(replyKindOf(line), timeoutMs);
+  return readReply(replyShapeOf(line), timeoutMs);
 }
 
-Reply ServerProcess::readReply(ReplyKind kind, int timeoutMs) {
-  return client::readReply(reader_, kind, deadlineIn(limit(timeoutMs)));
+Reply ServerProcess::readReply(ReplyShape shape, int timeoutMs) {
+  return client::readReply(reader_, shape, deadlineIn(limit(timeoutMs)));
 }
 
-size_t ServerProcess::readReplyEach(ReplyKind kind,
+size_t ServerProcess::readReplyEach(ReplyShape shape,
                                     const std::function<void(const RecordView&)>& onRecord,
                                     int timeoutMs) {
-  return client::readReplyEach(reader_, kind, deadlineIn(limit(timeoutMs)), onRecord);
+  return client::readReplyEach(reader_, shape, deadlineIn(limit(timeoutMs)), onRecord);
 }
 
 Record ServerProcess::readRecord(int timeoutMs) {

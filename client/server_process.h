@@ -49,13 +49,14 @@ class ServerProcess {
   // Sends bytes exactly as given (partial lines, several lines at once).
   void sendBytes(std::string_view bytes);
 
-  // Sends the line and reads the reply that the line gets (replyKindOf): nothing for the
-  // silent commands and q, records up to the closing one otherwise.
+  // Sends the line and reads the reply that the line gets (replyShapeOf): nothing for the
+  // silent commands and q, records up to the closing one otherwise (M's unframed bytes
+  // are skipped and counted).
   Reply request(std::string_view line, int timeoutMs = -1);
-  // Reads one reply of the given kind. timeoutMs < 0 uses the default limit.
-  Reply readReply(ReplyKind kind = ReplyKind::kUntilEnd, int timeoutMs = -1);
+  // Reads one reply of the given shape. timeoutMs < 0 uses the default limit.
+  Reply readReply(ReplyShape shape = {}, int timeoutMs = -1);
   // Streams one reply record by record (for replies too large to hold).
-  size_t readReplyEach(ReplyKind kind, const std::function<void(const RecordView&)>& onRecord,
+  size_t readReplyEach(ReplyShape shape, const std::function<void(const RecordView&)>& onRecord,
                        int timeoutMs = -1);
   // The next record on its own.
   Record readRecord(int timeoutMs = -1);

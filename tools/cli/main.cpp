@@ -1,0 +1,61 @@
+// odb_cli: the command-line client of odb_server.
+//
+//   odb_cli raw [options] [line...]   send lines (else stdin's lines), print every record
+//
+// Options: --server PATH (default: odb_server beside odb_cli), --format text|json,
+// --timeout MS (limit for one reply). Further subcommands (a database's model, steps,
+// fields) are added to the table below, each in files of its own.
+#include <cstring>
+#include <iostream>
+#include <stdexcept>
+
+#include "tools/cli/cli_options.h"
+#include "tools/cli/raw_command.h"
+
+namespace {
+
+const char kUsage[] =
+    "usage: odb_cli <subcommand> [options] [arguments]\n"
+    "\n"
+    "subcommands:\n"
+    "  raw [line...]   send command lines (from the arguments, else one per line of\n"
+    "                  standard input) and print every reply record\n"
+    "\n"
+    "options:\n"
+    "  --server PATH     the odb_server program (default: beside odb_cli)\n"
+    "  --format FORMAT   text (default) or json\n"
+    "  --timeout MS      time limit for one reply (default 30000)\n";
+
+struct Subcommand {
+  const char* name;
+  int (*run)(const odbs::cli::CliOptions&, const std::string& serverPath);
+};
+
+int runRawCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runRaw(options, serverPath, std::cin, std::cout);
+}
+
+const Subcommand kSubcommands[] = {
+    {"raw", runRawCommand},
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2 || std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0) {
+    std::cout << kUsage;
+    return argc < 2 ? 2 : 0;
+  }
+  for (const Subcommand& sub : kSubcommands) {
+    if (std::strcmp(argv[1], sub.name) != 0) continue;
+    try {
+      odbs::cli::CliOptions options = odbs::cli::parseOptions(argc, argv, 2);
+      return sub.run(options, odbs::cli::resolveServerPath(options, argv[0]));
+    } catch (const std::invalid_argument& e) {
+      std::cerr << "odb_cli: " << e.what() << "\n\n" << kUsage;
+      return 2;
+    }
+  }
+  std::cerr << "odb_cli: unknown subcommand '" << argv[1] << "'\n\n" << kUsage;
+  return 2;
+}

@@ -1,0 +1,95 @@
+// How the server ends: q, end of input, its parent's end, and what it survives (a reply
+// pipe without a reader). Every way out must be exit status 0.
+#include <gtest/gtest.h>
+
+#include "core/platform.h"
+#include "tests/protocol/server_fixture.h"
+
+namespace odbs::client {
+namespace {
+
+using test::kEnd;
+using test::kTimeoutMs;
+using test::startServer;
+
+TEST(Lifecycle, QuitFirstWritesNothing) {
+  auto server = startServer();
+  server->send("q");
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+  EXPECT_TRUE(server->readToEnd().empty());
+}
+
+TEST(Lifecycle, QuitAfterStateWasSet) {
+  auto server = startServer();
+  for (const char* line : {"D 0 1 0 a^b", "a 3", "b 10 20 30 40", "irc 1 2 Name With Spaces",
+                           "ho 1", "hb U1", "v 5", "T /nonexistent/cache"}) {
+    server->request(line);
+  }
+  server->send("q");
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+  EXPECT_TRUE(server->readToEnd().empty());
+}
+
+TEST(Lifecycle, EndOfInputEndsTheServer) {
+  auto server = startServer();
+  EXPECT_EQ(server->request("Z").wireBytes(), kEnd);
+  server->closeCommands();
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+  EXPECT_TRUE(server->readToEnd().empty());
+}
+
+// A line cut by the end of input loses its last character, like a line that ends with a
+// newline loses the newline: "pp" runs p, a lone "p" becomes an empty line.
+TEST(Lifecycle, LastLineWithoutNewlineLosesItsLastCharacter) {
+  auto server = startServer();
+  server->sendBytes("pp");
+  server->closeCommands();
+  Reply reply = server->readReply();
+  ASSERT_EQ(reply.records.size(), 2u);
+  EXPECT_EQ(reply.records[0].type, '}');
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+
+  auto lone = startServer();
+  lone->sendBytes("p");
+  lone->closeCommands();
+  EXPECT_EQ(lone->readToEnd(), kEnd);
+  EXPECT_EQ(lone->waitExit(kTimeoutMs), 0);
+}
+
+TEST(Lifecycle, ParentAlreadyGoneAtStart) {
+  pid_t parent = platform::spawnProcess({"/bin/true"}, {});
+  ASSERT_GT(parent, 0);
+  int status = -1;
+  ASSERT_TRUE(platform::waitChild(parent, kTimeoutMs, &status));
+
+  auto server = startServer(parent);
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+}
+
+TEST(Lifecycle, ParentEndingWhileTheServerWaitsForInput) {
+  pid_t parent = platform::spawnProcess({"/bin/sleep", "60"}, {});
+  ASSERT_GT(parent, 0);
+  auto server = startServer(parent);
+  EXPECT_EQ(server->request("p").records.size(), 2u);  // up and blocked in its read
+
+  platform::killProcess(parent);
+  int status = -1;
+  ASSERT_TRUE(platform::waitChild(parent, kTimeoutMs, &status));
+  // The parent's end is seen within about a second; the limit here only stops a hang.
+  EXPECT_EQ(server->waitExit(3000), 0);
+}
+
+TEST(Lifecycle, ClosedReplyPipeDoesNotEndTheServer) {
+  auto server = startServer();
+  server->closeReplies();
+  for (const char* line : {"p", "m 2000 100", "M 20 50000", "Z", "g /nonexistent/a.odb"}) {
+    server->send(line);
+  }
+  // Still running after every write failed; a broken-pipe signal would have ended it.
+  EXPECT_FALSE(server->waitExit(500).has_value());
+  server->closeCommands();
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+}
+
+}  // namespace
+}  // namespace odbs::client

@@ -1,0 +1,169 @@
+// The bytes of the replies that the server core writes, checked on the wire.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "client/core_records.h"
+#include "tests/protocol/server_fixture.h"
+
+namespace odbs::client {
+namespace {
+
+using test::Bytes;
+using test::kEnd;
+using test::startServer;
+
+class Replies : public ::testing::Test {
+ protected:
+  void SetUp() override { server_ = startServer(); }
+
+  // After a test, the server must still answer p and have written nothing stray.
+  void TearDown() override {
+    if (!server_->waitExit(0)) {
+      EXPECT_EQ(server_->request("p").records.size(), 2u);
+      EXPECT_FALSE(server_->replyPending(50)) << "bytes beyond the last reply";
+    }
+  }
+
+  std::unique_ptr<ServerProcess> server_;
+};
+
+TEST_F(Replies, ProcessIdRecordThenEnd) {
+  uint32_t pid = static_cast<uint32_t>(server_->pid());
+  Bytes expected = {
+      0x05, 0x00, 0x7D, uint8_t(pid), uint8_t(pid >> 8), uint8_t(pid >> 16), uint8_t(pid >> 24),
+      0x01, 0x00, 0x7E};
+  EXPECT_EQ(server_->request("p").wireBytes(), expected);
+}
+
+TEST_F(Replies, UnknownAndEmptyLinesGetOnlyTheEndRecord) {
+  for (const char* line : {"", "Z", "A", "w", "~", "B 1 2", "x", "0", "\r"}) {
+    EXPECT_EQ(server_->request(line).wireBytes(), kEnd) << '"' << line << '"';
+  }
+}
+
+// 4095 characters are read as one line (its last one cleared like a newline), the rest as
+// the next line. The q on either side of the cut ends the server if it falls elsewhere.
+TEST_F(Replies, OverlongLineIsCutAfter4095Characters) {
+  std::string line(5000, ' ');
+  line[0] = 'Z';
+  line[4094] = 'q';
+  line[4095] = 'p';
+  line[4096] = 'q';
+  server_->send(line);
+  EXPECT_EQ(server_->readReply().wireBytes(), kEnd);
+  Reply second = server_->readReply();
+  ASSERT_EQ(second.records.size(), 2u);
+  EXPECT_EQ(decodeProcessId(second.records[0]), server_->pid());
+}
+
+TEST_F(Replies, SilentCommandsWriteNothing) {
+  for (const char* line : {"C", "D 0 1 0 a^b", "d 1 1 2 x", "ho 2", "hb U1", "hb U2",
+                           "irc 1 2 Name With Spaces", "irc 9 1 X"}) {
+    server_->send(line);
+  }
+  Reply reply = server_->request("p");
+  ASSERT_EQ(reply.records.size(), 2u);
+  EXPECT_EQ(reply.records[0].type, '}');
+}
+
+TEST_F(Replies, FramedTestRecordsCarrySequenceAndIntegers) {
+  Reply small = server_->request("m 3 2");
+  ASSERT_EQ(small.records.size(), 4u);
+  for (uint32_t i = 0; i < 3; ++i) {
+    EXPECT_EQ(small.records[i].count(), 13u);
+    TestRecord t = decodeTestRecord(small.records[i]);
+    EXPECT_EQ(t.sequence, i);
+    EXPECT_EQ(t.values, (std::vector<int32_t>{0, 1}));
+  }
+  EXPECT_EQ(small.wireBytes().size(), 3u * 15 + 3);
+
+  EXPECT_EQ(server_->request("m 0 5").wireBytes(), kEnd);
+  EXPECT_EQ(server_->request("m 2 0").records[1].count(), 5u);
+}
+
+// Many records go through the pending buffer in several writes: none lost, none reordered.
+TEST_F(Replies, ManyFramedRecordsArriveInOrder) {
+  const uint32_t count = 5000, n = 100;
+  uint32_t next = 0;
+  bool intact = true;
+  uint64_t bytes = 0;
+  server_->send("m 5000 100");
+  size_t records = server_->readReplyEach({}, [&](const RecordView& rec) {
+    bytes += 2 + rec.count();
+    if (rec.type != '"') return;
+    TestRecord t = decodeTestRecord(rec);
+    intact = intact && t.sequence == next++ && t.values.size() == n && t.values.back() == 99;
+  });
+  EXPECT_EQ(records, count + 1);
+  EXPECT_EQ(next, count);
+  EXPECT_TRUE(intact);
+  EXPECT_EQ(bytes, uint64_t{4 * n + 7} * count + 3);
+}
+
+TEST_F(Replies, RawWritesAreUnframed) {
+  server_->send("M 3 100");
+  EXPECT_EQ(server_->readBytes(300).size(), 300u);
+  EXPECT_EQ(server_->readBytes(3), kEnd);
+
+  // Blocks larger than the pending buffer are written whole.
+  Reply big = server_->request("M 2 100000");
+  EXPECT_EQ(big.rawBytes, 200000u);
+  EXPECT_EQ(big.wireBytes(), kEnd);
+
+  EXPECT_EQ(server_->request("M 0 100").wireBytes(), kEnd);
+  EXPECT_EQ(server_->request("M -1 5").wireBytes(), kEnd);
+}
+
+// A database that cannot be opened: the look-up fails quietly and each command is
+// answered with the end record alone.
+TEST_F(Replies, DatabaseCommandsOnAMissingDatabaseAnswerWithTheEndRecord) {
+  const std::string db = "/nonexistent/job.odb";
+  const std::vector<std::string> lines = {"o " + db,
+                                          "c " + db,
+                                          "G " + db,
+                                          "g " + db,
+                                          "S 1 1 " + db,
+                                          "s 0 0 " + db,
+                                          "fd " + db,
+                                          "fD " + db,
+                                          "fs " + db,
+                                          "fv " + db,
+                                          "fn " + db,
+                                          "hi " + db,
+                                          "hr 1 " + db,
+                                          "irf " + db,
+                                          "irs 1 1 " + db,
+                                          "is " + db,
+                                          "rs " + db,
+                                          "rm " + db,
+                                          "rv " + db,
+                                          "rt " + db,
+                                          "rd " + db,
+                                          "rb " + db,
+                                          "rB " + db,
+                                          "rl 1 2," + db,
+                                          "rl 1 2 no comma",
+                                          "rn A.INNER:B.7:" + db,
+                                          "rn A",
+                                          "rg 1:2:" + db,
+                                          "l",
+                                          "T " + db};
+  for (const std::string& line : lines) {
+    EXPECT_EQ(server_->request(line).wireBytes(), kEnd) << line;
+  }
+}
+
+TEST_F(Replies, UpgradeCheckOfAMissingDatabaseIsOneEndRecord) {
+  EXPECT_EQ(server_->request("u /nonexistent/job").wireBytes(), kEnd);
+  EXPECT_EQ(server_->request("u ").wireBytes(), kEnd);
+}
+
+TEST_F(Replies, StateCommandsAnswerWithTheEndRecord) {
+  for (const char* line : {"a 3", "b 10 20 30 40", "a 0", "b 1", "v 0", "v 5", "T /tmp/x"}) {
+    EXPECT_EQ(server_->request(line).wireBytes(), kEnd) << line;
+  }
+}
+
+}  // namespace
+}  // namespace odbs::client

@@ -1,0 +1,23 @@
+// Starting the server under test. Every read has a 5-second limit, so that a server that
+// stops answering fails the test instead of hanging it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "client/server_process.h"
+
+namespace odbs::client::test {
+
+using Bytes = std::vector<uint8_t>;
+
+constexpr int kTimeoutMs = 5000;
+inline const Bytes kEnd = {0x01, 0x00, 0x7E};
+
+// Starts odb_server with this process as its parent, or with the given parent id.
+inline std::unique_ptr<ServerProcess> startServer(int parentPid = 0) {
+  return std::make_unique<ServerProcess>(ServerOptions{ODB_SERVER_PATH, parentPid, kTimeoutMs});
+}
+
+}  // namespace odbs::client::test

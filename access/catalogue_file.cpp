@@ -14,17 +14,27 @@ namespace {
 constexpr size_t kMaxLine = 10000;  // longest line read back, newline included
 constexpr size_t kMaxVersionLine = 100;
 
-gzFile gz(void* f) { return static_cast<gzFile>(f); }
+gzFile gz(void* f) {
+  return static_cast<gzFile>(f);
+}
 
 std::string escape(std::string_view s) {
   std::string out;
   out.reserve(s.size());
   for (char c : s) {
     switch (c) {
-      case '\\': out += "\\\\"; break;
-      case '\n': out += "\\n"; break;
-      case '\r': out += "\\r"; break;
-      default: out += c; break;
+      case '\\':
+        out += "\\\\";
+        break;
+      case '\n':
+        out += "\\n";
+        break;
+      case '\r':
+        out += "\\r";
+        break;
+      default:
+        out += c;
+        break;
     }
   }
   return out;
@@ -39,10 +49,17 @@ bool unescape(const std::string& s, std::string* out) {
     }
     if (++i == s.size()) return false;
     switch (s[i]) {
-      case '\\': *out += '\\'; break;
-      case 'n': *out += '\n'; break;
-      case 'r': *out += '\r'; break;
-      default: return false;
+      case '\\':
+        *out += '\\';
+        break;
+      case 'n':
+        *out += '\n';
+        break;
+      case 'r':
+        *out += '\r';
+        break;
+      default:
+        return false;
     }
   }
   return true;
@@ -64,7 +81,9 @@ CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
   platform::createEmptyFile(base_ + "_lock");
 }
 
-CatalogueWriter::~CatalogueWriter() { finish(); }
+CatalogueWriter::~CatalogueWriter() {
+  finish();
+}
 
 void CatalogueWriter::header(int mode, const std::string& dbPath,
                              const platform::FileStat& dbStat) {

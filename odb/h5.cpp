@@ -1,5 +1,7 @@
 #include "odb/h5.h"
 
+#include <algorithm>
+#include <cstring>
 #include <mutex>
 #include <stdexcept>
 
@@ -67,13 +69,6 @@ void checkStatus(herr_t s, const std::string& what) {
 Handle stringType(size_t len) {
   Handle t = check(H5Tcopy(H5T_C_S1), "cannot make a string type");
   checkStatus(H5Tset_size(t.id(), len == 0 ? 1 : len), "cannot size a string type");
-  H5Tset_cset(t.id(), H5T_CSET_UTF8);
-  return t;
-}
-
-Handle vlenStringType() {
-  Handle t = check(H5Tcopy(H5T_C_S1), "cannot make a string type");
-  checkStatus(H5Tset_size(t.id(), H5T_VARIABLE), "cannot make a variable string type");
   H5Tset_cset(t.id(), H5T_CSET_UTF8);
   return t;
 }
@@ -171,14 +166,8 @@ std::string Group::getString(const std::string& name) const {
   Handle space = check(H5Aget_space(a.id()), "cannot read the shape of " + where(name));
   if (H5Sget_simple_extent_npoints(space.id()) != 1)
     fail("attribute " + where(name) + " is not one text");
-  if (H5Tis_variable_str(t.id()) > 0) {
-    Handle mt = vlenStringType();
-    char* p = nullptr;
-    checkStatus(H5Aread(a.id(), mt.id(), &p), "cannot read attribute " + where(name));
-    std::string s = p ? p : "";
-    H5free_memory(p);
-    return s;
-  }
+  if (H5Tis_variable_str(t.id()) != 0)
+    fail("attribute " + where(name) + " is not a fixed-length text");
   size_t n = H5Tget_size(t.id());
   if (n == 0 || n > (size_t(1) << 30)) fail("attribute " + where(name) + " has a bad size");
   std::string s(n, '\0');
@@ -211,11 +200,15 @@ void Group::writeRaw(const std::string& name, hid_t ftype, hid_t mtype, const vo
 }
 
 void Group::writeStrings(const std::string& name, const std::vector<std::string>& v) const {
-  std::vector<const char*> ptrs;
-  ptrs.reserve(v.size());
-  for (const auto& s : v) ptrs.push_back(s.c_str());
-  Handle t = vlenStringType();
-  writeRaw(name, t.id(), t.id(), ptrs.data(), {static_cast<hsize_t>(v.size())});
+  // Fixed-length, NUL-padded texts: the bytes sit in the dataset itself, so a damaged file
+  // can at worst garble a text, never send the library after a bad heap reference.
+  size_t width = 1;
+  for (const auto& s : v) width = std::max(width, s.size());
+  std::string buf(v.size() * width, '\0');
+  for (size_t i = 0; i < v.size(); ++i) buf.replace(i * width, v[i].size(), v[i]);
+  Handle t = stringType(width);
+  H5Tset_strpad(t.id(), H5T_STR_NULLPAD);
+  writeRaw(name, t.id(), t.id(), buf.data(), {static_cast<hsize_t>(v.size())});
 }
 
 std::vector<hsize_t> Group::dims(const std::string& name) const {
@@ -272,18 +265,22 @@ std::vector<std::string> Group::readStrings(const std::string& name, int64_t exp
   Handle ds =
       check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
   Handle ft = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
-  if (H5Tget_class(ft.id()) != H5T_STRING || H5Tis_variable_str(ft.id()) <= 0)
-    fail("dataset " + where(name) + " does not hold texts");
+  if (H5Tget_class(ft.id()) != H5T_STRING || H5Tis_variable_str(ft.id()) != 0)
+    fail("dataset " + where(name) + " does not hold fixed-length texts");
+  size_t width = H5Tget_size(ft.id());
+  if (width == 0 || width > (size_t(1) << 20) || n * width > (size_t(1) << 34))
+    fail("dataset " + where(name) + " has a bad text size");
   std::vector<std::string> out(n);
   if (n == 0) return out;
-  std::vector<char*> ptrs(n, nullptr);
-  Handle mt = vlenStringType();
-  Handle space = check(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
-  herr_t s = H5Dread(ds.id(), mt.id(), H5S_ALL, H5S_ALL, H5P_DEFAULT, ptrs.data());
-  if (s >= 0)
-    for (size_t i = 0; i < n; ++i) out[i] = ptrs[i] ? ptrs[i] : "";
-  H5Dvlen_reclaim(mt.id(), space.id(), H5P_DEFAULT, ptrs.data());
-  checkStatus(s, "cannot read dataset " + where(name) + " (damaged or truncated file?)");
+  std::string buf(n * width, '\0');
+  Handle mt = stringType(width);
+  H5Tset_strpad(mt.id(), H5T_STR_NULLPAD);
+  checkStatus(H5Dread(ds.id(), mt.id(), H5S_ALL, H5S_ALL, H5P_DEFAULT, buf.data()),
+              "cannot read dataset " + where(name) + " (damaged or truncated file?)");
+  for (size_t i = 0; i < n; ++i) {
+    const char* p = buf.data() + i * width;
+    out[i].assign(p, strnlen(p, width));
+  }
   return out;
 }
 

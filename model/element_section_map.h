@@ -1,0 +1,41 @@
+// Element label -> section number for the elements of one instance (or of the root
+// assembly), filled from section assignment regions and then read once per element.
+//
+// Inserts are collected; freeze() builds the look-up form: a dense array over the label
+// range when labels are compact enough, else a sorted array searched by bisection. The
+// first number inserted for a label wins.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace odbs {
+
+class ElementSectionMap {
+ public:
+  // Records label -> number unless label already has a number. Before freeze() only.
+  void insert(int32_t label, int32_t number) { pending_.emplace_back(label, number); }
+  // Builds the look-up form; inserts after this are not seen until the next freeze().
+  void freeze();
+  // The number of label, or 0 when it has none (section numbers are never 0).
+  int32_t find(int32_t label) const {
+    if (!dense_.empty()) {
+      int64_t at = int64_t(label) - base_;
+      return at >= 0 && at < int64_t(dense_.size()) ? dense_[static_cast<std::size_t>(at)] : 0;
+    }
+    return findSorted(label);
+  }
+  bool empty() const { return pending_.empty(); }
+
+ private:
+  int32_t findSorted(int32_t label) const;
+
+  std::vector<std::pair<int32_t, int32_t>> pending_;  // insertion order
+  std::vector<int32_t> dense_;                        // index label - base_
+  int64_t base_ = 0;
+  std::vector<std::pair<int32_t, int32_t>> sorted_;  // by label, one entry per label
+};
+
+}  // namespace odbs

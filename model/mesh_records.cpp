@@ -1,0 +1,99 @@
+#include "model/mesh_records.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace odbs {
+
+namespace {
+
+constexpr size_t kTypeNameWidth = 8;
+constexpr char kConnectorType[] = "CONN3D2";
+constexpr size_t kConnectorTypeLen = sizeof kConnectorType - 1;
+
+// The bytes an element type contributes, worked out once per type name.
+struct TypeLayout {
+  std::string name;  // padded to kTypeNameWidth when shorter
+  bool connector = false;
+};
+
+std::vector<TypeLayout> typeLayouts(const std::vector<std::string>& typeNames) {
+  std::vector<TypeLayout> out;
+  out.reserve(typeNames.size());
+  for (const std::string& t : typeNames) {
+    TypeLayout l;
+    l.name = t;
+    if (l.name.size() < kTypeNameWidth) l.name.resize(kTypeNameWidth, ' ');
+    l.connector = t.compare(0, kConnectorTypeLen, kConnectorType) == 0;
+    out.push_back(std::move(l));
+  }
+  return out;
+}
+
+// Section numbers of the elements found through their category, per category index;
+// worked out on first use.
+class CategoryNumbers {
+ public:
+  CategoryNumbers(const odb_SequenceElement& elements, const SectionTables& tables)
+      : elements_(elements), tables_(tables) {}
+  int32_t of(int element, int32_t categoryIndex) {
+    if (categoryIndex < 0) return tables_.numberOf(std::string());
+    size_t at = size_t(categoryIndex);
+    if (at >= known_.size()) known_.resize(at + 1, kUnknown);
+    if (known_[at] == kUnknown) {
+      known_[at] = sectionNumberOfCategory(elements_[element].sectionCategory().name(), tables_);
+    }
+    return known_[at];
+  }
+
+ private:
+  static constexpr int64_t kUnknown = INT64_MIN;
+  const odb_SequenceElement& elements_;
+  const SectionTables& tables_;
+  std::vector<int64_t> known_;
+};
+
+}  // namespace
+
+void queueNodeRecords(const odb_SequenceNode& nodes, ReplyChannel& out) {
+  const std::vector<int32_t>& labels = nodes.labels();
+  const float* coords = nodes.coordinateData().data();
+  const size_t dim = static_cast<size_t>(nodes.dimension());
+  const size_t body = 4 + 4 * dim;
+  for (size_t i = 0; i < labels.size(); ++i) {
+    uint8_t* p = putI32(out.queueFixed(kRecNode, body), labels[i]);
+    for (size_t c = 0; c < dim; ++c) p = putF32(p, coords[i * dim + c]);
+  }
+}
+
+void queueElementRecords(const odb_SequenceElement& elements, const ElementSectionMap& sections,
+                         const SectionTables& tables, ReplyChannel& out) {
+  const odb::ElementData& d = elements.data();
+  const std::vector<TypeLayout> types = typeLayouts(d.typeNames);
+  CategoryNumbers byCategory(elements, tables);
+  const size_t maxBody = kRecordBufferSize - 1;
+  for (size_t i = 0; i < d.labels.size(); ++i) {
+    const int32_t* nodes = d.connectivity.data() + d.offsets[i];
+    size_t n = static_cast<size_t>(d.offsets[i + 1] - d.offsets[i]);
+    if (n == 0) continue;
+    const TypeLayout& type = types[size_t(d.typeIndex[i])];
+    int32_t section = sections.find(d.labels[i]);
+    if (section == 0) section = byCategory.of(static_cast<int>(i), d.categoryIndex[i]);
+
+    size_t fixed = type.name.size() + 8 + (type.connector ? 4 : 0);
+    size_t perNode = type.connector ? 8 : 4;
+    if (fixed > maxBody) continue;
+    n = std::min(n, (maxBody - fixed) / perNode);
+    uint8_t* p = out.queueFixed(kRecElement, fixed + perNode * n);
+    p = putBytes(p, type.name.data(), type.name.size());
+    p = putI32(p, d.labels[i]);
+    p = putI32(p, section);
+    if (type.connector) p = putI32(p, static_cast<int32_t>(n));
+    for (size_t k = 0; k < n; ++k) p = putI32(p, nodes[k]);
+    if (type.connector) std::fill(p, p + 4 * n, uint8_t{0});
+  }
+}
+
+}  // namespace odbs

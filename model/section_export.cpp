@@ -1,0 +1,73 @@
+#include "model/section_export.h"
+
+#include "model/section_record.h"
+
+namespace odbs {
+
+namespace {
+
+// Who assigns each section, and the region of its first assignment.
+struct Assignments {
+  std::map<std::string, std::string> owner;      // section -> first instance assigning it
+  std::map<std::string, const odb_Set*> region;  // section -> region of first assignment
+};
+
+Assignments collectAssignments(const odb_Assembly& assembly) {
+  Assignments a;
+  for (odb_InstanceRepositoryIT it(assembly.instances()); !it.isDone(); it.next()) {
+    const odb_Instance& instance = it.currentValue();
+    for (const odb_SectionAssignment& sa : instance.sectionAssignments()) {
+      a.owner.emplace(sa.sectionName(), instance.name());
+      a.region.emplace(sa.sectionName(), &sa.region());
+    }
+  }
+  for (const odb_SectionAssignment& sa : assembly.sectionAssignments()) {
+    a.region.emplace(sa.sectionName(), &sa.region());
+  }
+  return a;
+}
+
+}  // namespace
+
+const ElementSectionMap& ModelSections::forInstance(const std::string& name,
+                                                    bool multiInstance) const {
+  auto it = byInstance.find(name);
+  if (it != byInstance.end()) return it->second;
+  return multiInstance ? none_ : assembly;
+}
+
+ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) {
+  const auto& api = static_cast<kseO_ApiExtension&>(odb.extendApi(odb_Enum::SECTION_API));
+  const kseO_SectionContainer& sections = api.sections();
+  const odb_Assembly& assembly = odb.rootAssembly();
+  ModelSections result;
+  result.tables = numberSections(sections, odb.sectionCategories());
+  Assignments assigned = collectAssignments(assembly);
+  SectionRecordContext recordContext{assembly, odb.sectionCategories(), result.tables};
+
+  out.discardPending();
+  for (kseO_SectionContainerIT it(sections); !it.isDone(); it.next()) {
+    const odb_Section& section = it.currentValue();
+    auto region = assigned.region.find(section.name());
+    if (region == assigned.region.end()) continue;
+    odb_View<int> members = region->second->elements();
+    if (members.empty()) continue;
+
+    auto owner = assigned.owner.find(section.name());
+    bool ownedByInstance = owner != assigned.owner.end();
+    const std::string& ownerName = ownedByInstance ? owner->second : assembly.name();
+    if (multiInstance) out.queueText(ownerName, kRecInstanceHeader);
+    ElementSectionMap& map = ownedByInstance ? result.byInstance[ownerName] : result.assembly;
+    int32_t number = result.tables.numberOf(section.name());
+    queueSectionRecord(section, number, recordContext, out);
+    if (multiInstance) out.queueFixed(kRecBlockEnd, 0);
+    for (int label : members) map.insert(label, number);
+  }
+  out.flush();
+
+  for (auto& entry : result.byInstance) entry.second.freeze();
+  result.assembly.freeze();
+  return result;
+}
+
+}  // namespace odbs

@@ -1,0 +1,71 @@
+// Running the model handlers on a database built by the test, and reading back what they
+// wrote: the reply goes to an anonymous file and is split into records by the client's
+// frame reader.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "access/registry.h"
+#include "client/record.h"
+#include "core/reply.h"
+#include "odb/model_data.h"
+
+namespace odbs::test {
+
+using Bytes = std::vector<uint8_t>;
+
+// A database written from a model, open for the life of the object.
+class TestDatabase {
+ public:
+  // damage, when given, runs on the written file before it is opened.
+  explicit TestDatabase(const odb::ModelData& model,
+                        const std::function<void(const std::string& path)>& damage = {});
+  ~TestDatabase();
+  TestDatabase(const TestDatabase&) = delete;
+  TestDatabase& operator=(const TestDatabase&) = delete;
+  OdbContext& context() { return ctx_; }
+
+ private:
+  std::string path_;
+  OdbContext ctx_;
+};
+
+// Every byte that handler writes through its channel.
+Bytes capture(const std::function<void(ReplyChannel&)>& handler);
+
+// The records of a captured reply, in order.
+std::vector<client::Record> splitRecords(const Bytes& bytes);
+
+// One line per frame of a captured reply, in hexadecimal: failures show which record
+// differs.
+std::string frameLines(const Bytes& bytes);
+
+// The type bytes of records, for checking the order of a reply at a glance.
+std::string typeSequence(const std::vector<client::Record>& records);
+
+// The frame of one record as the server writes it: count, type, body.
+class FrameBuilder {
+ public:
+  explicit FrameBuilder(uint8_t type) : body_{type} {}
+  FrameBuilder& i32(int32_t v);
+  FrameBuilder& f32(float v);
+  FrameBuilder& text(const std::string& s);
+  FrameBuilder& raw(const std::string& s);
+  Bytes frame() const;
+  client::Record record() const;
+
+ private:
+  Bytes body_;
+};
+
+// An element set, node set or surface of one instance's members.
+odb::SetData setOf(const std::string& name, odb_Enum::odb_SetTypeEnum type,
+                   const std::string& instance, const std::vector<int32_t>& labels,
+                   const std::vector<int32_t>& faces = {});
+
+// A node grid of count nodes labelled 1..count with 3 coordinates each.
+odb::NodeData nodeLine(int count);
+
+}  // namespace odbs::test

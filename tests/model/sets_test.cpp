@@ -1,0 +1,183 @@
+// sendSets (S, s) and sendNamedSets (irs): blocks of 30, filtered names, assembly sets per
+// instance, instance blocks, the set error record.
+#include <gtest/gtest.h>
+
+#include "client/model_records.h"
+#include "model/model_export.h"
+#include "odb/h5.h"
+#include "tests/model/model_fixture.h"
+
+namespace odbs::test {
+namespace {
+
+using odb_Enum::ELEMENT_SET;
+using odb_Enum::NODE_SET;
+using odb_Enum::SURFACE_SET;
+
+odb::ModelData singleInstanceSets() {
+  odb::ModelData m;
+  m.title = "sets";
+  odb::EntityData part;
+  part.name = "PART-1";
+  part.nodes = nodeLine(61);
+  std::vector<int32_t> all(61);
+  for (int i = 0; i < 61; ++i) all[size_t(i)] = i + 1;
+  part.nodeSets = {setOf(" ALL NODES", NODE_SET, "PART-1", {1, 2}),
+                   setOf("COUPLING_X", NODE_SET, "PART-1", {4}),
+                   setOf("N61", NODE_SET, "PART-1", all), setOf("ZZ", NODE_SET, "PART-1", {5})};
+  part.elementSets = {setOf(" ALL ELEMENTS", ELEMENT_SET, "PART-1", {1}),
+                      setOf("COUPLING_E", ELEMENT_SET, "PART-1", {2}),
+                      setOf("E", ELEMENT_SET, "PART-1", {1, 2, 3})};
+  part.surfaces = {
+      setOf("SURF", SURFACE_SET, "PART-1", {1, 2}, {odb_Enum::FACE1, odb_Enum::SIDE2})};
+  m.instances.push_back(part);
+  m.assembly.nodeSets = {setOf("AN", NODE_SET, "PART-1", {7, 8})};
+  m.assembly.elementSets = {setOf("E", ELEMENT_SET, "PART-1", {3})};
+  m.assembly.surfaces = {setOf("AS", SURFACE_SET, "PART-1", {3}, {odb_Enum::FACE2})};
+  return m;
+}
+
+class Expected {
+ public:
+  Expected& add(const FrameBuilder& f) {
+    Bytes b = f.frame();
+    bytes_.insert(bytes_.end(), b.begin(), b.end());
+    return *this;
+  }
+  Expected& set(uint8_t header, const std::string& name, std::vector<int32_t> labels) {
+    add(FrameBuilder(header).text(name));
+    for (size_t at = 0; at < labels.size(); at += 30) {
+      FrameBuilder block(header + 3);
+      for (size_t k = at; k < labels.size() && k < at + 30; ++k) block.i32(labels[k]);
+      add(block);
+    }
+    return add(FrameBuilder(11));
+  }
+  const Bytes& bytes() const { return bytes_; }
+
+ private:
+  Bytes bytes_;
+};
+
+Bytes setsReply(TestDatabase& db, int mode, bool coupling) {
+  return capture([&](ReplyChannel& out) { sendSets(db.context(), mode, coupling, out); });
+}
+
+TEST(SendSets, SingleInstanceBlocksOf30AndFilteredNames) {
+  TestDatabase db(singleInstanceSets());
+  std::vector<int32_t> all(61);
+  for (int i = 0; i < 61; ++i) all[size_t(i)] = i + 1;
+  Expected e;
+  e.add(FrameBuilder(1).text("sets")).add(FrameBuilder(2).i32(0));
+  e.set(5, "AN", {7, 8}).set(5, "N61", all).set(5, "ZZ", {5});
+  e.set(6, "E", {3}).set(6, "COUPLING_E", {2}).set(6, "E", {1, 2, 3});
+  EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));
+
+  std::vector<client::Record> recs = splitRecords(e.bytes());
+  EXPECT_EQ(recs[6].count(), 121u);  // the 61-node set: 30, 30 and 1 labels
+  EXPECT_EQ(recs[8].count(), 5u);
+}
+
+TEST(SendSets, CouplingFlagAndSurfaces) {
+  TestDatabase db(singleInstanceSets());
+  std::vector<client::Record> recs = splitRecords(setsReply(db, 1, true));
+  std::vector<std::string> names;
+  for (const auto& r : recs) {
+    if (r.type >= 5 && r.type <= 7) names.push_back(client::decodeSetHeader(r).name);
+  }
+  EXPECT_EQ(names, (std::vector<std::string>{"AN", "COUPLING_X", "N61", "ZZ", "E", "COUPLING_E",
+                                             "E", "AS", "SURF"}));
+  ASSERT_EQ(recs[recs.size() - 2].type, 10);
+  EXPECT_EQ(client::decodeFaceBlock(recs[recs.size() - 2]),
+            (std::vector<std::pair<int32_t, int32_t>>{{1, odb_Enum::FACE1}, {2, odb_Enum::SIDE2}}));
+  EXPECT_EQ(recs.back().type, 11);
+}
+
+odb::ModelData multiInstanceSets() {
+  odb::ModelData m;
+  m.title = "multi";
+  for (const char* name : {"B-1", "A-1"}) {
+    odb::EntityData part;
+    part.name = name;
+    part.nodes = nodeLine(2);
+    m.instances.push_back(part);
+  }
+  m.instances[1].nodeSets = {setOf("NA", NODE_SET, "A-1", {1})};
+  m.instances[1].elementSets = {setOf("EA", ELEMENT_SET, "A-1", {1}),
+                                setOf("AE", ELEMENT_SET, "A-1", {2})};
+  odb::SetData an = setOf("AN", NODE_SET, "A-1", {1});
+  an.addMembers("B-1", {2});
+  odb::SetData ae = setOf("AE", ELEMENT_SET, "B-1", {5});
+  ae.addMembers("A-1", {4});
+  m.assembly.name = "ROOT";
+  m.assembly.nodeSets = {an};
+  m.assembly.elementSets = {ae, setOf("AONLY", ELEMENT_SET, "A-1", {1})};
+  return m;
+}
+
+TEST(SendSets, MultiInstanceAssemblySetsPerInstanceBeforeOwnSets) {
+  TestDatabase db(multiInstanceSets());
+  std::vector<client::Record> recs = splitRecords(setsReply(db, 0, false));
+  EXPECT_EQ(typeSequence(recs),
+            "1 2 "
+            "5 H 8 11 I H 5 8 11 I 6 H 9 11 I 6 H 9 11 I H 6 9 11 6 9 11 I "
+            "5 H 8 11 I H I 6 H 9 11 I 6 H 11 I H I");                        // B-1
+  EXPECT_EQ(client::decodeInstanceHeader(recs[3]), "A-1");
+  EXPECT_EQ(client::decodeLabelBlock(recs[4]), std::vector<int32_t>{1});
+  EXPECT_EQ(client::decodeLabelBlock(recs[32]), std::vector<int32_t>{2});
+  EXPECT_EQ(client::decodeInstanceHeader(recs[31]), "B-1");
+}
+
+TEST(SendSets, DamagedSetSendsTheSetErrorAndTheWalkGoesOn) {
+  odb::ModelData m = singleInstanceSets();
+  m.assembly = odb::EntityData();
+  m.instances[0].nodeSets = {setOf("BAD", NODE_SET, "PART-1", {1}),
+                             setOf("GOOD", NODE_SET, "PART-1", {2})};
+  m.instances[0].elementSets.clear();
+  TestDatabase db(m, [](const std::string& path) {
+    odb::h5::File f = odb::h5::File::open(path, false);
+    f.root().open("assembly/instances/0/node_sets/0").setInt("type", ELEMENT_SET);
+  });
+  Expected e;
+  e.add(FrameBuilder(1).text("sets")).add(FrameBuilder(2).i32(0));
+  e.add(FrameBuilder(5).text("BAD")).add(FrameBuilder('|').text("Error in Sets definition"));
+  e.set(5, "GOOD", {2});
+  EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));
+}
+
+Bytes namedSets(TestDatabase& db, const std::vector<Criterion>& criteria) {
+  return capture([&](ReplyChannel& out) { sendNamedSets(db.context(), criteria, out); });
+}
+
+TEST(SendNamedSets, EmptyListSendsNothing) {
+  TestDatabase db(multiInstanceSets());
+  EXPECT_TRUE(namedSets(db, {}).empty());
+}
+
+TEST(SendNamedSets, MultiInstanceNamesDottedNamesAndUnknownOnes) {
+  TestDatabase db(multiInstanceSets());
+  std::vector<client::Record> recs = splitRecords(namedSets(db, {{7, 0, "AE"},
+                                                                 {1, 0, "EA"},
+                                                                 {7, 0, "A-1.EA"},
+                                                                 {7, 0, "ROOT.AONLY"},
+                                                                 {7, 0, "X-1.EA"},
+                                                                 {7, 0, "A-1.NOPE"},
+                                                                 {7, 0, "NOPE"}}));
+  // AE: the root's set once per instance it spans, in its own order; never A-1's own AE.
+  EXPECT_EQ(typeSequence(recs), "1 2 6 H 9 11 I 6 H 9 11 I H 6 9 11 I 6 H 9 11 I");
+  EXPECT_EQ(client::decodeInstanceHeader(recs[3]), "B-1");
+  EXPECT_EQ(client::decodeLabelBlock(recs[4]), std::vector<int32_t>{5});
+  EXPECT_EQ(client::decodeInstanceHeader(recs[12]), "A-1");
+  EXPECT_EQ(client::decodeSetHeader(recs[13]).name, "EA");
+}
+
+TEST(SendNamedSets, SingleInstanceAddsTheInstancesOwnSet) {
+  TestDatabase db(singleInstanceSets());
+  Expected e;
+  e.add(FrameBuilder(1).text("sets")).add(FrameBuilder(2).i32(0));
+  e.set(6, "E", {3}).set(6, "E", {1, 2, 3});
+  EXPECT_EQ(frameLines(namedSets(db, {{7, 0, "E"}})), frameLines(e.bytes()));
+}
+
+}  // namespace
+}  // namespace odbs::test

@@ -15,7 +15,9 @@ namespace odbs {
 
 namespace {
 
-odb_OdbRepository& repository() { return odb_OdbRepository::instance(); }
+odb_OdbRepository& repository() {
+  return odb_OdbRepository::instance();
+}
 
 // Holds the repository's global lock for a scope.
 struct RepositoryLock {
@@ -33,7 +35,9 @@ bool sameState(const platform::FileStat& a, const platform::FileStat& b) {
   return a.size == b.size && a.mtimeSec == b.mtimeSec && a.mtimeNsec == b.mtimeNsec;
 }
 
-std::string upgradedName(const std::string& path) { return path + ".odb"; }
+std::string upgradedName(const std::string& path) {
+  return path + ".odb";
+}
 
 // Whether path needs an upgrade, answered from the book while the file is unchanged.
 // A file that is not a readable database needs none (opening it fails later instead).
@@ -143,7 +147,9 @@ DatabaseBook& databaseBook() {
   return book;
 }
 
-void initializeDatabases() { odb_initializeAPI(); }
+void initializeDatabases() {
+  odb_initializeAPI();
+}
 
 OdbContext& lookupOrOpen(const std::string& path, ReplyChannel& out) {
   try {
@@ -194,7 +200,9 @@ void shutdownAll() {
   }
 }
 
-void finalizeDatabases() { odb_finalizeAPI(); }
+void finalizeDatabases() {
+  odb_finalizeAPI();
+}
 
 int32_t databaseSerial(const std::string& key) {
   auto& records = databaseBook().records;

@@ -81,8 +81,14 @@ CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
   platform::createEmptyFile(base_ + "_lock");
 }
 
-CatalogueWriter::~CatalogueWriter() {
-  finish();
+CatalogueWriter::~CatalogueWriter() { abandon(); }
+
+void CatalogueWriter::abandon() {
+  if (!active()) return;
+  gzclose(gz(file_));
+  file_ = nullptr;
+  platform::removeFile(base_ + "_tmp");
+  platform::removeFile(base_ + "_lock");
 }
 
 void CatalogueWriter::header(int mode, const std::string& dbPath,

@@ -81,7 +81,9 @@ CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
   platform::createEmptyFile(base_ + "_lock");
 }
 
-CatalogueWriter::~CatalogueWriter() { abandon(); }
+CatalogueWriter::~CatalogueWriter() {
+  abandon();
+}
 
 void CatalogueWriter::abandon() {
   if (!active()) return;

@@ -1,15 +1,11 @@
-// Catalogue for a server built without a database library: the base name is kept, but no
-// database is ever open, so no catalogue is sent or written.
-#include <mutex>
-
+// The catalogue walk for a database library without steps and frames: nothing is sent.
 #include "access/catalogue.h"
+#include "access/catalogue_base.h"
 
 namespace odbs {
 
-void setCatalogueBaseName(const std::string&) {}
-
-void sendCatalogue(OdbContext&, int, ReplyChannel&) {}
-
-void removeCatalogueTemp() {}
+void sendCatalogue(OdbContext&, int, ReplyChannel&) {
+  clearCatalogueBaseName();
+}
 
 }  // namespace odbs

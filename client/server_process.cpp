@@ -99,6 +99,7 @@ void ServerProcess::closeCommands() {
 void ServerProcess::closeReplies() {
   platform::closeFd(replyFd_);
   replyFd_ = -1;
+  source_ = PipeSource(-1);
 }
 
 std::optional<int> ServerProcess::waitExit(int timeoutMs) {

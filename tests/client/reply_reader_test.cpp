@@ -103,16 +103,6 @@ TEST(ReadReply, SilentKindsReadNothing) {
   EXPECT_TRUE(readReply(reader, {ReplyKind::kExit}, soon()).records.empty());
 }
 
-TEST(ReadReply, MissingEndRecordIsAnError) {
-  MemorySource end(frame('|', test::textBody("x")));
-  FrameReader atEnd(end);
-  EXPECT_THROW(readReply(atEnd, {ReplyKind::kUntilEnd}, soon()), StreamEndError);
-
-  MemorySource stall(frame('|', test::textBody("x")), {}, /*stallAtEnd=*/true);
-  FrameReader stalled(stall);
-  EXPECT_THROW(readReply(stalled, {ReplyKind::kUntilEnd}, soon()), TimeoutError);
-}
-
 TEST(ReadReply, RecordLimitBoundsMemory) {
   MemorySource src(concat({frame(3), frame(3), frame(3), test::kEnd}));
   FrameReader reader(src);

@@ -88,6 +88,9 @@ bool fileReadable(const std::string& path);
 // Renames from to to. Returns 0 on success, otherwise the error number.
 int renameFile(const std::string& from, const std::string& to);
 
+// Creates an empty file (truncating an existing one). Returns true on success.
+bool createEmptyFile(const std::string& path);
+
 // Removes a file. Returns true when it was removed.
 bool removeFile(const std::string& path);
 

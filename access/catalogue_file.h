@@ -1,0 +1,79 @@
+// The step and frame catalogue's cache file: gzip-compressed text beside the client's
+// chosen base name, holding a header and one line per value of every reply record sent,
+// so that the next request for an unchanged database is replayed instead of walked.
+//
+// File layout, one value per line:
+//   "1.0\r1.0A" (catalogue mode 1) or "1.0\r1.0" (mode 0)
+//   database path
+//   database modification time, nanoseconds since the epoch
+//   database size in bytes
+//   the values of the reply records, in the order sent: integers "%d", floating-point
+//   values "%.20E" (exact round trip), texts as they are with '\\', newline and carriage
+//   return escaped as "\\\\", "\\n" and "\\r" so that every value stays on its line.
+//
+// While a writer is active the file is base + "_tmp" and an empty marker base + "_lock"
+// exists; a finished file is renamed to base.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "core/platform.h"
+
+namespace odbs {
+
+// Writes one catalogue file. Not copyable; finish() or the destructor ends writing.
+class CatalogueWriter {
+ public:
+  // Starts writing base + "_tmp" unless another writer holds base + "_lock" or the file
+  // cannot be created; active() tells which. An empty base never writes.
+  explicit CatalogueWriter(const std::string& base);
+  ~CatalogueWriter();
+  CatalogueWriter(const CatalogueWriter&) = delete;
+  CatalogueWriter& operator=(const CatalogueWriter&) = delete;
+
+  bool active() const { return file_ != nullptr; }
+
+  void header(int mode, const std::string& dbPath, const platform::FileStat& dbStat);
+  void integer(int64_t v);
+  void real(double v);
+  void text(std::string_view v);
+
+  // Closes the file, removes the lock and renames the file to base. Idempotent.
+  void finish();
+
+ private:
+  std::string base_;
+  void* file_ = nullptr;  // gzFile
+};
+
+// Reads a catalogue file back, line by line.
+class CatalogueReader {
+ public:
+  CatalogueReader() = default;
+  ~CatalogueReader();
+  CatalogueReader(const CatalogueReader&) = delete;
+  CatalogueReader& operator=(const CatalogueReader&) = delete;
+
+  // Opens base and checks its header: the version must suit mode (a mode-1 request refuses
+  // a mode-0 file) and the recorded time and size must equal dbStat. Returns false when the
+  // file is missing, damaged or outdated; a file that exists but does not fit is deleted.
+  bool open(const std::string& base, int mode, const platform::FileStat& dbStat);
+
+  // Each reads the next line as one value. False at the end of the file or when the line
+  // does not hold a value of that kind.
+  bool integer(int64_t* v);
+  bool real(double* v);
+  bool text(std::string* v);
+  bool atEnd();
+
+ private:
+  bool line(std::string* out);
+  void* file_ = nullptr;  // gzFile
+};
+
+// Modification time as the catalogue records it: nanoseconds since the epoch.
+int64_t catalogueTime(const platform::FileStat& st);
+
+}  // namespace odbs

@@ -14,13 +14,17 @@ TEST(CliRaw, PrintsEachReplyUntilQuit) {
   CliOptions options;
   options.format = OutputFormat::kJson;
   options.timeoutMs = client::test::kTimeoutMs;
-  options.args = {"p", "D 0 1 0 x", "m 2 1", "M 2 3", "q", "p"};
+  // "Z\nm 2 1" is two command lines with a reply each.
+  options.args = {"p", "D 0 1 0 x", "Z\nm 2 1", "M 2 3", "q", "p"};
   std::istringstream in;
   std::ostringstream out;
   EXPECT_EQ(runRaw(options, ODB_SERVER_PATH, in, out), 0);
   std::string json = out.str();
   EXPECT_NE(json.find("\"kind\": \"process-id\""), std::string::npos) << json;
   EXPECT_NE(json.find("{\"command\": \"D 0 1 0 x\", \"reply\": \"none\", \"records\": []}"),
+            std::string::npos)
+      << json;
+  EXPECT_NE(json.find("{\"command\": \"Z\", \"reply\": \"records\", \"records\": ["),
             std::string::npos)
       << json;
   EXPECT_NE(json.find("\"fields\": {\"sequence\": 1, \"values\": [0]}"), std::string::npos) << json;

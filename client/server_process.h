@@ -6,7 +6,8 @@
 // descriptor numbers. This side keeps the command write end and the reply read end.
 //
 // Every read is bounded by a time limit (ServerOptions::timeoutMs unless a call is given
-// one) and throws TimeoutError, StreamEndError or FrameError with what was expected.
+// one) and throws TimeoutError, StreamEndError or FrameError with what was expected, the
+// last line sent and the limit in the message.
 // Writes to a server that is gone are silent: the failure shows on the next read.
 //
 // Owns the process and both descriptors: the destructor closes the descriptors, kills the
@@ -83,6 +84,11 @@ class ServerProcess {
 
  private:
   int limit(int timeoutMs) const { return timeoutMs < 0 ? options_.timeoutMs : timeoutMs; }
+  // Runs a read, adding the last line sent and the limit to the message of its error.
+  template <typename F>
+  auto withContext(int timeoutMs, F read);
+
+  std::string lastLine_;  // the last line sent, shortened, for error messages
 
   ServerOptions options_;
   pid_t pid_ = -1;

@@ -82,7 +82,15 @@ CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
 }
 
 CatalogueWriter::~CatalogueWriter() {
-  finish();
+  abandon();
+}
+
+void CatalogueWriter::abandon() {
+  if (!active()) return;
+  gzclose(gz(file_));
+  file_ = nullptr;
+  platform::removeFile(base_ + "_tmp");
+  platform::removeFile(base_ + "_lock");
 }
 
 void CatalogueWriter::header(int mode, const std::string& dbPath,

@@ -23,7 +23,9 @@
 
 namespace odbs {
 
-// Writes one catalogue file. Not copyable; finish() or the destructor ends writing.
+// Writes one catalogue file. Not copyable. finish() publishes it; a writer destroyed
+// without finish() (an error half-way) removes its temporary file and lock, so a partial
+// catalogue is never taken for a whole one.
 class CatalogueWriter {
  public:
   // Starts writing base + "_tmp" unless another writer holds base + "_lock" or the file
@@ -42,6 +44,8 @@ class CatalogueWriter {
 
   // Closes the file, removes the lock and renames the file to base. Idempotent.
   void finish();
+  // Closes and removes the temporary file and the lock. Idempotent.
+  void abandon();
 
  private:
   std::string base_;

@@ -10,6 +10,7 @@
 namespace odbs::client {
 
 size_t PipeSource::read(uint8_t* buf, size_t n, Deadline deadline) {
+  if (fd_ < 0) throw ClientError("the reply pipe is closed");
   if (!platform::waitReadable(fd_, millisecondsLeft(deadline))) {
     throw TimeoutError("no reply bytes arrived within the time limit");
   }

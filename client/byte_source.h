@@ -19,7 +19,8 @@ class ByteSource {
   virtual size_t read(uint8_t* buf, size_t n, Deadline deadline) = 0;
 };
 
-// Reads a pipe or other descriptor, which it does not own.
+// Reads a pipe or other descriptor, which it does not own; a negative descriptor stands
+// for a pipe that was closed on this side, and reading it throws ClientError.
 class PipeSource : public ByteSource {
  public:
   explicit PipeSource(int fd) : fd_(fd) {}

@@ -21,7 +21,7 @@ ServerProcess::ServerProcess(ServerOptions options) : options_(std::move(options
   int parent = options_.parentPid != 0 ? options_.parentPid : platform::processId();
   std::vector<std::string> argv = {options_.serverPath, std::to_string(parent),
                                    std::to_string(commands[0]), std::to_string(replies[1])};
-  pid_ = platform::spawnProcess(argv, {commands[0], replies[1]});
+  pid_ = platform::spawnProcessKeepingOnly(argv, {commands[0], replies[1]});
   // The server's ends now live in the server only; closing them here is what lets each
   // side see the other's end of stream.
   platform::closeFd(commands[0]);
@@ -48,7 +48,24 @@ ServerProcess::~ServerProcess() {
   }
 }
 
+template <typename F>
+auto ServerProcess::withContext(int timeoutMs, F read) {
+  try {
+    return read(deadlineIn(limit(timeoutMs)));
+  } catch (const ClientError& e) {
+    std::string context = std::string(e.what()) + " (after the line \"" + lastLine_ + "\", limit " +
+                          std::to_string(limit(timeoutMs)) + " ms)";
+    if (dynamic_cast<const TimeoutError*>(&e)) throw TimeoutError(context);
+    if (dynamic_cast<const StreamEndError*>(&e)) throw StreamEndError(context);
+    if (dynamic_cast<const FrameError*>(&e)) throw FrameError(context);
+    if (dynamic_cast<const DecodeError*>(&e)) throw DecodeError(context);
+    throw ClientError(context);
+  }
+}
+
 void ServerProcess::send(std::string_view line) {
+  lastLine_ = std::string(line.substr(0, 80));
+  if (line.size() > 80) lastLine_ += "...";
   std::string framed(line);
   framed += '\n';
   sendBytes(framed);
@@ -65,25 +82,26 @@ Reply ServerProcess::request(std::string_view line, int timeoutMs) {
 }
 
 Reply ServerProcess::readReply(ReplyShape shape, int timeoutMs) {
-  return client::readReply(reader_, shape, deadlineIn(limit(timeoutMs)));
+  return withContext(timeoutMs, [&](Deadline d) { return client::readReply(reader_, shape, d); });
 }
 
 size_t ServerProcess::readReplyEach(ReplyShape shape,
                                     const std::function<void(const RecordView&)>& onRecord,
                                     int timeoutMs) {
-  return client::readReplyEach(reader_, shape, deadlineIn(limit(timeoutMs)), onRecord);
+  return withContext(
+      timeoutMs, [&](Deadline d) { return client::readReplyEach(reader_, shape, d, onRecord); });
 }
 
 Record ServerProcess::readRecord(int timeoutMs) {
-  return reader_.next(deadlineIn(limit(timeoutMs)));
+  return withContext(timeoutMs, [&](Deadline d) { return reader_.next(d); });
 }
 
 std::vector<uint8_t> ServerProcess::readBytes(size_t n, int timeoutMs) {
-  return reader_.readBytes(n, deadlineIn(limit(timeoutMs)));
+  return withContext(timeoutMs, [&](Deadline d) { return reader_.readBytes(n, d); });
 }
 
 std::vector<uint8_t> ServerProcess::readToEnd(int timeoutMs) {
-  return reader_.readToEnd(deadlineIn(limit(timeoutMs)));
+  return withContext(timeoutMs, [&](Deadline d) { return reader_.readToEnd(d); });
 }
 
 bool ServerProcess::replyPending(int timeoutMs) {
@@ -99,6 +117,7 @@ void ServerProcess::closeCommands() {
 void ServerProcess::closeReplies() {
   platform::closeFd(replyFd_);
   replyFd_ = -1;
+  source_ = PipeSource(-1);
 }
 
 std::optional<int> ServerProcess::waitExit(int timeoutMs) {

@@ -6,7 +6,8 @@
 // descriptor numbers. This side keeps the command write end and the reply read end.
 //
 // Every read is bounded by a time limit (ServerOptions::timeoutMs unless a call is given
-// one) and throws TimeoutError, StreamEndError or FrameError with what was expected.
+// one) and throws TimeoutError, StreamEndError or FrameError with what was expected, the
+// last line sent and the limit in the message.
 // Writes to a server that is gone are silent: the failure shows on the next read.
 //
 // Owns the process and both descriptors: the destructor closes the descriptors, kills the
@@ -44,14 +45,17 @@ class ServerProcess {
   pid_t pid() const { return pid_; }
   const ServerOptions& options() const { return options_; }
 
-  // Sends one command line; the newline is appended here.
+  // Sends one command line; the newline is appended here. Blocks while the command pipe is
+  // full (the server reads it only between commands), so a caller that sends many lines
+  // ahead of their replies must keep them within the pipe's 64 KiB.
   void send(std::string_view line);
   // Sends bytes exactly as given (partial lines, several lines at once).
   void sendBytes(std::string_view bytes);
 
   // Sends the line and reads the reply that the line gets (replyShapeOf): nothing for the
   // silent commands and q, records up to the closing one otherwise (M's unframed bytes
-  // are skipped and counted).
+  // are skipped and counted). The line must be one command line: no newline, at most 4094
+  // characters (serverLines tells the replies of any other text).
   Reply request(std::string_view line, int timeoutMs = -1);
   // Reads one reply of the given shape. timeoutMs < 0 uses the default limit.
   Reply readReply(ReplyShape shape = {}, int timeoutMs = -1);
@@ -83,6 +87,11 @@ class ServerProcess {
 
  private:
   int limit(int timeoutMs) const { return timeoutMs < 0 ? options_.timeoutMs : timeoutMs; }
+  // Runs a read, adding the last line sent and the limit to the message of its error.
+  template <typename F>
+  auto withContext(int timeoutMs, F read);
+
+  std::string lastLine_;  // the last line sent, shortened, for error messages
 
   ServerOptions options_;
   pid_t pid_ = -1;

@@ -102,4 +102,13 @@ std::string canonicalPath(const std::string& path);
 // reached through links, bind mounts or different spellings.
 bool sameFile(const std::string& a, const std::string& b);
 
+// ---- Added for the client library ---------------------------------------------------
+
+// As spawnProcess, but the child keeps only standard input, output and error and the
+// descriptors in keepFds: every other descriptor is closed in the child, also those not
+// marked close-on-exec, so that no stray copy of a pipe end keeps a pipe open.
+// Returns the child's pid, or -1 on failure.
+pid_t spawnProcessKeepingOnly(const std::vector<std::string>& argv,
+                              const std::vector<int>& keepFds);
+
 }  // namespace odbs::platform

@@ -12,6 +12,7 @@
 #include <time.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <memory>
@@ -214,6 +215,34 @@ bool sameFile(const std::string& a, const std::string& b) {
   FileStat sa, sb;
   if (!statFile(a, &sa) || !statFile(b, &sb)) return false;
   return sa.device == sb.device && sa.inode == sb.inode;
+}
+
+pid_t spawnProcessKeepingOnly(const std::vector<std::string>& argv,
+                              const std::vector<int>& keepFds) {
+  if (argv.empty()) return -1;
+  std::vector<char*> args;
+  for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+  args.push_back(nullptr);
+
+  int highest = 2;
+  for (int fd : keepFds) highest = std::max(highest, fd);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  // dup2 onto itself clears close-on-exec for that number only.
+  for (int fd : keepFds) posix_spawn_file_actions_adddup2(&actions, fd, fd);
+  // Closing a number that is not open is ignored by the spawn.
+  for (int fd = 3; fd < highest; ++fd) {
+    if (std::find(keepFds.begin(), keepFds.end(), fd) == keepFds.end()) {
+      posix_spawn_file_actions_addclose(&actions, fd);
+    }
+  }
+#if defined(__GLIBC__) && (__GLIBC__ > 2 || (__GLIBC__ == 2 && __GLIBC_MINOR__ >= 34))
+  posix_spawn_file_actions_addclosefrom_np(&actions, highest + 1);
+#endif
+  pid_t pid = -1;
+  int rc = ::posix_spawn(&pid, args[0], &actions, nullptr, args.data(), environ);
+  posix_spawn_file_actions_destroy(&actions);
+  return rc == 0 ? pid : -1;
 }
 
 }  // namespace odbs::platform

@@ -93,6 +93,16 @@ TEST_F(CatalogueFileTest, ChangedDatabaseOrDamagedFileIsRefusedAndDeleted) {
   EXPECT_FALSE(r3.open(base_, 0, db_));  // missing file
 }
 
+TEST_F(CatalogueFileTest, WriterWithoutFinishLeavesNothing) {
+  {
+    CatalogueWriter w(base_);
+    w.header(0, "/x", db_);
+  }
+  EXPECT_FALSE(platform::fileReadable(base_));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_lock"));
+}
+
 TEST_F(CatalogueFileTest, LockOfAnotherWriterMeansNoFile) {
   ASSERT_TRUE(platform::createEmptyFile(base_ + "_lock"));
   {
@@ -113,6 +123,7 @@ TEST_F(CatalogueFileTest, SpecialValuesAndLongTexts) {
     w.real(std::numeric_limits<double>::infinity());
     w.real(-0.0);
     w.text(std::string(5000, 'a'));
+    w.finish();
   }
   CatalogueReader r;
   ASSERT_TRUE(r.open(base_, 0, db_));

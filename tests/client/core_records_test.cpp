@@ -46,12 +46,6 @@ TEST(DecodeProcessId, LittleEndianAndExactSize) {
   EXPECT_THROW(decodeProcessId(rec('}', {1, 2, 3, 4, 5})), DecodeError);
 }
 
-TEST(DecodeEnd, NoBody) {
-  EXPECT_NO_THROW(decodeEnd(rec('~', {})));
-  EXPECT_THROW(decodeEnd(rec('~', {0})), DecodeError);
-  EXPECT_THROW(decodeEnd(rec('|', {})), DecodeError);
-}
-
 TEST(DecodeTestRecord, SequenceThenIntegers) {
   TestRecord t =
       decodeTestRecord(rec('"', {7, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF}));

@@ -6,15 +6,17 @@
 #include <string>
 #include <vector>
 
+#include "core/coding.h"
+
 namespace odbs::client::test {
 
 using Bytes = std::vector<uint8_t>;
 
 // One frame: 16-bit little-endian count (1 + body), type, body.
 inline Bytes frame(uint8_t type, const Bytes& body = {}) {
-  size_t count = 1 + body.size();
-  Bytes out = {static_cast<uint8_t>(count), static_cast<uint8_t>(count >> 8), type};
-  out.insert(out.end(), body.begin(), body.end());
+  Bytes out(3 + body.size());
+  uint8_t* p = putU16(out.data(), static_cast<uint16_t>(1 + body.size()));
+  putBytes(putU8(p, type), body.data(), body.size());
   return out;
 }
 
@@ -26,10 +28,9 @@ inline Bytes concat(std::initializer_list<Bytes> parts) {
 
 // A counted text body: 32-bit little-endian count, then the bytes.
 inline Bytes textBody(const std::string& text) {
-  uint32_t n = static_cast<uint32_t>(text.size());
-  Bytes out = {static_cast<uint8_t>(n), static_cast<uint8_t>(n >> 8), static_cast<uint8_t>(n >> 16),
-               static_cast<uint8_t>(n >> 24)};
-  out.insert(out.end(), text.begin(), text.end());
+  Bytes out(4);
+  putU32(out.data(), static_cast<uint32_t>(text.size()));
+  for (char c : text) out.push_back(static_cast<uint8_t>(c));
   return out;
 }
 

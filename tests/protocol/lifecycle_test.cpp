@@ -1,6 +1,7 @@
 // How the server ends: q, end of input, its parent's end, and what it survives (a reply
 // pipe without a reader). Every way out must be exit status 0.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "core/platform.h"
 #include "tests/protocol/server_fixture.h"
@@ -89,6 +90,24 @@ TEST(Lifecycle, ClosedReplyPipeDoesNotEndTheServer) {
   EXPECT_FALSE(server->waitExit(500).has_value());
   server->closeCommands();
   EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+}
+
+// The server gets its two pipe ends and nothing else: a descriptor that this process left
+// inheritable must not hold a pipe open behind the server's back.
+TEST(Lifecycle, ServerInheritsOnlyItsTwoDescriptors) {
+  int fds[2];
+  ASSERT_TRUE(platform::makePipe(fds));
+  int inheritable = ::dup(fds[1]);  // dup clears close-on-exec
+  ASSERT_GE(inheritable, 0);
+  auto server = startServer();
+  EXPECT_EQ(server->request("p").records.size(), 2u);
+
+  platform::closeFd(fds[1]);
+  platform::closeFd(inheritable);
+  ASSERT_TRUE(platform::waitReadable(fds[0], 2000)) << "a copy of the write end is still open";
+  char c;
+  EXPECT_EQ(platform::readSome(fds[0], &c, 1), 0);
+  platform::closeFd(fds[0]);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "client/client_error.h"
 #include "client/core_records.h"
 #include "tests/protocol/server_fixture.h"
 
@@ -61,6 +62,13 @@ TEST_F(Replies, SilentCommandsWriteNothing) {
   for (const char* line : {"C", "D 0 1 0 a^b", "d 1 1 2 x", "ho 2", "hb U1", "hb U2",
                            "irc 1 2 Name With Spaces", "irc 9 1 X"}) {
     server_->send(line);
+  }
+  try {
+    server_->readReply({}, 200);
+    FAIL() << "a silent command wrote a reply";
+  } catch (const TimeoutError& e) {
+    EXPECT_NE(std::string(e.what()).find("after the line \"irc 9 1 X\""), std::string::npos)
+        << e.what();
   }
   Reply reply = server_->request("p");
   ASSERT_EQ(reply.records.size(), 2u);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "client/client_error.h"
+#include "client/command_lines.h"
 #include "client/server_process.h"
 #include "tools/cli/record_printer.h"
 
@@ -12,22 +13,27 @@ namespace odbs::cli {
 
 namespace {
 
-// Sends one line and prints its reply. Returns false when the server has exited.
-bool exchange(client::ServerProcess& server, const std::string& line, RecordPrinter& printer) {
-  client::ReplyShape shape = client::replyShapeOf(line);
-  client::ReplyKind kind = shape.kind;
-  printer.beginReply(line, shape);
-  server.send(line);
-  try {
-    server.readReplyEach(shape, [&](const client::RecordView& rec) { printer.record(rec); });
-  } catch (...) {
+// Sends one text and prints the reply to each command line that the server makes of it
+// (one, unless the text is overlong or holds newlines). Returns false once the server has
+// exited.
+bool exchange(client::ServerProcess& server, const std::string& text, RecordPrinter& printer) {
+  server.send(text);
+  for (const std::string& line : client::serverLines(text)) {
+    client::ReplyShape shape = client::replyShapeOf(line);
+    printer.beginReply(line, shape);
+    try {
+      server.readReplyEach(shape, [&](const client::RecordView& rec) { printer.record(rec); });
+    } catch (...) {
+      printer.endReply(std::nullopt);
+      throw;
+    }
+    if (shape.kind == client::ReplyKind::kExit) {
+      printer.endReply(server.waitExit(server.options().timeoutMs));
+      return false;
+    }
     printer.endReply(std::nullopt);
-    throw;
   }
-  std::optional<int> status;
-  if (kind == client::ReplyKind::kExit) status = server.waitExit(server.options().timeoutMs);
-  printer.endReply(status);
-  return kind != client::ReplyKind::kExit;
+  return true;
 }
 
 }  // namespace

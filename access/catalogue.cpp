@@ -1,0 +1,200 @@
+// The step and frame catalogue of command f: the analysis title and code, then for every
+// frame of every step the records 12 (step), 13 (procedure), 14 (step texts) and 15
+// (frame). Each value sent is mirrored into the cache file, so that an unchanged database
+// is answered from the file without walking its frames.
+#include "access/catalogue.h"
+
+#include <algorithm>
+#include <string>
+
+#include "access/catalogue_base.h"
+#include "access/catalogue_file.h"
+#include "access/database_book.h"
+#include "odb/odb.h"
+
+namespace odbs {
+
+namespace {
+
+// Longest text that the catalogue sends in one field: keeps every mirrored line, escaped,
+// within the line limit of the cache file, so a replay is byte for byte the same.
+constexpr size_t kMaxText = 4000;
+// The step text of record 12 (name, 0x01, description) is composed in a 200-byte area.
+constexpr size_t kMaxStepText = 199;
+
+// Clears the base name when one f is done, however it ends. Until then the watchdog can
+// still find the companions of a file being written.
+struct BaseNameClearer {
+  ~BaseNameClearer() { clearCatalogueBaseName(); }
+};
+
+std::string cut(const std::string& s, size_t n) {
+  return s.size() > n ? s.substr(0, n) : s;
+}
+
+// Texts of record 14: the step's domain as a word and the step's name.
+const char* domainWord(int domain) {
+  switch (domain) {
+    case odb_Enum::TIME:
+      return "TIME";
+    case odb_Enum::FREQUENCY:
+      return "FREQUENCY";
+    case odb_Enum::ARC_LENGTH:
+      return "ARC_LENGTH";
+    case odb_Enum::MODAL:
+      return "MODAL";
+    default:
+      return "";
+  }
+}
+
+// The values of one frame's four records, as they are sent and mirrored.
+struct FrameRecords {
+  int32_t stepNumber = 0;
+  double totalTime = 0;
+  std::string stepText;  // name, 0x01, description
+  std::string procedure;
+  std::string text1, text2;
+  int32_t frameIndex = 0, domain = 0, mode = 0;
+  double frameValue = 0, frequency = 0;
+  int32_t entry1 = 0, entry2 = 0;
+  std::string description;
+};
+
+// Composes the records of one frame into the pending buffer.
+void queueFrame(const FrameRecords& f, ReplyChannel& out) {
+  out.queue(RecordBuilder(kRecStep).i32(f.stepNumber).f64(f.totalTime).text(f.stepText));
+  out.queue(RecordBuilder(kRecProcedure).text(f.procedure));
+  out.queue(RecordBuilder(kRecStepTexts).text(f.text1).text(f.text2));
+  out.queue(RecordBuilder(kRecFrame)
+                .i32(f.frameIndex)
+                .i32(f.domain)
+                .i32(f.mode)
+                .f64(f.frameValue)
+                .f64(f.frequency)
+                .i32(f.entry1)
+                .i32(f.entry2)
+                .text(f.description));
+}
+
+void mirrorFrame(const FrameRecords& f, CatalogueWriter& w) {
+  w.integer(f.stepNumber);
+  w.real(f.totalTime);
+  w.text(f.stepText);
+  w.text(f.procedure);
+  w.text(f.text1);
+  w.text(f.text2);
+  w.integer(f.frameIndex);
+  w.integer(f.domain);
+  w.integer(f.mode);
+  w.real(f.frameValue);
+  w.real(f.frequency);
+  w.integer(f.entry1);
+  w.integer(f.entry2);
+  w.text(f.description);
+}
+
+bool readInt(CatalogueReader& r, int32_t* v) {
+  int64_t x;
+  if (!r.integer(&x) || x < INT32_MIN || x > INT32_MAX) return false;
+  *v = static_cast<int32_t>(x);
+  return true;
+}
+
+bool readFrame(CatalogueReader& r, FrameRecords* f) {
+  return readInt(r, &f->stepNumber) && r.real(&f->totalTime) && r.text(&f->stepText) &&
+         r.text(&f->procedure) && r.text(&f->text1) && r.text(&f->text2) &&
+         readInt(r, &f->frameIndex) && readInt(r, &f->domain) && readInt(r, &f->mode) &&
+         r.real(&f->frameValue) && r.real(&f->frequency) && readInt(r, &f->entry1) &&
+         readInt(r, &f->entry2) && r.text(&f->description);
+}
+
+// Replays a cache file into the pending buffer. Reads the whole file before anything is
+// written, so a file damaged half-way sends nothing and the caller builds instead.
+bool replay(CatalogueReader& r, ReplyChannel& out) {
+  std::string title;
+  int32_t code = 0;
+  if (!r.text(&title) || !readInt(r, &code)) return false;
+  std::vector<FrameRecords> frames;
+  while (!r.atEnd()) {
+    frames.emplace_back();
+    if (!readFrame(r, &frames.back())) return false;
+  }
+  out.send(RecordBuilder(kRecTitle).text(title));
+  out.send(RecordBuilder(kRecAnalysisCode).i32(code));
+  out.discardPending();
+  for (const FrameRecords& f : frames) queueFrame(f, out);
+  out.flush();
+  return true;
+}
+
+// Walks every frame of every step, sending and mirroring its records.
+void build(odb_Odb& odb, DatabaseRecord* record, CatalogueWriter& w, ReplyChannel& out) {
+  std::string title = cut(odb.analysisTitle(), kMaxText);
+  int32_t code = odb.jobData().analysisCode() - 1;
+  out.send(RecordBuilder(kRecTitle).text(title));
+  out.send(RecordBuilder(kRecAnalysisCode).i32(code));
+  w.text(title);
+  w.integer(code);
+
+  std::vector<CatalogueStepEntry> entries;
+  out.discardPending();
+  const odb_StepRepository& steps = odb.steps();
+  for (int s = 0; s < steps.size(); ++s) {
+    const odb_Step& step = steps.at(s);
+    const odb_SequenceFrame& frames = step.frames();
+    CatalogueStepEntry entry{s + 1, frames.size()};
+    entries.push_back(entry);
+
+    FrameRecords f;
+    f.stepNumber = entry.stepNumber;
+    f.totalTime = step.totalTime();
+    f.stepText = cut(step.name() + '\x01' + step.description(), kMaxStepText);
+    f.procedure = cut(step.procedure(), kMaxText);
+    f.text1 = domainWord(step.domain());
+    f.text2 = cut(step.name(), kMaxText);
+    f.entry1 = entry.stepNumber;
+    f.entry2 = entry.frameCount - 1;
+    for (int i = 0; i < frames.size(); ++i) {
+      const odb_Frame& frame = frames[i];
+      f.frameIndex = frame.frameIndex();
+      f.domain = frame.domain();
+      f.mode = frame.mode();
+      f.frameValue = frame.frameValueDouble();
+      f.frequency = frame.frequency();
+      f.description = cut(frame.description(), kMaxText);
+      queueFrame(f, out);
+      mirrorFrame(f, w);
+    }
+  }
+  out.flush();
+  if (record != nullptr) record->catalogueSteps = std::move(entries);
+}
+
+}  // namespace
+
+void sendCatalogue(OdbContext& ctx, int mode, ReplyChannel& out) {
+  BaseNameClearer clearer;
+  std::string base = catalogueBaseName();
+  odb_Odb& odb = *ctx.odb;
+  platform::FileStat dbStat;
+  platform::statFile(odb.path(), &dbStat);
+
+  if (!base.empty()) {
+    CatalogueReader reader;
+    if (reader.open(base, mode, dbStat)) {
+      if (replay(reader, out)) return;
+      platform::removeFile(base);
+    }
+  }
+  DatabaseRecord* record = nullptr;
+  for (auto& [key, r] : databaseBook().records)
+    if (r.context.odb == ctx.odb) record = &r;
+
+  CatalogueWriter writer(base);
+  writer.header(mode, odb.path(), dbStat);
+  build(odb, record, writer, out);
+  writer.finish();
+}
+
+}  // namespace odbs

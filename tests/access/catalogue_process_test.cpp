@@ -1,0 +1,183 @@
+// The step and frame catalogue through the real server: the records, the cache file
+// written, replayed byte for byte, refused, rebuilt, and left alone under a foreign lock.
+#include <gtest/gtest.h>
+#include <zlib.h>
+
+#include <string>
+
+#include "core/platform.h"
+#include "core/record_format.h"
+#include "odb/writer.h"
+#include "tests/odb/sample_model.h"
+#include "tests/protocol/server_fixture.h"
+
+namespace odbs::client {
+namespace {
+
+using test::Bytes;
+using test::kEnd;
+using test::startServer;
+
+void writeDatabase(const std::string& path, const std::string& title) {
+  odb::Writer w(path);
+  w.setTitle(title);
+  w.setAnalysisCode(odb_Enum::IMPLICIT);
+  w.addInstance("PART-1-1").addNodes({1}, {0.f, 0.f, 0.f}, 3);
+  w.addStep({"Step-1", "first load", "*STATIC", odb_Enum::TIME, 0.0});
+  w.addFrame({0, odb_Enum::TIME, 0, 0.0, 0.0, "Increment 0"});
+  w.addFrame({1, odb_Enum::TIME, 0, 0.1, 0.0, "Increment 1"});
+  w.addStep({"Step-2", "modes", "*FREQUENCY", odb_Enum::MODAL, 1.0});
+  for (int m = 1; m <= 3; ++m)
+    w.addFrame({m, odb_Enum::MODAL, m, 10.0 * m, 10.0 * m, "Mode " + std::to_string(m)});
+  w.close();
+}
+
+class CatalogueProcessTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    db_ = odbtest::tempPath("cat.odb");
+    base_ = odbtest::tempPath("cat.cache");
+    writeDatabase(db_, "Catalogue sample");
+    server_ = startServer();
+  }
+  void TearDown() override {
+    server_.reset();
+    for (const char* s : {"", "_tmp", "_lock"}) platform::removeFile(base_ + s);
+    platform::removeFile(db_);
+  }
+  Bytes catalogue(const std::string& form, bool withBase = true) {
+    if (withBase) {
+      EXPECT_EQ(server_->request("T " + base_).wireBytes(), kEnd);
+    }
+    return server_->request(form + " " + db_).wireBytes();
+  }
+  // Identifies one writing of the cache file: a rewrite is a new file, made later.
+  std::string cacheIdentity() {
+    platform::FileStat st;
+    if (!platform::statFile(base_, &st)) return "";
+    return std::to_string(st.inode) + ":" + std::to_string(st.mtimeSec) + "." +
+           std::to_string(st.mtimeNsec);
+  }
+  std::string cacheVersion() {
+    gzFile f = gzopen(base_.c_str(), "rb");
+    char line[100] = {};
+    if (f != nullptr) {
+      gzgets(f, line, sizeof line);
+      gzclose(f);
+    }
+    return line;
+  }
+  std::string db_, base_;
+  std::unique_ptr<ServerProcess> server_;
+};
+
+TEST_F(CatalogueProcessTest, RecordsOfEveryFrame) {
+  Reply reply = server_->request("T " + base_);
+  reply = server_->request("fd " + db_);
+  ASSERT_EQ(reply.records.size(), 2u + 5 * 4 + 1);
+  EXPECT_EQ(reply.records[0].type, odbs::kRecTitle);
+  EXPECT_EQ(reply.records[1].body, (Bytes{0, 0, 0, 0}));  // implicit: code 1, sent as 0
+
+  // Step 2, its second mode.
+  const Record& step = reply.records[2 + 3 * 4];
+  ByteReader s(step.body.data(), step.body.size());
+  int32_t number;
+  double total;
+  std::string text;
+  ASSERT_TRUE(s.getI32(&number) && s.getF64(&total) && s.getText(&text) && s.atEnd());
+  EXPECT_EQ(number, 2);
+  EXPECT_EQ(total, 1.0);
+  EXPECT_EQ(text, std::string("Step-2\x01modes"));
+
+  const Record& proc = reply.records[2 + 3 * 4 + 1];
+  ByteReader p(proc.body.data(), proc.body.size());
+  ASSERT_TRUE(p.getText(&text) && p.atEnd());
+  EXPECT_EQ(text, "*FREQUENCY");
+
+  const Record& texts = reply.records[2 + 3 * 4 + 2];
+  ByteReader t(texts.body.data(), texts.body.size());
+  std::string t1, t2;
+  ASSERT_TRUE(t.getText(&t1) && t.getText(&t2) && t.atEnd());
+  EXPECT_EQ(t1, "MODAL");
+  EXPECT_EQ(t2, "Step-2");
+
+  const Record& frame = reply.records[2 + 3 * 4 + 3];
+  EXPECT_EQ(frame.type, odbs::kRecFrame);
+  ByteReader f(frame.body.data(), frame.body.size());
+  int32_t index, domain, mode, entry1, entry2;
+  double value, frequency;
+  ASSERT_TRUE(f.getI32(&index) && f.getI32(&domain) && f.getI32(&mode) && f.getF64(&value) &&
+              f.getF64(&frequency) && f.getI32(&entry1) && f.getI32(&entry2) && f.getText(&text) &&
+              f.atEnd());
+  EXPECT_EQ(index, 2);
+  EXPECT_EQ(domain, odb_Enum::MODAL);
+  EXPECT_EQ(mode, 2);
+  EXPECT_EQ(value, 20.0);
+  EXPECT_EQ(frequency, 20.0);
+  EXPECT_EQ(entry1, 2);
+  EXPECT_EQ(entry2, 2);  // three frames: last index 2
+  EXPECT_EQ(text, "Mode 2");
+
+  EXPECT_TRUE(platform::fileReadable(base_));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_lock"));
+}
+
+TEST_F(CatalogueProcessTest, ReplayIsByteForByteAndPlainFileIsRefusedByExtendedRequest) {
+  Bytes first = catalogue("fd");
+  std::string written = cacheIdentity();
+  ASSERT_NE(written, "");
+  EXPECT_EQ(cacheVersion(), "1.0\r1.0\n");
+  EXPECT_EQ(catalogue("fd"), first);
+  EXPECT_EQ(cacheIdentity(), written);  // replayed, not rewritten
+
+  EXPECT_EQ(catalogue("fD"), first);  // "1.0" refused: rebuilt as "1.0A"
+  EXPECT_EQ(cacheVersion(), "1.0\r1.0A\n");
+  std::string extended = cacheIdentity();
+  EXPECT_EQ(catalogue("fd"), first);  // "1.0A" serves both
+  EXPECT_EQ(catalogue("fD"), first);
+  EXPECT_EQ(cacheIdentity(), extended);
+}
+
+TEST_F(CatalogueProcessTest, EveryRequestNeedsItsOwnBaseName) {
+  Bytes first = catalogue("fd");
+  platform::removeFile(base_);
+  EXPECT_EQ(catalogue("fd", false), first);
+  EXPECT_FALSE(platform::fileReadable(base_));
+}
+
+TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
+  Bytes first = catalogue("fd");
+  writeDatabase(db_, "Catalogue sample, second run");
+  Bytes second = catalogue("fd");
+  EXPECT_NE(second, first);  // the new title, so walked again
+
+  // A file with a current header whose body is cut off.
+  platform::FileStat st;
+  ASSERT_TRUE(platform::statFile(db_, &st));
+  gzFile f = gzopen(base_.c_str(), "wb");
+  gzprintf(f, "1.0\r1.0A\n%s\n%lld\n%lld\nonly a title\n", db_.c_str(),
+           static_cast<long long>(st.mtimeSec * 1000000000LL + st.mtimeNsec),
+           static_cast<long long>(st.size));
+  gzclose(f);
+  EXPECT_EQ(catalogue("fd"), second);
+  EXPECT_EQ(catalogue("fd"), second);  // and the rebuilt file replays
+}
+
+TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
+  Bytes first = catalogue("fd");
+  platform::removeFile(base_);
+  ASSERT_TRUE(platform::createEmptyFile(base_ + "_lock"));
+  EXPECT_EQ(catalogue("fd"), first);
+  EXPECT_FALSE(platform::fileReadable(base_));
+  EXPECT_TRUE(platform::fileReadable(base_ + "_lock"));
+}
+
+TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {
+  for (const char* form : {"fs", "fS", "fv", "fV", "fn", "fN", "fx"})
+    EXPECT_EQ(catalogue(form), kEnd) << form;
+  EXPECT_EQ(server_->request("fd /nonexistent.odb").wireBytes(), kEnd);
+}
+
+}  // namespace
+}  // namespace odbs::client

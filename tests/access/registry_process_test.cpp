@@ -1,0 +1,115 @@
+// The registry's replies through the real server: upgrade messages and the upgrade check,
+// quitting with databases open, and the parent watchdog's clean-up of catalogue files.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "core/platform.h"
+#include "odb/writer.h"
+#include "tests/odb/legacy_v1_writer.h"
+#include "tests/odb/sample_model.h"
+#include "tests/protocol/server_fixture.h"
+
+namespace odbs::client {
+namespace {
+
+using test::Bytes;
+using test::kEnd;
+using test::kTimeoutMs;
+using test::startServer;
+
+Bytes textFrame(const std::string& text) {
+  Bytes b(7 + text.size());
+  putU16(b.data(), static_cast<uint16_t>(5 + text.size()));
+  b[2] = '|';
+  putText(b.data() + 3, text);
+  return b;
+}
+
+Bytes concat(Bytes a, const Bytes& b) {
+  a.insert(a.end(), b.begin(), b.end());
+  return a;
+}
+
+class RegistryProcessTest : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    for (const auto& p : files_) platform::removeFile(p);
+  }
+  std::string file(const std::string& name) {
+    files_.push_back(odbtest::tempPath(name));
+    return files_.back();
+  }
+  std::string current(const std::string& name) {
+    std::string p = file(name);
+    odb::Writer w(p);
+    w.addInstance("PART-1-1").addNodes({1}, {0.f, 0.f, 0.f}, 3);
+    w.close();
+    return p;
+  }
+  std::vector<std::string> files_;
+};
+
+TEST_F(RegistryProcessTest, UpgradeCheckOpenAndClose) {
+  std::string old = file("v1.odb"), copy = old + ".odb";
+  files_.push_back(copy);
+  odbtest::writeVersion1(old, odbtest::sampleModel());
+  auto server = startServer();
+
+  const Bytes upgradeNeeded = {0x05, 0x00, 0x7C, 0x01, 0x00, 0x00, 0x00};
+  EXPECT_EQ(server->request("u " + old).wireBytes(), upgradeNeeded);
+  EXPECT_EQ(server->request("o " + old).wireBytes(),
+            concat(textFrame("odb upgrade to: " + copy), kEnd));
+  EXPECT_TRUE(platform::fileReadable(copy));
+  EXPECT_EQ(server->request("u " + old).wireBytes(), kEnd);
+  EXPECT_EQ(server->request("c " + old).wireBytes(),
+            concat(textFrame("Found upgraded odb: " + copy), kEnd));
+  // A current database needs nothing and says nothing.
+  std::string now = current("now.odb");
+  EXPECT_EQ(server->request("u " + now).wireBytes(), kEnd);
+  EXPECT_EQ(server->request("o " + now).wireBytes(), kEnd);
+  EXPECT_EQ(server->request("c " + now).wireBytes(), kEnd);
+  EXPECT_EQ(server->request("c " + now).wireBytes(), kEnd);
+}
+
+TEST_F(RegistryProcessTest, QuitWithTwoDatabasesOpen) {
+  std::string a = current("qa.odb"), b = current("qb.odb");
+  auto server = startServer();
+  server->request("o " + b);
+  server->request("o " + a);
+  server->request("l");
+  server->send("q");
+  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
+  EXPECT_TRUE(server->readToEnd().empty());
+}
+
+// The watchdog removes the catalogue's companions on the parent's end; q leaves them.
+TEST_F(RegistryProcessTest, ParentExitRemovesCatalogueCompanionsQuitDoesNot) {
+  for (bool byParent : {true, false}) {
+    std::string base = file(byParent ? "cat-parent" : "cat-quit");
+    files_.push_back(base + "_tmp");
+    files_.push_back(base + "_lock");
+    std::string db = current(byParent ? "wp.odb" : "wq.odb");
+    pid_t parent = platform::spawnProcess({"/bin/sleep", "60"}, {});
+    ASSERT_GT(parent, 0);
+    auto server = startServer(parent);
+    server->request("o " + db);
+    EXPECT_EQ(server->request("T " + base).wireBytes(), kEnd);
+    ASSERT_TRUE(platform::createEmptyFile(base + "_tmp"));
+    ASSERT_TRUE(platform::createEmptyFile(base + "_lock"));
+    if (byParent) {
+      platform::killProcess(parent);
+    } else {
+      server->send("q");
+    }
+    EXPECT_EQ(server->waitExit(3000), 0);
+    EXPECT_NE(platform::fileReadable(base + "_tmp"), byParent);
+    EXPECT_NE(platform::fileReadable(base + "_lock"), byParent);
+    platform::killProcess(parent);
+    int status;
+    platform::waitChild(parent, kTimeoutMs, &status);
+  }
+}
+
+}  // namespace
+}  // namespace odbs::client

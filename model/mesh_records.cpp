@@ -37,9 +37,9 @@ std::vector<TypeLayout> typeLayouts(const std::vector<std::string>& typeNames) {
 class CategoryNumbers {
  public:
   CategoryNumbers(const odb_SequenceElement& elements, const SectionTables& tables)
-      : elements_(elements), tables_(tables) {}
+      : elements_(elements), tables_(tables), none_(tables.numberOf(std::string())) {}
   int32_t of(int element, int32_t categoryIndex) {
-    if (categoryIndex < 0) return tables_.numberOf(std::string());
+    if (categoryIndex < 0) return none_;  // the element's category is the empty one
     size_t at = size_t(categoryIndex);
     if (at >= known_.size()) known_.resize(at + 1, kUnknown);
     if (known_[at] == kUnknown) {
@@ -52,6 +52,7 @@ class CategoryNumbers {
   static constexpr int64_t kUnknown = INT64_MIN;
   const odb_SequenceElement& elements_;
   const SectionTables& tables_;
+  const int32_t none_;
   std::vector<int64_t> known_;
 };
 

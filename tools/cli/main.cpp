@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "tools/cli/cli_options.h"
+#include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
 
 namespace {
@@ -20,6 +21,10 @@ const char kUsage[] =
     "subcommands:\n"
     "  raw [line...]   send command lines (from the arguments, else one per line of\n"
     "                  standard input) and print every reply record\n"
+    "  model DATABASE [--records] [--nodes-only]\n"
+    "                  the model: sections, materials, nodes and elements per instance\n"
+    "  sets DATABASE [--records] [--surfaces] [--coupling] [--named NAME...]\n"
+    "                  node sets, element sets and surfaces with their member counts\n"
     "\n"
     "options:\n"
     "  --server PATH     the odb_server program (default: beside odb_cli)\n"
@@ -35,8 +40,18 @@ int runRawCommand(const odbs::cli::CliOptions& options, const std::string& serve
   return odbs::cli::runRaw(options, serverPath, std::cin, std::cout);
 }
 
+int runModelCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runModel(options, serverPath, std::cout, std::cerr);
+}
+
+int runSetsCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runSets(options, serverPath, std::cout, std::cerr);
+}
+
 const Subcommand kSubcommands[] = {
     {"raw", runRawCommand},
+    {"model", runModelCommand},
+    {"sets", runSetsCommand},
 };
 
 }  // namespace

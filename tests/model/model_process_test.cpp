@@ -1,0 +1,99 @@
+// The model and set commands through the real server, on a database built from the JSON
+// description in tests/odb/data: the dispatcher and the registry reach the handlers, and
+// each reply is what the handler writes, closed by the end record.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "client/model_records.h"
+#include "core/platform.h"
+#include "model/model_export.h"
+#include "odb/odb.h"
+#include "tests/model/model_fixture.h"
+#include "tests/protocol/server_fixture.h"
+#include "tools/odb_build/odb_json.h"
+
+namespace odbs::test {
+namespace {
+
+const Bytes kEndFrame = {0x01, 0x00, 0x7E};
+
+class ModelProcess : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    odb_initializeAPI();
+    path_ = new std::string("/tmp/model_process_" + std::to_string(platform::processId()) + ".odb");
+    std::ifstream in(std::string(ODB_TEST_DATA) + "/small_model.json");
+    std::stringstream text;
+    text << in.rdbuf();
+    odb::buildDatabaseFromJson(text.str(), *path_);
+  }
+  static void TearDownTestSuite() {
+    platform::removeFile(*path_);
+    delete path_;
+  }
+  void SetUp() override { server_ = client::test::startServer(); }
+
+  // The reply of the server to line, checked against the handler run in this process.
+  std::vector<client::Record> request(const std::string& line,
+                                      const std::function<void(OdbContext&, ReplyChannel&)>& run) {
+    Bytes wire = server_->request(line).wireBytes();
+    odb_Odb& odb = openOdb(*path_, true);
+    OdbContext ctx;
+    ctx.odb = &odb;
+    Bytes expected = capture([&](ReplyChannel& out) { run(ctx, out); });
+    closeOdb(odb);
+    expected.insert(expected.end(), kEndFrame.begin(), kEndFrame.end());
+    EXPECT_EQ(frameLines(wire), frameLines(expected)) << line;
+    std::vector<client::Record> recs = splitRecords(wire);
+    recs.pop_back();
+    return recs;
+  }
+
+  static std::string* path_;
+  std::unique_ptr<client::ServerProcess> server_;
+};
+
+std::string* ModelProcess::path_ = nullptr;
+
+TEST_F(ModelProcess, WholeModel) {
+  auto recs =
+      request("g " + *path_, [](OdbContext& c, ReplyChannel& o) { exportModel(c, false, o); });
+  EXPECT_EQ(typeSequence(recs),
+            "1 2 21 21 H $ I H $ I H $ I 17 H 3 3 3 3 3 3 3 3 4 H 3 3 3 3 4 H 3 4");
+  client::SectionRecord conn = client::decodeSection(recs[5]);
+  EXPECT_EQ(conn.code, -3);
+  EXPECT_EQ(conn.orientationRegion, "CONN");
+  EXPECT_EQ(conn.csys1, "DATUM-1");
+  EXPECT_EQ(conn.csys2, "");
+  client::SectionRecord skin = client::decodeSection(recs[11]);
+  ASSERT_EQ(skin.runs.size(), 2u);
+  EXPECT_EQ(skin.runs[0].points, 2);
+  EXPECT_EQ(skin.runs[1].layer, 2);
+  client::ElementRecord root = client::decodeElement(recs.back());
+  EXPECT_TRUE(root.connector);
+  EXPECT_EQ(root.section, int32_t(conn.number));
+}
+
+TEST_F(ModelProcess, NodesOnly) {
+  auto recs =
+      request("G " + *path_, [](OdbContext& c, ReplyChannel& o) { exportModel(c, true, o); });
+  EXPECT_EQ(typeSequence(recs), "1 2 H 3 3 3 3 3 3 3 3 H 3 3 3 3 H 3");
+}
+
+TEST_F(ModelProcess, SetsSurfacesAndNamedSets) {
+  request("S 0 0 " + *path_, [](OdbContext& c, ReplyChannel& o) { sendSets(c, 0, false, o); });
+  auto withSurfaces =
+      request("s 0 1 " + *path_, [](OdbContext& c, ReplyChannel& o) { sendSets(c, 1, true, o); });
+  EXPECT_NE(typeSequence(withSurfaces).find("7 10 11"), std::string::npos);
+  server_->send("irc 7 0 CONN");
+  server_->send("irc 7 0 BLOCK-1.BLOCK");
+  auto named = request("irs 0 " + *path_, [](OdbContext& c, ReplyChannel& o) {
+    sendNamedSets(c, {{7, 0, "CONN"}, {7, 0, "BLOCK-1.BLOCK"}}, o);
+  });
+  EXPECT_EQ(typeSequence(named), "1 2 6 H 9 11 I H 6 9 11 I");
+}
+
+}  // namespace
+}  // namespace odbs::test

@@ -6,6 +6,7 @@
 // first number inserted for a label wins.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -17,6 +18,11 @@ class ElementSectionMap {
  public:
   // Records label -> number unless label already has a number. Before freeze() only.
   void insert(int32_t label, int32_t number) { pending_.emplace_back(label, number); }
+  // Room for n more inserts.
+  void reserve(size_t n) {
+    size_t need = pending_.size() + n;
+    if (need > pending_.capacity()) pending_.reserve(std::max(need, 2 * pending_.capacity()));
+  }
   // Builds the look-up form; inserts after this are not seen until the next freeze().
   void freeze();
   // The number of label, or 0 when it has none (section numbers are never 0).

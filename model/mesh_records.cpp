@@ -2,8 +2,11 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <string>
 #include <vector>
+
+#include "model/wire_arrays.h"
 
 namespace odbs {
 
@@ -65,7 +68,7 @@ void queueNodeRecords(const odb_SequenceNode& nodes, ReplyChannel& out) {
   const size_t body = 4 + 4 * dim;
   for (size_t i = 0; i < labels.size(); ++i) {
     uint8_t* p = putI32(out.queueFixed(kRecNode, body), labels[i]);
-    for (size_t c = 0; c < dim; ++c) p = putF32(p, coords[i * dim + c]);
+    putF32Array(p, coords + i * dim, dim);
   }
 }
 
@@ -88,11 +91,16 @@ void queueElementRecords(const odb_SequenceElement& elements, const ElementSecti
     if (fixed > maxBody) continue;
     n = std::min(n, (maxBody - fixed) / perNode);
     uint8_t* p = out.queueFixed(kRecElement, fixed + perNode * n);
-    p = putBytes(p, type.name.data(), type.name.size());
+    if (type.name.size() == kTypeNameWidth) {
+      std::memcpy(p, type.name.data(), kTypeNameWidth);  // the usual case, without a call
+      p += kTypeNameWidth;
+    } else {
+      p = putBytes(p, type.name.data(), type.name.size());
+    }
     p = putI32(p, d.labels[i]);
     p = putI32(p, section);
     if (type.connector) p = putI32(p, static_cast<int32_t>(n));
-    for (size_t k = 0; k < n; ++k) p = putI32(p, nodes[k]);
+    p = putI32Array(p, nodes, n);
     if (type.connector) std::fill(p, p + 4 * n, uint8_t{0});
   }
 }

@@ -61,6 +61,7 @@ ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) 
     int32_t number = result.tables.numberOf(section.name());
     queueSectionRecord(section, number, recordContext, out);
     if (multiInstance) out.queueFixed(kRecBlockEnd, 0);
+    map.reserve(size_t(members.size()));
     for (int label : members) map.insert(label, number);
   }
   out.flush();

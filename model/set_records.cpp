@@ -4,6 +4,8 @@
 #include <cstring>
 #include <stdexcept>
 
+#include "model/wire_arrays.h"
+
 namespace odbs {
 
 namespace {
@@ -39,8 +41,7 @@ Members membersOf(const odb_Set& set, const std::string* instance) {
 void queueLabelBlocks(uint8_t type, odb_View<int> labels, ReplyChannel& out) {
   for (size_t at = 0; at < size_t(labels.size()); at += kBlockSize) {
     size_t n = std::min(kBlockSize, size_t(labels.size()) - at);
-    uint8_t* p = out.queueFixed(type, 4 * n);
-    for (size_t k = 0; k < n; ++k) p = putI32(p, labels.data()[at + k]);
+    putI32Array(out.queueFixed(type, 4 * n), labels.data() + at, n);
   }
 }
 

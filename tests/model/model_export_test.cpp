@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "client/model_records.h"
+#include "odb/h5.h"
 #include "tests/model/model_fixture.h"
 
 namespace odbs::test {
@@ -149,6 +150,20 @@ TEST(ExportModel, MultiInstanceModelBlocks) {
 TEST(ExportModel, NodesOnlyMultiInstanceKeepsHeadersAndRootNodes) {
   TestDatabase db(multiInstanceModel());
   EXPECT_EQ(typeSequence(splitRecords(exportBytes(db, true))), "1 2 H 3 3 H 3 3 H 3");
+}
+
+// B-1's elements cannot be read: the reply stops after B-1's nodes were queued, and those
+// queued records must not reach a later reply.
+TEST(ExportModel, FailureLeavesNothingPendingForTheNextReply) {
+  TestDatabase db(multiInstanceModel(), [](const std::string& path) {
+    odb::h5::File f = odb::h5::File::open(path, false);
+    H5Ldelete(f.root().open("assembly/instances/0/elements").id(), "type_names", H5P_DEFAULT);
+  });
+  Bytes bytes = capture([&](ReplyChannel& out) {
+    EXPECT_ANY_THROW(exportModel(db.context(), false, out));
+    out.flush();  // what the next handler's flush would write
+  });
+  EXPECT_EQ(typeSequence(splitRecords(bytes)), "1 2 H $ I H $ I H 3 3 4");
 }
 
 }  // namespace

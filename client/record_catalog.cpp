@@ -1,5 +1,7 @@
 #include "client/record_catalog.h"
 
+#include "client/catalogue_records.h"
+
 namespace odbs::client {
 
 void RecordCatalog::add(std::string commandPrefix, uint8_t type, Describer d) {
@@ -24,6 +26,7 @@ const RecordCatalog& standardCatalog() {
   static const RecordCatalog catalog = [] {
     RecordCatalog c;
     addCoreRecords(c);
+    addCatalogueRecords(c);
     // Each further record family adds its registration here.
     return c;
   }();

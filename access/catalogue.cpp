@@ -160,7 +160,7 @@ void build(odb_Odb& odb, DatabaseRecord* record, CatalogueWriter& w, ReplyChanne
       f.frameIndex = frame.frameIndex();
       f.domain = frame.domain();
       f.mode = frame.mode();
-      f.frameValue = frame.frameValueDouble();
+      f.frameValue = frame.frameValue();
       f.frequency = frame.frequency();
       f.description = cut(frame.description(), kMaxText);
       queueFrame(f, out);

@@ -1,5 +1,6 @@
 #include "client/record_catalog.h"
 
+#include "client/catalogue_records.h"
 #include "client/model_records.h"
 
 namespace odbs::client {
@@ -26,6 +27,7 @@ const RecordCatalog& standardCatalog() {
   static const RecordCatalog catalog = [] {
     RecordCatalog c;
     addCoreRecords(c);
+    addCatalogueRecords(c);
     addModelRecords(c);
     // Each further record family adds its registration here.
     return c;

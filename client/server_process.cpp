@@ -21,7 +21,7 @@ ServerProcess::ServerProcess(ServerOptions options) : options_(std::move(options
   int parent = options_.parentPid != 0 ? options_.parentPid : platform::processId();
   std::vector<std::string> argv = {options_.serverPath, std::to_string(parent),
                                    std::to_string(commands[0]), std::to_string(replies[1])};
-  pid_ = platform::spawnProcessKeepingOnly(argv, {commands[0], replies[1]});
+  pid_ = platform::spawnProcess(argv, {commands[0], replies[1]});
   // The server's ends now live in the server only; closing them here is what lets each
   // side see the other's end of stream.
   platform::closeFd(commands[0]);

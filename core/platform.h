@@ -57,9 +57,10 @@ bool startThread(std::function<void()> body, size_t stackBytes);
 // the end is seen within a second.
 void waitForProcessExit(int pid);
 
-// Starts argv[0] (a path) with arguments argv. Descriptors listed in keepFds stay open in
-// the child, at their numbers; every other descriptor that is marked close-on-exec is
-// closed. Returns the child's pid, or -1 on failure.
+// Starts argv[0] (a path) with arguments argv. The child keeps standard input, output and
+// error and the descriptors listed in keepFds, at their numbers; every other descriptor
+// is closed in the child, whether or not it is marked close-on-exec. Returns the child's
+// pid, or -1 on failure.
 pid_t spawnProcess(const std::vector<std::string>& argv, const std::vector<int>& keepFds);
 
 // Waits up to timeoutMs for the child to end (negative: no limit). Returns true and stores
@@ -101,14 +102,4 @@ std::string canonicalPath(const std::string& path);
 // True when both paths name one existing file (same device and inode): the same file
 // reached through links, bind mounts or different spellings.
 bool sameFile(const std::string& a, const std::string& b);
-
-// ---- Added for the client library ---------------------------------------------------
-
-// As spawnProcess, but the child keeps only standard input, output and error and the
-// descriptors in keepFds: every other descriptor is closed in the child, also those not
-// marked close-on-exec, so that no stray copy of a pipe end keeps a pipe open.
-// Returns the child's pid, or -1 on failure.
-pid_t spawnProcessKeepingOnly(const std::vector<std::string>& argv,
-                              const std::vector<int>& keepFds);
-
 }  // namespace odbs::platform

@@ -132,23 +132,6 @@ void waitForProcessExit(int pid) {
   }
 }
 
-pid_t spawnProcess(const std::vector<std::string>& argv, const std::vector<int>& keepFds) {
-  if (argv.empty()) return -1;
-  std::vector<char*> args;
-  for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-  args.push_back(nullptr);
-
-  // Kept descriptors must survive exec: dup each onto itself in the child, which clears
-  // close-on-exec for that number only.
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  for (int fd : keepFds) posix_spawn_file_actions_adddup2(&actions, fd, fd);
-  pid_t pid = -1;
-  int rc = ::posix_spawn(&pid, args[0], &actions, nullptr, args.data(), environ);
-  posix_spawn_file_actions_destroy(&actions);
-  return rc == 0 ? pid : -1;
-}
-
 bool waitChild(pid_t pid, int timeoutMs, int* status) {
   auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
   for (;;) {
@@ -217,8 +200,7 @@ bool sameFile(const std::string& a, const std::string& b) {
   return sa.device == sb.device && sa.inode == sb.inode;
 }
 
-pid_t spawnProcessKeepingOnly(const std::vector<std::string>& argv,
-                              const std::vector<int>& keepFds) {
+pid_t spawnProcess(const std::vector<std::string>& argv, const std::vector<int>& keepFds) {
   if (argv.empty()) return -1;
   std::vector<char*> args;
   for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "client/catalogue_records.h"
 #include "core/platform.h"
 #include "core/record_format.h"
 #include "odb/writer.h"
@@ -79,44 +80,27 @@ TEST_F(CatalogueProcessTest, RecordsOfEveryFrame) {
   EXPECT_EQ(reply.records[1].body, (Bytes{0, 0, 0, 0}));  // implicit: code 1, sent as 0
 
   // Step 2, its second mode.
-  const Record& step = reply.records[2 + 3 * 4];
-  ByteReader s(step.body.data(), step.body.size());
-  int32_t number;
-  double total;
-  std::string text;
-  ASSERT_TRUE(s.getI32(&number) && s.getF64(&total) && s.getText(&text) && s.atEnd());
-  EXPECT_EQ(number, 2);
-  EXPECT_EQ(total, 1.0);
-  EXPECT_EQ(text, std::string("Step-2\x01modes"));
+  StepRecord step = decodeStep(reply.records[2 + 3 * 4]);
+  EXPECT_EQ(step.number, 2);
+  EXPECT_EQ(step.totalTime, 1.0);
+  EXPECT_EQ(step.name, "Step-2");
+  EXPECT_EQ(step.description, "modes");
+  EXPECT_EQ(reply.records[2 + 3 * 4].body.size(), 4u + 8 + 4 + 12);  // "Step-2\x01modes"
+  EXPECT_EQ(decodeProcedure(reply.records[2 + 3 * 4 + 1]), "*FREQUENCY");
+  StepTextsRecord texts = decodeStepTexts(reply.records[2 + 3 * 4 + 2]);
+  EXPECT_EQ(texts.domain, "MODAL");
+  EXPECT_EQ(texts.name, "Step-2");
 
-  const Record& proc = reply.records[2 + 3 * 4 + 1];
-  ByteReader p(proc.body.data(), proc.body.size());
-  ASSERT_TRUE(p.getText(&text) && p.atEnd());
-  EXPECT_EQ(text, "*FREQUENCY");
-
-  const Record& texts = reply.records[2 + 3 * 4 + 2];
-  ByteReader t(texts.body.data(), texts.body.size());
-  std::string t1, t2;
-  ASSERT_TRUE(t.getText(&t1) && t.getText(&t2) && t.atEnd());
-  EXPECT_EQ(t1, "MODAL");
-  EXPECT_EQ(t2, "Step-2");
-
-  const Record& frame = reply.records[2 + 3 * 4 + 3];
-  EXPECT_EQ(frame.type, odbs::kRecFrame);
-  ByteReader f(frame.body.data(), frame.body.size());
-  int32_t index, domain, mode, entry1, entry2;
-  double value, frequency;
-  ASSERT_TRUE(f.getI32(&index) && f.getI32(&domain) && f.getI32(&mode) && f.getF64(&value) &&
-              f.getF64(&frequency) && f.getI32(&entry1) && f.getI32(&entry2) && f.getText(&text) &&
-              f.atEnd());
-  EXPECT_EQ(index, 2);
-  EXPECT_EQ(domain, odb_Enum::MODAL);
-  EXPECT_EQ(mode, 2);
-  EXPECT_EQ(value, 20.0);
-  EXPECT_EQ(frequency, 20.0);
-  EXPECT_EQ(entry1, 2);
-  EXPECT_EQ(entry2, 2);  // three frames: last index 2
-  EXPECT_EQ(text, "Mode 2");
+  FrameRecord frame = decodeFrame(reply.records[2 + 3 * 4 + 3]);
+  EXPECT_EQ(frame.frameIndex, 2);
+  EXPECT_EQ(frame.domain, odb_Enum::MODAL);
+  EXPECT_EQ(frame.mode, 2);
+  EXPECT_EQ(frame.frameValue, 20.0);
+  EXPECT_EQ(frame.frequency, 20.0);
+  EXPECT_EQ(frame.stepNumber, 2);
+  EXPECT_EQ(frame.lastFrameIndex, 2);  // three frames
+  EXPECT_EQ(frame.description, "Mode 2");
+  EXPECT_EQ(reply.records[2 + 3 * 4 + 3].body.size(), 40u + 6);
 
   EXPECT_TRUE(platform::fileReadable(base_));
   EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));

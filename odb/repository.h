@@ -56,6 +56,8 @@ class odb_OdbRepositoryIT {
   explicit odb_OdbRepositoryIT(const odb_OdbRepository& r) : r_(&r), snap_(r.entries()) {
     it_ = snap_.begin();
   }
+  odb_OdbRepositoryIT(const odb_OdbRepositoryIT&) = delete;
+  odb_OdbRepositoryIT& operator=(const odb_OdbRepositoryIT&) = delete;
   void first() {
     snap_ = r_->entries();
     it_ = snap_.begin();

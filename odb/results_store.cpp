@@ -55,8 +55,7 @@ void storeLocations(const h5::Group& g, const std::vector<FieldLocationData>& lo
 
 }  // namespace
 
-ResultsWriter::ResultsWriter(h5::Group root, std::function<void()> flush)
-    : root_(std::move(root)), flush_(std::move(flush)) {}
+ResultsWriter::ResultsWriter(h5::Group root) : root_(std::move(root)) {}
 
 void ResultsWriter::addStep(const StepData& step) {
   for (const auto& n : stepNames_)
@@ -182,7 +181,6 @@ void ResultsWriter::endFrame() {
   frame_.writeStrings("field_names", fieldNames_);
   fieldNames_.clear();
   inFrame_ = false;
-  flush_();  // a frame is complete on disk before the next one starts
 }
 
 void ResultsWriter::addHistoryRegion(const HistoryRegionData& r) {

@@ -160,8 +160,7 @@ Writer::Writer(const std::string& path)
   root.setString("format", kFormatTag);
   root.setInt("format_version", kFormatVersion);
   assembly_.name = "ASSEMBLY";
-  h5::File* f = file_.get();
-  results_ = std::make_unique<ResultsWriter>(std::move(root), [f] { f->flush(); });
+  results_ = std::make_unique<ResultsWriter>(std::move(root));
 }
 
 Writer::~Writer() {

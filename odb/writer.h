@@ -100,7 +100,7 @@ class Writer {
   // Results, written to the file as they come. The order of calls is: addStep, then for
   // each frame addFrame, and for each field output of the frame addFieldOutput followed
   // by its blocks (addFieldBlock); addHistoryRegion at any point inside a step. A new
-  // step or frame completes the previous one, which is then on disk and out of memory.
+  // step or frame completes the previous one, which is then in the file and out of memory.
   // Frames keep the order of the calls; a frame's frameIndex -1 means its position.
   // A field output with isComplex needs conjugate arrays in every block; a field output
   // without locations gets them from its blocks (positions and section points).

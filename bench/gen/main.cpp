@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <exception>
+#include <fstream>
+#include <string>
 
 #include "bench/gen/generator.h"
 #include "odb/odb.h"
@@ -46,6 +48,11 @@ int main(int argc, char** argv) {
     std::printf("%s: %lld nodes, %lld elements, %lld frames, largest field output %.1f MB\n",
                 argv[1], (long long)s.nodes, (long long)s.elements, (long long)s.frames,
                 s.largestFieldBytes / 1e6);
+    // Peak memory of the whole run: the writer keeps one field output, not the frames.
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+      if (line.rfind("VmHWM:", 0) == 0)
+        std::printf("peak memory while writing: %s\n", line.c_str() + 6);
   } catch (const std::exception& e) {
     std::fprintf(stderr, "odb_gen: %s\n", e.what());
     return 1;

@@ -4,8 +4,8 @@
 //  2. Peak memory while reading every field output of every frame of a generated
 //     database, beside the size of its largest single field output.
 //
-//   odb_results_bench           1,000,000 values; a database of about 250 MB
-//   odb_results_bench --full    10,000,000 values; a database of about 4.5 GB
+//   odb_results_bench           1,000,000 values; a database of about 0.8 GB
+//   odb_results_bench --full    10,000,000 values; a database of about 4.3 GB
 // Each measurement runs in a fresh child process so that its peak memory is its own.
 #include <hdf5.h>
 
@@ -154,9 +154,9 @@ int main(int argc, char** argv) {
   odbs::platform::removeFile(one);
 
   odbgen::Options a;
-  a.elements = full ? 1000000 : 125000;
+  a.elements = full ? 500000 : 125000;
   a.instances = 2;
-  a.frames = full ? 7 : 3;
+  a.frames = full ? 4 : 3;
   a.steps = 1;
   a.complexStep = true;
   a.historyRegions = 10;

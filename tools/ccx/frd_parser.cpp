@@ -1,0 +1,443 @@
+#include "tools/ccx/frd_parser.h"
+
+#include <cstring>
+#include <limits>
+
+#include "tools/ccx/element_types.h"
+#include "tools/ccx/parse_error.h"
+#include "tools/ccx/source_reader.h"
+#include "tools/ccx/text.h"
+
+namespace odbs::ccx {
+
+std::vector<std::string> FrdBlock::storedNames() const {
+  std::vector<std::string> names;
+  for (const FrdComponent& c : components) {
+    if (c.stored) names.push_back(c.name);
+  }
+  return names;
+}
+
+int FrdBlock::storedCount() const {
+  int n = 0;
+  for (const FrdComponent& c : components) n += c.stored ? 1 : 0;
+  return n;
+}
+
+namespace {
+
+constexpr int kValueWidth = 12;  // E12.5 fields of the text format
+
+class FrdReader {
+ public:
+  FrdReader(const std::string& path, FrdVisitor& visitor, Warnings& warnings)
+      : in_(path), visitor_(visitor), warnings_(warnings) {}
+
+  void run();
+
+ private:
+  [[noreturn]] void fail(const std::string& expected, const std::string& found = "") const {
+    throw ParseError(in_.path(), in_.lineNumber(), expected, found);
+  }
+  [[noreturn]] void failBinary(const std::string& expected) const {
+    throw ParseError(in_.path() + " (byte offset " + std::to_string(in_.offset()) + ")", 0,
+                     expected, "end of file");
+  }
+  std::string requireLine(const std::string& expected) {
+    std::string line;
+    if (!in_.nextLine(line)) fail(expected, "end of file");
+    return line;
+  }
+  long long integerAt(std::string_view line, size_t begin, size_t width, const std::string& what) {
+    auto v = toInteger(column(line, begin, width));
+    if (!v) fail(what, std::string(line));
+    return *v;
+  }
+  long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i,
+                         const std::string& what, std::string_view line) {
+    if (i >= tokens.size()) fail(what, std::string(line));
+    auto v = toInteger(tokens[i]);
+    if (!v) fail(what, std::string(line));
+    return *v;
+  }
+  // A count from a block header, checked against what the rest of the file can hold.
+  int64_t checkedCount(long long count, int64_t bytesEach, const std::string& what);
+  void sendHeader();
+  void readUserLine(std::string_view line);
+  void readParameterLine(std::string_view line);
+  void readNodes(std::string_view line);
+  void readElements(std::string_view line);
+  void readResult(std::string_view line);
+  void readTextRows(FrdBlock& block, int labelWidth);
+  void readBinaryRows(FrdBlock& block, int64_t rows, bool doubles);
+  void skipBlock();
+
+  SourceReader in_;
+  FrdVisitor& visitor_;
+  Warnings& warnings_;
+  FrdHeader header_;
+  bool headerSent_ = false;
+  int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
+};
+
+int64_t FrdReader::checkedCount(long long count, int64_t bytesEach, const std::string& what) {
+  if (count < 0) fail("a count of " + what + " that is not negative", std::to_string(count));
+  if (bytesEach > 0 && count > (in_.fileSize() - in_.offset()) / bytesEach) {
+    fail(std::to_string(count) + " " + what + " in the rest of the file",
+         std::to_string(in_.fileSize() - in_.offset()) + " bytes left");
+  }
+  return count;
+}
+
+void FrdReader::sendHeader() {
+  if (headerSent_) return;
+  headerSent_ = true;
+  visitor_.header(header_);
+}
+
+void FrdReader::readUserLine(std::string_view line) {
+  // "    1U<text>": "1UDATE  23.november.2026", "1UMAT    1STEEL", or the title.
+  size_t at = line.find("1U");
+  std::string_view text = line.substr(at + 2);
+  std::vector<std::string_view> tokens = splitBlanks(text);
+  static const char* keys[] = {"USER",    "DATE",        "TIME", "HOST", "PGM",
+                               "VERSION", "COMPILETIME", "DIR",  "DBN",  "MAT"};
+  for (const char* key : keys) {
+    if (!tokens.empty() && tokens[0] == key) {
+      std::string_view rest = trim(text.substr(std::strlen(key)));
+      if (std::strcmp(key, "MAT") == 0) {
+        // "MAT    1STEEL": number then name, run together.
+        size_t digits = 0;
+        while (digits < rest.size() && rest[digits] >= '0' && rest[digits] <= '9') ++digits;
+        auto number = toInteger(rest.substr(0, digits));
+        if (number)
+          header_.materials[static_cast<int>(*number)] = std::string(trim(rest.substr(digits)));
+      } else {
+        header_.user[key] = std::string(rest);
+      }
+      return;
+    }
+  }
+  if (header_.title.empty()) header_.title = std::string(trim(text));
+}
+
+void FrdReader::readParameterLine(std::string_view line) {
+  std::vector<std::string_view> tokens = splitBlanks(line);
+  if (tokens.empty()) return;
+  if (tokens[0] == "1PSTEP") {
+    counter_ = static_cast<int>(tokenInteger(tokens, 1, "a load case number after 1PSTEP", line));
+    increment_ =
+        static_cast<int>(tokenInteger(tokens, 2, "an increment number after 1PSTEP", line));
+    step_ = static_cast<int>(tokenInteger(tokens, 3, "a step number after 1PSTEP", line));
+    mode_ = 0;
+  } else if (tokens[0] == "1PMODE") {
+    mode_ = static_cast<int>(tokenInteger(tokens, 1, "a mode number after 1PMODE", line));
+  }
+}
+
+void FrdReader::readNodes(std::string_view line) {
+  sendHeader();
+  std::vector<std::string_view> tokens = splitBlanks(line);
+  if (tokens.size() < 3) fail("a node count and a format after 2C", std::string(line));
+  long long count = tokenInteger(tokens, tokens.size() - 2, "a node count", line);
+  int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
+  std::vector<FrdNode> nodes;
+  if (format == 2 || format == 3) {
+    bool doubles = format == 3;
+    size_t valueBytes = doubles ? 8 : 4;
+    int64_t n = checkedCount(count, 4 + 3 * valueBytes, "nodes");
+    nodes.resize(n);
+    for (FrdNode& node : nodes) {
+      unsigned char record[28];
+      if (!in_.readBytes(record, 4 + 3 * valueBytes))
+        failBinary(std::to_string(n) + " binary node records");
+      std::memcpy(&node.label, record, 4);
+      double* xyz[3] = {&node.x, &node.y, &node.z};
+      for (int i = 0; i < 3; ++i) {
+        if (doubles) {
+          std::memcpy(xyz[i], record + 4 + 8 * i, 8);
+        } else {
+          float f;
+          std::memcpy(&f, record + 4 + 4 * i, 4);
+          *xyz[i] = f;
+        }
+      }
+    }
+  } else if (format == 0 || format == 1) {
+    int w = format == 0 ? 5 : 10;
+    nodes.reserve(static_cast<size_t>(checkedCount(count, 10, "nodes")));
+    while (true) {
+      std::string row = requireLine("a node line or -3 ending the node block");
+      std::string_view r = row;
+      if (startsWith(trim(r), "-3")) break;
+      if (!startsWith(r, " -1")) fail("a node line starting with -1", row);
+      FrdNode node;
+      node.label = static_cast<int32_t>(integerAt(r, 3, w, "a node label"));
+      double* xyz[3] = {&node.x, &node.y, &node.z};
+      for (int i = 0; i < 3; ++i) {
+        auto v = toDouble(column(r, 3 + w + kValueWidth * i, kValueWidth));
+        if (!v) fail("three node coordinates", row);
+        *xyz[i] = *v;
+      }
+      nodes.push_back(node);
+    }
+  } else {
+    fail("node block format 0, 1, 2 or 3", std::to_string(format));
+  }
+  visitor_.nodes(std::move(nodes));
+}
+
+void FrdReader::readElements(std::string_view line) {
+  sendHeader();
+  std::vector<std::string_view> tokens = splitBlanks(line);
+  if (tokens.size() < 3) fail("an element count and a format after 3C", std::string(line));
+  long long count = tokenInteger(tokens, tokens.size() - 2, "an element count", line);
+  int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
+  std::vector<FrdElement> elements;
+  if (format == 2) {
+    int64_t n = checkedCount(count, 16, "elements");
+    elements.resize(n);
+    for (FrdElement& e : elements) {
+      int32_t head[4];
+      if (!in_.readBytes(head, sizeof head))
+        failBinary(std::to_string(n) + " binary element records");
+      e.label = head[0];
+      e.typeCode = head[1];
+      e.group = head[2];
+      e.material = head[3];
+      int nodes = frdNodeCount(e.typeCode);
+      if (nodes < 0) {
+        fail("a known element type code (1 to 12) for element " + std::to_string(e.label),
+             std::to_string(e.typeCode));
+      }
+      e.nodes.resize(nodes);
+      if (!in_.readBytes(e.nodes.data(), 4 * nodes))
+        failBinary("the nodes of element " + std::to_string(e.label));
+    }
+  } else if (format == 0 || format == 1) {
+    int w = format == 0 ? 5 : 10;
+    elements.reserve(static_cast<size_t>(checkedCount(count, 20, "elements")));
+    while (true) {
+      std::string row = requireLine("an element line or -3 ending the element block");
+      std::string_view r = row;
+      if (startsWith(trim(r), "-3")) break;
+      if (!startsWith(r, " -1")) fail("an element line starting with -1", row);
+      FrdElement e;
+      e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
+      e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
+      e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
+      e.material = static_cast<int>(integerAt(r, 13 + w, 5, "an element material number"));
+      int nodes = frdNodeCount(e.typeCode);
+      if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      while (static_cast<int>(e.nodes.size()) < nodes) {
+        std::string more =
+            requireLine("a -2 line with the nodes of element " + std::to_string(e.label));
+        std::string_view m = more;
+        if (!startsWith(m, " -2"))
+          fail("a -2 line with the nodes of element " + std::to_string(e.label), more);
+        for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
+          if (trim(column(m, at, w)).empty()) break;
+          e.nodes.push_back(static_cast<int32_t>(integerAt(m, at, w, "a node label")));
+        }
+      }
+      elements.push_back(std::move(e));
+    }
+  } else {
+    fail("element block format 0, 1 or 2", std::to_string(format));
+  }
+  visitor_.elements(std::move(elements));
+}
+
+void FrdReader::readResult(std::string_view line) {
+  sendHeader();
+  // "  100CL  101 1.000000000          99                     0    1           1"
+  FrdBlock block;
+  block.line = in_.lineNumber();
+  auto value = toDouble(column(line, 12, 12));
+  if (!value) fail("a step time or frequency in columns 13-24 of the 100C line", std::string(line));
+  block.value = *value;
+  long long rows = integerAt(line, 24, 12, "a node count in columns 25-36 of the 100C line");
+  auto type = toInteger(column(line, 56, 2));
+  block.analysisType = type ? static_cast<int>(*type) : 0;
+  auto loadCase = toInteger(column(line, 58, 5));
+  block.loadCase = loadCase ? static_cast<int>(*loadCase) : 0;
+  block.analysis = std::string(trim(column(line, 63, 10)));
+  int format =
+      static_cast<int>(integerAt(line, 73, 2, "a format code in columns 74-75 of the 100C line"));
+  block.step = step_;
+  block.increment = increment_;
+  block.counter = counter_;
+  block.mode = mode_;
+
+  std::string nameLine = requireLine("a -4 line naming the result block");
+  std::vector<std::string_view> tokens = splitBlanks(nameLine);
+  if (tokens.size() < 3 || tokens[0] != "-4") fail("a -4 line naming the result block", nameLine);
+  block.name = std::string(tokens[1]);
+  long long components = tokenInteger(tokens, 2, "a component count", nameLine);
+  if (components < 1 || components > 1000) fail("a component count from 1 to 1000", nameLine);
+  block.resultType =
+      tokens.size() > 3 ? static_cast<int>(tokenInteger(tokens, 3, "a result type", nameLine)) : 1;
+  for (long long i = 0; i < components; ++i) {
+    std::string c = requireLine("a -5 line describing component " + std::to_string(i + 1) + " of " +
+                                block.name);
+    std::string_view cv = c;
+    if (!startsWith(trim(cv), "-5"))
+      fail("a -5 line describing component " + std::to_string(i + 1) + " of " + block.name, c);
+    FrdComponent component;
+    component.name = std::string(trim(column(cv, 5, 8)));
+    if (component.name.empty()) fail("a component name in columns 6-13", c);
+    auto t = toInteger(column(cv, 18, 5));
+    component.type = t ? static_cast<int>(*t) : 1;
+    auto r = toInteger(column(cv, 23, 5));
+    component.row = r ? static_cast<int>(*r) : 0;
+    auto col = toInteger(column(cv, 28, 5));
+    component.column = col ? static_cast<int>(*col) : 0;
+    auto exists = toInteger(column(cv, 33, 5));
+    component.stored = !(exists && *exists == 1);
+    block.components.push_back(std::move(component));
+  }
+  if (block.storedCount() == 0) fail("at least one stored component in block " + block.name);
+  if (format == 2 || format == 3) {
+    block.binary = true;
+    bool doubles = format == 3;
+    int64_t n = checkedCount(rows, 4 + block.storedCount() * (doubles ? 8 : 4), "result rows");
+    readBinaryRows(block, n, doubles);
+  } else if (format == 0 || format == 1) {
+    checkedCount(rows, 10, "result rows");
+    readTextRows(block, format == 0 ? 5 : 10);
+  } else {
+    fail("result block format 0, 1, 2 or 3", std::to_string(format));
+  }
+  visitor_.block(std::move(block));
+  visitor_.progress(in_.offset(), in_.fileSize());
+}
+
+void FrdReader::readTextRows(FrdBlock& block, int labelWidth) {
+  const int stored = block.storedCount();
+  while (true) {
+    std::string row = requireLine("a -1 value line or -3 ending block " + block.name);
+    std::string_view r = row;
+    if (startsWith(trim(r), "-3")) break;
+    if (!startsWith(r, " -1")) fail("a -1 value line of block " + block.name, row);
+    block.nodes.push_back(static_cast<int32_t>(integerAt(r, 3, labelWidth, "a node label")));
+    // Six values per line; more go on in -2 lines.
+    int got = 0;
+    while (true) {
+      for (int i = 0; i < 6 && got < stored; ++i, ++got) {
+        auto v = toDouble(column(r, 3 + labelWidth + kValueWidth * i, kValueWidth));
+        if (!v) {
+          fail(std::to_string(stored) + " values of block " + block.name + " for node " +
+                   std::to_string(block.nodes.back()),
+               row);
+        }
+        block.values.push_back(static_cast<float>(*v));
+      }
+      if (got == stored) break;
+      row = requireLine("a -2 line with more values of block " + block.name);
+      r = row;
+      if (!startsWith(r, " -2")) fail("a -2 line with more values of block " + block.name, row);
+    }
+  }
+}
+
+void FrdReader::readBinaryRows(FrdBlock& block, int64_t rows, bool doubles) {
+  const int stored = block.storedCount();
+  const size_t recordBytes = 4 + stored * (doubles ? 8 : 4);
+  block.nodes.resize(rows);
+  block.values.resize(rows * stored);
+  std::vector<unsigned char> record(recordBytes);
+  for (int64_t i = 0; i < rows; ++i) {
+    if (!in_.readBytes(record.data(), recordBytes)) {
+      failBinary(std::to_string(rows) + " binary rows of block " + block.name + " (of line " +
+                 std::to_string(block.line) + ")");
+    }
+    std::memcpy(&block.nodes[i], record.data(), 4);
+    float* out = &block.values[i * stored];
+    if (doubles) {
+      for (int c = 0; c < stored; ++c) {
+        double d;
+        std::memcpy(&d, record.data() + 4 + 8 * c, 8);
+        out[c] = static_cast<float>(d);
+      }
+    } else {
+      std::memcpy(out, record.data() + 4, 4 * stored);
+    }
+  }
+}
+
+void FrdReader::skipBlock() {
+  std::string line;
+  while (in_.nextLine(line)) {
+    if (startsWith(trim(line), "-3")) return;
+  }
+  fail("-3 ending a block", "end of file");
+}
+
+void FrdReader::run() {
+  std::string line;
+  while (in_.nextLine(line)) {
+    std::string_view t = trim(line);
+    if (t.empty()) continue;
+    std::vector<std::string_view> tokens = splitBlanks(t);
+    std::string_view key = tokens[0];
+    if (key == "9999") {
+      sendHeader();
+      return;
+    }
+    if (startsWith(key, "1U")) {
+      readUserLine(line);
+    } else if (key == "1C") {
+      // start of the model header; nothing to keep
+    } else if (startsWith(key, "1P")) {
+      readParameterLine(t);
+    } else if (key == "2C") {
+      readNodes(line);
+    } else if (key == "3C") {
+      readElements(line);
+    } else if (startsWith(key, "100C")) {
+      readResult(line);
+    } else if (key.size() == 2 && key[1] == 'C' && key[0] >= '1' && key[0] <= '9') {
+      warnings_.warn("frd-block:" + std::string(key),
+                     in_.path() + ":" + std::to_string(in_.lineNumber()) + ": block " +
+                         std::string(key) + " is not imported; skipped");
+      skipBlock();
+    } else {
+      std::string kind(key.substr(0, 2));
+      warnings_.warn("frd-line:" + kind, in_.path() + ":" + std::to_string(in_.lineNumber()) +
+                                             ": line of unknown kind '" + kind + "' skipped");
+    }
+  }
+  fail("the end line 9999 of the result file", "end of file");
+}
+
+class Collector : public FrdVisitor {
+ public:
+  explicit Collector(FrdFile& file) : file_(file) {}
+  void header(const FrdHeader& h) override { file_.header = h; }
+  void nodes(std::vector<FrdNode>&& n) override {
+    file_.nodes.insert(file_.nodes.end(), n.begin(), n.end());
+  }
+  void elements(std::vector<FrdElement>&& e) override {
+    for (auto& x : e) file_.elements.push_back(std::move(x));
+  }
+  void block(FrdBlock&& b) override { file_.blocks.push_back(std::move(b)); }
+
+ private:
+  FrdFile& file_;
+};
+
+}  // namespace
+
+void readFrd(const std::string& path, FrdVisitor& visitor, Warnings& warnings) {
+  FrdReader reader(path, visitor, warnings);
+  reader.run();
+}
+
+FrdFile readFrdFile(const std::string& path, Warnings& warnings) {
+  FrdFile file;
+  Collector collector(file);
+  readFrd(path, collector, warnings);
+  return file;
+}
+
+}  // namespace odbs::ccx

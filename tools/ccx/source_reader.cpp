@@ -1,13 +1,19 @@
 #include "tools/ccx/source_reader.h"
 
 #include <cstring>
+#include <filesystem>
 
 #include "tools/ccx/parse_error.h"
 
 namespace odbs::ccx {
 
-SourceReader::SourceReader(const std::string& path)
-    : path_(path), in_(path, std::ios::binary), buf_(1 << 20) {
+SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 16) {
+  // Devices and pipes never end or cannot seek: only regular files are input.
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    throw ParseError(path, 0, "a readable file", "no such regular file");
+  }
+  in_.open(path, std::ios::binary);
   if (!in_) throw ParseError(path, 0, "a readable file", "cannot open it");
   in_.seekg(0, std::ios::end);
   size_ = static_cast<int64_t>(in_.tellg());
@@ -40,6 +46,10 @@ bool SourceReader::nextLine(std::string& line) {
     line.append(start, end_ - pos_);
     offset_ += static_cast<int64_t>(end_ - pos_);
     pos_ = end_;
+    if (line.size() > kMaxLine) {
+      throw ParseError(path_, line_, "a line of at most " + std::to_string(kMaxLine) + " bytes",
+                       line.substr(0, 40));
+    }
     if (!fill()) break;
   }
   if (!line.empty() && line.back() == '\r') line.pop_back();

@@ -12,7 +12,12 @@ namespace odbs::ccx {
 
 class SourceReader {
  public:
-  // Opens path for reading; throws ParseError when the file cannot be opened.
+  // Lines longer than this are refused: no text line of the solver's files comes near it,
+  // and a damaged file must not grow one line without bound.
+  static constexpr size_t kMaxLine = 1 << 20;
+
+  // Opens path for reading; throws ParseError when it is not a regular file or cannot be
+  // opened.
   explicit SourceReader(const std::string& path);
 
   const std::string& path() const { return path_; }

@@ -1,0 +1,14 @@
+// Version upgrade: reads a database of an older format version and writes a copy in the
+// current version.
+#include <stdexcept>
+
+#include "odb/model_copy.h"
+#include "odb/model_store.h"
+#include "odb/odb.h"
+#include "odb/writer.h"
+
+void upgradeOdb(const std::string& path, const std::string& copyPath) {
+  odb_Odb old(path, true, /*allowOldVersion=*/true);
+  odb::ModelData m = odb::readModel(old);
+  odb::writeModel(copyPath, m);
+}

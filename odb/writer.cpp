@@ -1,0 +1,274 @@
+#include "odb/writer.h"
+
+#include <set>
+#include <stdexcept>
+
+#include "core/platform.h"
+#include "odb/format.h"
+#include "odb/h5.h"
+#include "odb/model_store.h"
+
+namespace odb {
+namespace {
+
+[[noreturn]] void bad(const std::string& what) {
+  throw std::invalid_argument("odb writer: " + what);
+}
+
+void checkSet(const SetData& s) {
+  if (s.type < odb_Enum::NODE_SET || s.type > odb_Enum::SURFACE_SET)
+    bad("set '" + s.name + "' has an unknown type");
+  if (s.counts.size() != s.instanceNames.size())
+    bad("set '" + s.name + "': counts do not match instances");
+  int64_t total = 0;
+  for (int64_t c : s.counts) {
+    if (c < 0) bad("set '" + s.name + "': negative count");
+    total += c;
+  }
+  if (total != static_cast<int64_t>(s.labels.size()))
+    bad("set '" + s.name + "': counts do not match labels");
+  if (s.type == odb_Enum::SURFACE_SET && s.faces.size() != s.labels.size())
+    bad("surface '" + s.name + "' needs one face per element");
+  if (s.type != odb_Enum::SURFACE_SET && !s.faces.empty())
+    bad("set '" + s.name + "' is not a surface");
+}
+
+void checkUnique(std::set<std::string>& seen, const std::string& kind, const std::string& name) {
+  if (!seen.insert(name).second) bad("duplicate " + kind + " '" + name + "'");
+}
+
+void checkSets(const std::vector<SetData>& sets, odb_Enum::odb_SetTypeEnum type,
+               const std::string& kind) {
+  std::set<std::string> seen;
+  for (const auto& s : sets) {
+    checkSet(s);
+    if (s.type != type) bad(kind + " '" + s.name + "' has the wrong type");
+    checkUnique(seen, kind, s.name);
+  }
+}
+
+void checkEntity(const EntityData& e, size_t categories) {
+  const NodeData& n = e.nodes;
+  if (n.dimension < 1 || n.dimension > 3) bad("nodes of '" + e.name + "' need 1 to 3 coordinates");
+  if (n.coordinates.size() != n.labels.size() * size_t(n.dimension))
+    bad("nodes of '" + e.name + "': coordinates do not match labels");
+  const ElementData& el = e.elements;
+  if (el.typeIndex.size() != el.size() || el.categoryIndex.size() != el.size() ||
+      el.offsets.size() != el.size() + 1 || el.offsets.back() != int64_t(el.connectivity.size()))
+    bad("elements of '" + e.name + "' are inconsistent");
+  for (int32_t c : el.categoryIndex)
+    if (c < -1 || (c >= 0 && size_t(c) >= categories))
+      bad("an element of '" + e.name + "' names an unknown section category");
+  checkSets(e.nodeSets, odb_Enum::NODE_SET, "node set");
+  checkSets(e.elementSets, odb_Enum::ELEMENT_SET, "element set");
+  checkSets(e.surfaces, odb_Enum::SURFACE_SET, "surface");
+  for (const auto& a : e.sectionAssignments) checkSet(a.region);
+}
+
+}  // namespace
+
+void validateModel(const ModelData& m) {
+  std::set<std::string> seen;
+  for (const auto& i : m.instances) checkUnique(seen, "instance", i.name);
+  seen.clear();
+  for (const auto& c : m.sectionCategories) checkUnique(seen, "section category", c.name);
+  seen.clear();
+  for (const auto& s : m.sections) {
+    checkUnique(seen, "section", s.name);
+    if (s.kind < kseO_OTHER_SECTION || s.kind > kseO_LAST_SECTION_KIND)
+      bad("section '" + s.name + "' has an unknown kind");
+  }
+  seen.clear();
+  for (const auto& mat : m.materials) checkUnique(seen, "material", mat.name);
+  checkEntity(m.assembly, m.sectionCategories.size());
+  for (const auto& i : m.instances) checkEntity(i, m.sectionCategories.size());
+  for (const auto& c : m.connectorOrientations) checkSet(c.region);
+}
+
+void EntityWriter::addNodes(const std::vector<int32_t>& labels,
+                            const std::vector<float>& coordinates, int dimension) {
+  if (dimension < 1 || dimension > 3) bad("nodes need 1 to 3 coordinates");
+  if (!e_->nodes.labels.empty() && dimension != e_->nodes.dimension)
+    bad("nodes of '" + e_->name + "' must all have the same dimension");
+  if (coordinates.size() != labels.size() * size_t(dimension))
+    bad("coordinates do not match labels");
+  e_->nodes.dimension = dimension;
+  e_->nodes.labels.insert(e_->nodes.labels.end(), labels.begin(), labels.end());
+  e_->nodes.coordinates.insert(e_->nodes.coordinates.end(), coordinates.begin(), coordinates.end());
+}
+
+void EntityWriter::addElements(const std::string& type, const std::vector<int32_t>& labels,
+                               int nodesPerElement, const std::vector<int32_t>& connectivity,
+                               int32_t sectionCategory) {
+  if (nodesPerElement < 0 || connectivity.size() != labels.size() * size_t(nodesPerElement))
+    bad("connectivity of " + type + " elements does not match their labels");
+  for (size_t i = 0; i < labels.size(); ++i)
+    e_->elements.add(type, labels[i], connectivity.data() + i * size_t(nodesPerElement),
+                     nodesPerElement, sectionCategory);
+}
+
+void EntityWriter::addElement(const std::string& type, int32_t label,
+                              const std::vector<int32_t>& nodes, int32_t sectionCategory) {
+  e_->elements.add(type, label, nodes.data(), static_cast<int>(nodes.size()), sectionCategory);
+}
+
+void EntityWriter::addNodeSet(const std::string& name, const std::vector<int32_t>& labels) {
+  SetData s;
+  s.name = name;
+  s.type = odb_Enum::NODE_SET;
+  s.addMembers(e_->name, labels);
+  addSet(s);
+}
+
+void EntityWriter::addElementSet(const std::string& name, const std::vector<int32_t>& labels) {
+  SetData s;
+  s.name = name;
+  s.type = odb_Enum::ELEMENT_SET;
+  s.addMembers(e_->name, labels);
+  addSet(s);
+}
+
+void EntityWriter::addSurface(const std::string& name, const std::vector<int32_t>& elementLabels,
+                              const std::vector<int32_t>& faces) {
+  SetData s;
+  s.name = name;
+  s.type = odb_Enum::SURFACE_SET;
+  s.addMembers(e_->name, elementLabels, faces);
+  addSet(s);
+}
+
+void EntityWriter::addSet(const SetData& set) {
+  checkSet(set);
+  std::vector<SetData>& list = set.type == odb_Enum::NODE_SET      ? e_->nodeSets
+                               : set.type == odb_Enum::ELEMENT_SET ? e_->elementSets
+                                                                   : e_->surfaces;
+  for (const auto& s : list)
+    if (s.name == set.name) bad("duplicate set '" + set.name + "' in '" + e_->name + "'");
+  list.push_back(set);
+}
+
+void EntityWriter::addSectionAssignment(const std::string& sectionName, const SetData& region) {
+  checkSet(region);
+  e_->sectionAssignments.push_back({sectionName, region});
+}
+
+Writer::Writer(const std::string& path)
+    : path_(path), tmpPath_(path + ".tmp" + std::to_string(odbs::platform::processId())) {
+  file_ = std::make_unique<h5::File>(h5::File::create(tmpPath_));
+  h5::Group root = file_->root();
+  root.setString("format", kFormatTag);
+  root.setInt("format_version", kFormatVersion);
+  assembly_.name = "ASSEMBLY";
+}
+
+Writer::~Writer() {
+  if (closed_) return;
+  try {
+    file_.reset();
+  } catch (...) {
+  }
+  odbs::platform::removeFile(tmpPath_);
+}
+
+void Writer::checkOpen() const {
+  if (closed_) throw std::logic_error("odb writer: the database is already closed");
+}
+
+void Writer::setName(const std::string& name) {
+  header_.name = name;
+}
+void Writer::setTitle(const std::string& title) {
+  header_.title = title;
+}
+void Writer::setDescription(const std::string& d) {
+  header_.description = d;
+}
+void Writer::setAnalysisCode(int code) {
+  header_.analysisCode = code;
+}
+void Writer::setAssemblyName(const std::string& name) {
+  assembly_.name = name;
+}
+
+void Writer::setAnnotation(const std::string& key, const std::string& text) {
+  for (auto& [k, t] : header_.annotations)
+    if (k == key) {
+      t = text;
+      return;
+    }
+  header_.annotations.emplace_back(key, text);
+}
+
+EntityWriter Writer::addInstance(const std::string& name) {
+  checkOpen();
+  for (const auto& i : instances_)
+    if (i.name == name) bad("duplicate instance '" + name + "'");
+  instances_.emplace_back();
+  instances_.back().name = name;
+  return EntityWriter(&instances_.back());
+}
+
+int32_t Writer::addSectionCategory(const SectionCategoryData& category) {
+  for (const auto& c : header_.sectionCategories)
+    if (c.name == category.name) bad("duplicate section category '" + category.name + "'");
+  header_.sectionCategories.push_back(category);
+  return static_cast<int32_t>(header_.sectionCategories.size() - 1);
+}
+
+void Writer::addSection(const SectionData& section) {
+  header_.sections.push_back(section);
+}
+void Writer::addMaterial(const MaterialData& material) {
+  header_.materials.push_back(material);
+}
+void Writer::addConnectorOrientation(const ConnectorOrientationData& o) {
+  checkSet(o.region);
+  header_.connectorOrientations.push_back(o);
+}
+
+ModelData Writer::model() const {
+  ModelData m = header_;
+  m.assembly = assembly_;
+  m.instances.assign(instances_.begin(), instances_.end());
+  return m;
+}
+
+void Writer::close() {
+  checkOpen();
+  ModelData m = header_;
+  m.assembly = std::move(assembly_);
+  m.instances.assign(std::make_move_iterator(instances_.begin()),
+                     std::make_move_iterator(instances_.end()));
+  instances_.clear();
+  validateModel(m);
+  storeModel(file_->root(), m);
+  file_->close();
+  file_.reset();
+  int err = odbs::platform::renameFile(tmpPath_, path_);
+  if (err != 0) {
+    odbs::platform::removeFile(tmpPath_);
+    closed_ = true;
+    throw std::runtime_error("odb writer: cannot rename '" + tmpPath_ + "' to '" + path_ +
+                             "' (error " + std::to_string(err) + ")");
+  }
+  closed_ = true;
+}
+
+void writeModel(const std::string& path, const ModelData& m) {
+  Writer w(path);
+  w.setName(m.name);
+  w.setTitle(m.title);
+  w.setDescription(m.description);
+  w.setAnalysisCode(m.analysisCode);
+  for (const auto& [k, t] : m.annotations) w.setAnnotation(k, t);
+  for (const auto& c : m.sectionCategories) w.addSectionCategory(c);
+  for (const auto& s : m.sections) w.addSection(s);
+  for (const auto& mat : m.materials) w.addMaterial(mat);
+  for (const auto& c : m.connectorOrientations) w.addConnectorOrientation(c);
+  w.setAssemblyName(m.assembly.name);
+  *w.rootAssembly().data() = m.assembly;
+  for (const auto& i : m.instances) *w.addInstance(i.name).data() = i;
+  w.close();
+}
+
+}  // namespace odb

@@ -1,0 +1,121 @@
+// The write side: creates a database file.
+//
+//   odb::Writer w("job.odb");                     // writes job.odb.tmp<pid> beside it
+//   w.setTitle("bracket");
+//   odb::EntityWriter part = w.addInstance("PART-1-1");
+//   part.addNodes({1, 2, ...}, {x1, y1, z1, x2, ...});
+//   part.addElements("C3D8", {1, ...}, 8, {n1, ..., n8, ...});
+//   part.addNodeSet("FIX", {1, 2});
+//   w.close();                                    // renames the file to job.odb
+//
+// Model data is kept in memory and written by close(); results (steps, frames, field
+// output, history; see results_writer.h) go to the file as they are added. Nothing
+// appears under the final name until close() succeeds: a Writer destroyed without close()
+// (an exception, a crash) removes or leaves only its temporary file.
+//
+// Every call validates its arguments and throws std::invalid_argument when they are
+// inconsistent (array sizes, duplicate names, unknown indexes); HDF5 failures throw
+// std::runtime_error. Arguments are copied; the writer keeps no reference to them.
+#pragma once
+
+#include <deque>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "odb/model_data.h"
+
+namespace odb {
+
+namespace h5 {
+class File;
+}
+
+// Adds the contents of one part instance or of the root assembly. A handle into its
+// Writer: valid while the Writer lives.
+class EntityWriter {
+ public:
+  explicit EntityWriter(EntityData* e) : e_(e) {}
+
+  // Appends nodes: labels.size() nodes with dimension (1 to 3) coordinates each.
+  void addNodes(const std::vector<int32_t>& labels, const std::vector<float>& coordinates,
+                int dimension = 3);
+  // Appends labels.size() elements of one type with nodesPerElement nodes each, listed
+  // element by element in connectivity; sectionCategory is an index returned by
+  // Writer::addSectionCategory, or -1.
+  void addElements(const std::string& type, const std::vector<int32_t>& labels, int nodesPerElement,
+                   const std::vector<int32_t>& connectivity, int32_t sectionCategory = -1);
+  // Appends one element with any number of nodes.
+  void addElement(const std::string& type, int32_t label, const std::vector<int32_t>& nodes,
+                  int32_t sectionCategory = -1);
+  // Sets of this entity's own members (an instance-level set, one member group named
+  // after the entity).
+  void addNodeSet(const std::string& name, const std::vector<int32_t>& labels);
+  void addElementSet(const std::string& name, const std::vector<int32_t>& labels);
+  // faces[i] is the odb_Enum::odb_ElementFaceEnum face of element elementLabels[i].
+  void addSurface(const std::string& name, const std::vector<int32_t>& elementLabels,
+                  const std::vector<int32_t>& faces);
+  // A set of any form, for example an assembly-level set whose members lie in several
+  // instances (SetData::addMembers per instance).
+  void addSet(const SetData& set);
+  void addSectionAssignment(const std::string& sectionName, const SetData& region);
+
+  const std::string& name() const { return e_->name; }
+  // The data added so far, for filling large arrays in place; Writer::close validates it.
+  EntityData* data() { return e_; }
+
+ private:
+  EntityData* e_;
+};
+
+class Writer {
+ public:
+  // Creates the temporary file beside path. Throws std::runtime_error when it cannot.
+  explicit Writer(const std::string& path);
+  Writer(const Writer&) = delete;
+  Writer& operator=(const Writer&) = delete;
+  // Without a successful close(): closes and removes the temporary file.
+  ~Writer();
+
+  void setName(const std::string& name);
+  void setTitle(const std::string& title);
+  void setDescription(const std::string& description);
+  void setAnalysisCode(int code);  // an odb_Enum::odb_AnalysisCodeEnum value
+  // Adds the annotation text under key ("xml" is the one the server sends).
+  void setAnnotation(const std::string& key, const std::string& text);
+  void setAssemblyName(const std::string& name);
+
+  EntityWriter rootAssembly() { return EntityWriter(&assembly_); }
+  // Adds a part instance; names are unique.
+  EntityWriter addInstance(const std::string& name);
+
+  // Adds a section category and returns its index for elements. Names are unique.
+  int32_t addSectionCategory(const SectionCategoryData& category);
+  void addSection(const SectionData& section);
+  void addMaterial(const MaterialData& material);
+  void addConnectorOrientation(const ConnectorOrientationData& orientation);
+
+  // Writes the model, closes the file and renames it to the final path (replacing a file
+  // there). After close() the writer accepts no more calls.
+  void close();
+
+  // Everything added so far (used by copies and upgrades).
+  ModelData model() const;
+
+ private:
+  void checkOpen() const;
+  std::string path_, tmpPath_;
+  std::unique_ptr<h5::File> file_;
+  ModelData header_;
+  EntityData assembly_;
+  std::deque<EntityData> instances_;
+  bool closed_ = false;
+};
+
+// Checks a whole model as Writer does and throws std::invalid_argument at the first fault.
+void validateModel(const ModelData& m);
+
+// Writes a whole model to path (through a Writer).
+void writeModel(const std::string& path, const ModelData& m);
+
+}  // namespace odb

@@ -1,0 +1,123 @@
+// Damaged, foreign and wrong-version files make openOdb (or the first read of the part
+// that is damaged) throw; they never crash or hang.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "odb/h5.h"
+#include "odb/model_copy.h"
+#include "odb/odb.h"
+#include "odb/writer.h"
+#include "tests/odb/sample_model.h"
+
+namespace {
+
+std::string readAll(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+void writeAll(const std::string& path, const std::string& bytes) {
+  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+}
+
+// Opens the file and reads every part of it; returns the message of the first exception,
+// or "" when all of it read.
+std::string openAndReadAll(const std::string& path) {
+  try {
+    odb_Odb& odb = openOdb(path, true);
+    try {
+      odb::readModel(odb);
+      for (int i = 0; i < odb.steps().size(); ++i) odb.steps().at(i).name();
+    } catch (const std::exception& e) {
+      closeOdb(odb);
+      return e.what();
+    }
+    closeOdb(odb);
+    return "";
+  } catch (const std::exception& e) {
+    return e.what();
+  }
+}
+
+class DamagedFile : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    odb_initializeAPI();
+    good_ = odbtest::tempPath("good.odb");
+    bad_ = odbtest::tempPath("bad.odb");
+    odb::writeModel(good_, odbtest::sampleModel());
+    bytes_ = readAll(good_);
+  }
+  void TearDown() override {
+    std::remove(good_.c_str());
+    std::remove(bad_.c_str());
+  }
+  std::string good_, bad_, bytes_;
+};
+
+TEST_F(DamagedFile, TruncatedAtManyOffsetsThrows) {
+  ASSERT_EQ(openAndReadAll(good_), "");
+  for (size_t cut = 0; cut < bytes_.size(); cut += bytes_.size() / 97 + 1) {
+    writeAll(bad_, bytes_.substr(0, cut));
+    EXPECT_NE(openAndReadAll(bad_), "") << "cut at " << cut;
+  }
+}
+
+TEST_F(DamagedFile, OverwrittenBytesNeverCrash) {
+  std::mt19937 rng(12345);
+  int failures = 0;
+  for (int round = 0; round < 150; ++round) {
+    std::string b = bytes_;
+    size_t at = rng() % b.size();
+    for (size_t k = at; k < std::min(b.size(), at + 1 + rng() % 16); ++k) b[k] = char(rng());
+    writeAll(bad_, b);
+    if (!openAndReadAll(bad_).empty()) ++failures;
+  }
+  EXPECT_GT(failures, 0);  // metadata damage is detected, raw-data damage reads as values
+}
+
+TEST_F(DamagedFile, ForeignNewerAndMissingFilesSayWhatIsWrong) {
+  writeAll(bad_, "this is not a database\n");
+  EXPECT_NE(openAndReadAll(bad_).find("not a results database"), std::string::npos);
+  EXPECT_THROW(isUpgradeRequiredForOdb(bad_), std::runtime_error);
+
+  EXPECT_NE(openAndReadAll(bad_ + ".missing").find("no such file"), std::string::npos);
+
+  {  // An HDF5 file of someone else.
+    odb::h5::File f = odb::h5::File::create(bad_);
+    f.root().setInt("answer", 42);
+  }
+  EXPECT_NE(openAndReadAll(bad_).find("no format tag"), std::string::npos);
+
+  {  // A database from a newer library.
+    odb::h5::File f = odb::h5::File::open(good_, false);
+    f.root().setInt("format_version", 99);
+  }
+  EXPECT_NE(openAndReadAll(good_).find("newer"), std::string::npos);
+  EXPECT_THROW(isUpgradeRequiredForOdb(good_), std::runtime_error);
+}
+
+TEST_F(DamagedFile, InconsistentArraysAreReportedOnFirstUse) {
+  {
+    odb::h5::File f = odb::h5::File::open(good_, false);
+    odb::h5::Group el = f.root().open("assembly/instances/1/elements");
+    H5Ldelete(el.id(), "offsets", H5P_DEFAULT);
+    el.write("offsets", std::vector<int64_t>{0, 8, 4});  // decreasing
+  }
+  odb_Odb& odb = openOdb(good_, true);
+  const odb_Instance& p1 = odb.rootAssembly().instances()["PART-1-1"];
+  EXPECT_EQ(p1.nodes().size(), 12);
+  try {
+    p1.elements();
+    ADD_FAILURE() << "no exception";
+  } catch (const std::runtime_error& e) {
+    EXPECT_NE(std::string(e.what()).find("offsets"), std::string::npos) << e.what();
+  }
+  closeOdb(odb);
+}
+
+}  // namespace

@@ -1,0 +1,89 @@
+// The JSON builder: a full description builds a database; a bad one names the place of its
+// first error and writes nothing.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "odb/odb.h"
+#include "tests/odb/sample_model.h"
+#include "tools/odb_build/odb_json.h"
+
+namespace {
+
+std::string fixture() {
+  std::ifstream in(std::string(ODB_TEST_DATA) + "/small_model.json");
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+// The message of the JsonError that building text throws; "" when it builds.
+std::string errorOf(const std::string& text, const std::string& out) {
+  try {
+    odb::buildDatabaseFromJson(text, out);
+  } catch (const odb::JsonError& e) {
+    return e.what();
+  }
+  return "";
+}
+
+bool exists(const std::string& path) {
+  return std::ifstream(path).good();
+}
+
+TEST(OdbBuild, FixtureBuildsAndReadsBack) {
+  odb_initializeAPI();
+  std::string out = odbtest::tempPath("json.odb");
+  ASSERT_EQ(errorOf(fixture(), out), "");
+  odb_Odb& odb = openOdb(out, true);
+  EXPECT_EQ(odb.analysisTitle(), "Two parts and a connector");
+  const odb_Assembly& a = odb.rootAssembly();
+  EXPECT_EQ(a.instances().size(), 2);
+  const odb_Instance& block = a.instances()["BLOCK-1"];
+  EXPECT_EQ(block.nodes().size(), 8);
+  EXPECT_EQ(block.elements()[0].sectionCategory().name(), "solid < elset = BLOCK");
+  EXPECT_EQ(block.surfaces()["TOP"].faces()[0], 2);
+  EXPECT_EQ(a.nodeSets()["ALL_BASE"].nodes("SKIN-1")[0], 1);
+  EXPECT_EQ(a.connectorOrientations()[0].csys1().name(), "DATUM-1");
+  EXPECT_EQ(a.instances()["SKIN-1"].nodes().dimension(), 2);
+  auto& sec = static_cast<kseO_ApiExtension&>(odb.extendApi(odb_Enum::SECTION_API));
+  EXPECT_EQ(kseO_CompositeShellSection::cast(*sec.sections()["Section-SKIN"])
+                .layup()[1]
+                .orientAngle()
+                .getString(),
+            "ORI-1");
+  closeOdb(odb);
+  std::remove(out.c_str());
+}
+
+TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
+  std::string out = odbtest::tempPath("bad_json.odb");
+  std::string text = fixture();
+
+  std::string syntax = text;
+  syntax.insert(syntax.find("\"title\""), "}");  // line 3
+  EXPECT_NE(errorOf(syntax, out).find("at line 3, column 3"), std::string::npos)
+      << errorOf(syntax, out);
+
+  std::string kind = text;
+  kind.replace(kind.find("[1, 2, 3, 4, 5, 6, 7, 8]"), 1, "[\"x\", ");
+  EXPECT_NE(errorOf(kind, out).find("at /instances/0/elements/0/nodes/0: expected an integer"),
+            std::string::npos)
+      << errorOf(kind, out);
+
+  std::string ref = text;
+  ref.replace(ref.find("\"region\": \"SKIN\""), 16, "\"region\": \"NONE\"");
+  EXPECT_NE(errorOf(ref, out).find("/instances/1/sectionAssignments/0/region: no set \"NONE\""),
+            std::string::npos)
+      << errorOf(ref, out);
+
+  std::string dup = text;
+  dup.replace(dup.find("\"name\": \"SKIN-1\""), 16, "\"name\": \"BLOCK-1\"");
+  EXPECT_NE(errorOf(dup, out).find("duplicate instance 'BLOCK-1'"), std::string::npos);
+
+  EXPECT_NE(errorOf("[1, 2]", out).find("at /: expected an object"), std::string::npos);
+  EXPECT_FALSE(exists(out));
+}
+
+}  // namespace

@@ -1,0 +1,16 @@
+// A small model that holds every kind of model object, for round-trip tests.
+#pragma once
+
+#include "odb/model_data.h"
+
+namespace odbtest {
+
+// Two instances (PART-1-1 with hexahedra, PART-2-1 with a shell and a connector), assembly
+// nodes and elements, instance and assembly sets and surfaces, every section class, three
+// materials, section categories and a connector orientation.
+odb::ModelData sampleModel();
+
+// A unique path under the test temporary folder.
+std::string tempPath(const std::string& name);
+
+}  // namespace odbtest

@@ -44,8 +44,11 @@ struct FrdBlock {
   int mode = 0;          // eigenmode number (from 1PMODE), 0 when the block is not a mode
   std::string analysis;  // "MODAL", "" otherwise
   int resultType = 1;    // 1 nodal, 2 nodal material dependent, 3 element at nodes
-  int64_t line = 0;      // line of the block's "100C" header, for messages
-  bool binary = false;   // the rows were stored in binary
+  int64_t line = 0;      // line of the block's "100C" header
+  // Where the block begins, for messages: "<file>:<line>", or "<file> (byte offset N)"
+  // once binary data has come before it (binary data has no lines).
+  std::string location;
+  bool binary = false;                           // the rows were stored in binary
   std::vector<FrdComponent> components;          // every announced component
   std::vector<std::string> storedNames() const;  // names of the stored components, in order
   int storedCount() const;

@@ -78,6 +78,8 @@ class FrdReader {
   FrdHeader header_;
   bool headerSent_ = false;
   int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
+  bool binarySeen_ = false;
+  int64_t lineStart_ = 0;  // offset of the line being handled
 };
 
 int64_t FrdReader::checkedCount(long long count, int64_t bytesEach, const std::string& what) {
@@ -143,6 +145,7 @@ void FrdReader::readNodes(std::string_view line) {
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdNode> nodes;
   if (format == 2 || format == 3) {
+    binarySeen_ = true;
     bool doubles = format == 3;
     size_t valueBytes = doubles ? 8 : 4;
     int64_t n = checkedCount(count, 4 + 3 * valueBytes, "nodes");
@@ -195,6 +198,7 @@ void FrdReader::readElements(std::string_view line) {
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdElement> elements;
   if (format == 2) {
+    binarySeen_ = true;
     int64_t n = checkedCount(count, 16, "elements");
     elements.resize(n);
     for (FrdElement& e : elements) {
@@ -253,6 +257,8 @@ void FrdReader::readResult(std::string_view line) {
   // "  100CL  101 1.000000000          99                     0    1           1"
   FrdBlock block;
   block.line = in_.lineNumber();
+  block.location = binarySeen_ ? in_.path() + " (byte offset " + std::to_string(lineStart_) + ")"
+                               : in_.path() + ":" + std::to_string(block.line);
   auto value = toDouble(column(line, 12, 12));
   if (!value) fail("a step time or frequency in columns 13-24 of the 100C line", std::string(line));
   block.value = *value;
@@ -298,6 +304,7 @@ void FrdReader::readResult(std::string_view line) {
   }
   if (block.storedCount() == 0) fail("at least one stored component in block " + block.name);
   if (format == 2 || format == 3) {
+    binarySeen_ = true;
     block.binary = true;
     bool doubles = format == 3;
     int64_t n = checkedCount(rows, 4 + block.storedCount() * (doubles ? 8 : 4), "result rows");
@@ -375,7 +382,9 @@ void FrdReader::skipBlock() {
 
 void FrdReader::run() {
   std::string line;
-  while (in_.nextLine(line)) {
+  while (true) {
+    lineStart_ = in_.offset();
+    if (!in_.nextLine(line)) break;
     std::string_view t = trim(line);
     if (t.empty()) continue;
     std::vector<std::string_view> tokens = splitBlanks(t);

@@ -1,7 +1,5 @@
 #include "tools/ccx/importer.h"
 
-#include <set>
-
 #include "core/platform.h"
 #include "odb/writer.h"
 #include "tools/ccx/dat_parser.h"
@@ -9,6 +7,7 @@
 #include "tools/ccx/inp_parser.h"
 #include "tools/ccx/model_import.h"
 #include "tools/ccx/parse_error.h"
+#include "tools/ccx/results_import.h"
 
 namespace odbs::ccx {
 namespace {
@@ -26,21 +25,35 @@ std::string megabytes(int64_t bytes) {
   return std::to_string(bytes / (1 << 20)) + " MB";
 }
 
-// Reads the result file and checks it against the deck: every result block belongs to a
-// step of the deck, and the frames of each step follow one another.
-class ResultCheck : public FrdVisitor {
+// Counts what the results import hands over, and reports progress through large files.
+// The database writer takes the results in a later stage of the database library; until
+// then the results are read, checked and mapped in full, and counted.
+class CountingSink : public ResultSink {
  public:
-  ResultCheck(const Deck& deck, const std::string& path, const ProgressReport& progress)
-      : deck_(deck), path_(path), progress_(progress) {}
+  explicit CountingSink(ImportSummary& summary) : summary_(summary) {}
+  void step(int, const PlannedStep&) override {}
+  void frame(int, const PlannedFrame&, std::vector<NodalField>&& nodal,
+             std::vector<PointField>&& points) override {
+    ++summary_.frames;
+    summary_.fieldOutputs += static_cast<int64_t>(nodal.size() + points.size());
+  }
+  void history(int, const std::vector<HistoryRegionData>& regions) override {
+    summary_.historyRegions += static_cast<int64_t>(regions.size());
+  }
 
+ private:
+  ImportSummary& summary_;
+};
+
+// Passes the result file's blocks to the results import and reports progress.
+class ProgressRelay : public FrdVisitor {
+ public:
+  ProgressRelay(ResultImport& import, const std::string& path, const ProgressReport& progress,
+                ImportSummary& summary)
+      : import_(import), path_(path), progress_(progress), summary_(summary) {}
   void block(FrdBlock&& b) override {
-    if (b.step < 1 || b.step > static_cast<int>(deck_.steps.size())) {
-      throw InputError(path_ + ":" + std::to_string(b.line) + ": result block " + b.name +
-                       " belongs to step " + std::to_string(b.step) + ", but the deck has " +
-                       std::to_string(deck_.steps.size()) + " steps");
-    }
-    ++blocks_;
-    frames_.insert({b.step, b.increment, b.mode, b.value});
+    ++summary_.resultBlocks;
+    import_.block(std::move(b));
   }
   void progress(int64_t done, int64_t total) override {
     if (progress_ && total > (64 << 20) && done - reported_ >= (64 << 20)) {
@@ -49,15 +62,12 @@ class ResultCheck : public FrdVisitor {
     }
   }
 
-  int64_t blocks() const { return blocks_; }
-  int64_t frames() const { return static_cast<int64_t>(frames_.size()); }
-
  private:
-  const Deck& deck_;
+  ResultImport& import_;
   std::string path_;
   const ProgressReport& progress_;
-  int64_t blocks_ = 0, reported_ = 0;
-  std::set<std::tuple<int, int, int, double>> frames_;
+  ImportSummary& summary_;
+  int64_t reported_ = 0;
 };
 
 }  // namespace
@@ -87,10 +97,15 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   summary.printedTables = static_cast<int64_t>(prints.blocks.size());
 
   if (!request.results.empty()) {
-    ResultCheck check(deck, request.results, progress);
-    readFrd(request.results, check, warnings);
-    summary.resultBlocks = check.blocks();
-    summary.frames = check.frames();
+    CountingSink sink(summary);
+    ResultImport results(deck, prints, request.results, sink, warnings);
+    ProgressRelay relay(results, request.results, progress, summary);
+    readFrd(request.results, relay, warnings);
+    results.finish();
+  } else if (!prints.blocks.empty()) {
+    warnings.warn("dat-without-frd", request.prints +
+                                         ": printed values need the result file's frames; "
+                                         "without a result file they are not imported");
   }
 
   // Everything has been read: only now does a file appear, and under a temporary name

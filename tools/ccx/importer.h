@@ -27,9 +27,11 @@ struct ImportSummary {
   int64_t nodes = 0, elements = 0;
   int64_t nodeSets = 0, elementSets = 0, surfaces = 0;
   int64_t sections = 0, materials = 0, steps = 0;
-  int64_t frames = 0;         // frames of the result file, over all steps
-  int64_t resultBlocks = 0;   // result blocks read from the result file
-  int64_t printedTables = 0;  // tables read from the print file
+  int64_t frames = 0;          // frames of the result file, over all steps
+  int64_t fieldOutputs = 0;    // field outputs over all frames
+  int64_t historyRegions = 0;  // history regions over all steps
+  int64_t resultBlocks = 0;    // result blocks read from the result file
+  int64_t printedTables = 0;   // tables read from the print file
 };
 
 using ProgressReport = std::function<void(const std::string& message)>;

@@ -70,6 +70,7 @@ Handle stringType(size_t len) {
   Handle t = check(H5Tcopy(H5T_C_S1), "cannot make a string type");
   checkStatus(H5Tset_size(t.id(), len == 0 ? 1 : len), "cannot size a string type");
   H5Tset_cset(t.id(), H5T_CSET_UTF8);
+  H5Tset_strpad(t.id(), H5T_STR_NULLPAD);
   return t;
 }
 
@@ -207,7 +208,6 @@ void Group::writeStrings(const std::string& name, const std::vector<std::string>
   std::string buf(v.size() * width, '\0');
   for (size_t i = 0; i < v.size(); ++i) buf.replace(i * width, v[i].size(), v[i]);
   Handle t = stringType(width);
-  H5Tset_strpad(t.id(), H5T_STR_NULLPAD);
   writeRaw(name, t.id(), t.id(), buf.data(), {static_cast<hsize_t>(v.size())});
 }
 
@@ -274,7 +274,6 @@ std::vector<std::string> Group::readStrings(const std::string& name, int64_t exp
   if (n == 0) return out;
   std::string buf(n * width, '\0');
   Handle mt = stringType(width);
-  H5Tset_strpad(mt.id(), H5T_STR_NULLPAD);
   checkStatus(H5Dread(ds.id(), mt.id(), H5S_ALL, H5S_ALL, H5P_DEFAULT, buf.data()),
               "cannot read dataset " + where(name) + " (damaged or truncated file?)");
   for (size_t i = 0; i < n; ++i) {

@@ -62,4 +62,52 @@ ModelData readModel(const odb_Odb& odbc) {
   return m;
 }
 
+void copyResults(const odb_Odb& odb, Writer& w) {
+  const odb_StepRepository& steps = odb.steps();
+  for (odb_StepRepositoryIT it(steps); !it.isDone(); it.next()) {
+    const odb_Step& s = it.currentValue();
+    w.addStep({s.name(), s.description(), s.procedure(), s.domain(), s.totalTime()});
+    for (const odb_Frame& f : s.frames()) {
+      w.addFrame({f.frameIndex(), f.domain(), f.mode(), f.frameValueDouble(), f.frequency(),
+                  f.description()});
+      for (odb_FieldOutputRepositoryIT fi(f.fieldOutputs()); !fi.isDone(); fi.next()) {
+        const odb_FieldOutput& fo = fi.currentValue();
+        FieldOutputData h{
+            fo.name(),      fo.description(), fo.type(), fo.componentLabels().values(),
+            fo.isComplex(), fo.matrixOrder(), {}};
+        for (const auto& l : fo.locations()) {
+          FieldLocationData ld{l.position(), {}};
+          for (const auto& p : l.sectionPoints())
+            ld.sectionPoints.push_back({p.number(), p.description()});
+          h.locations.push_back(ld);
+        }
+        w.addFieldOutput(h);
+        odb_SequenceFieldBulkData blocks = fo.bulkDataBlocks();
+        for (int b = 0; b < blocks.size(); ++b) w.addFieldBlock(blocks[b].blockData());
+        blocks.clearAll();
+      }
+    }
+    for (odb_HistoryRegionRepositoryIT hi(s.historyRegions()); !hi.isDone(); hi.next()) {
+      const odb_HistoryRegion& r = hi.currentValue();
+      odb_HistoryPoint p = r.historyPoint();
+      HistoryRegionData d{r.name(), r.description(), {}, {}};
+      d.point = {p.position(),        p.node().label(),
+                 p.element().label(), p.element().type(),
+                 p.ipNumber(),        {p.sectionPoint().number(), p.sectionPoint().description()},
+                 p.instance().name(), p.region().data()};
+      for (odb_HistoryOutputRepositoryIT oi(r.historyOutputs()); !oi.isDone(); oi.next()) {
+        const odb_HistoryOutput& o = oi.currentValue();
+        HistoryOutputData od{o.name(), o.description(), o.type(), 2, {}, {}};
+        if (o.data().size() > 0) od.width = o.data()[0].size();
+        for (const auto& sample : o.data())
+          od.data.insert(od.data.end(), sample.begin(), sample.end());
+        for (const auto& sample : o.conjugateData())
+          od.conjugateData.insert(od.conjugateData.end(), sample.begin(), sample.end());
+        d.outputs.push_back(std::move(od));
+      }
+      w.addHistoryRegion(d);
+    }
+  }
+}
+
 }  // namespace odb

@@ -9,6 +9,8 @@
 
 void upgradeOdb(const std::string& path, const std::string& copyPath) {
   odb_Odb old(path, true, /*allowOldVersion=*/true);
-  odb::ModelData m = odb::readModel(old);
-  odb::writeModel(copyPath, m);
+  odb::Writer w(copyPath);
+  odb::addModel(w, odb::readModel(old));
+  odb::copyResults(old, w);
+  w.close();
 }

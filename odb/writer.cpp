@@ -7,6 +7,7 @@
 #include "odb/format.h"
 #include "odb/h5.h"
 #include "odb/model_store.h"
+#include "odb/results_store.h"
 
 namespace odb {
 namespace {
@@ -159,11 +160,14 @@ Writer::Writer(const std::string& path)
   root.setString("format", kFormatTag);
   root.setInt("format_version", kFormatVersion);
   assembly_.name = "ASSEMBLY";
+  h5::File* f = file_.get();
+  results_ = std::make_unique<ResultsWriter>(std::move(root), [f] { f->flush(); });
 }
 
 Writer::~Writer() {
   if (closed_) return;
   try {
+    results_.reset();
     file_.reset();
   } catch (...) {
   }
@@ -226,6 +230,27 @@ void Writer::addConnectorOrientation(const ConnectorOrientationData& o) {
   header_.connectorOrientations.push_back(o);
 }
 
+void Writer::addStep(const StepData& step) {
+  checkOpen();
+  results_->addStep(step);
+}
+void Writer::addFrame(const FrameData& frame) {
+  checkOpen();
+  results_->addFrame(frame);
+}
+void Writer::addFieldOutput(const FieldOutputData& field) {
+  checkOpen();
+  results_->addFieldOutput(field);
+}
+void Writer::addFieldBlock(const FieldBlockData& block) {
+  checkOpen();
+  results_->addFieldBlock(block);
+}
+void Writer::addHistoryRegion(const HistoryRegionData& region) {
+  checkOpen();
+  results_->addHistoryRegion(region);
+}
+
 ModelData Writer::model() const {
   ModelData m = header_;
   m.assembly = assembly_;
@@ -241,6 +266,8 @@ void Writer::close() {
                      std::make_move_iterator(instances_.end()));
   instances_.clear();
   validateModel(m);
+  results_->finish();
+  results_.reset();
   storeModel(file_->root(), m);
   file_->close();
   file_.reset();
@@ -256,6 +283,11 @@ void Writer::close() {
 
 void writeModel(const std::string& path, const ModelData& m) {
   Writer w(path);
+  addModel(w, m);
+  w.close();
+}
+
+void addModel(Writer& w, const ModelData& m) {
   w.setName(m.name);
   w.setTitle(m.title);
   w.setDescription(m.description);
@@ -268,7 +300,6 @@ void writeModel(const std::string& path, const ModelData& m) {
   w.setAssemblyName(m.assembly.name);
   *w.rootAssembly().data() = m.assembly;
   for (const auto& i : m.instances) *w.addInstance(i.name).data() = i;
-  w.close();
 }
 
 }  // namespace odb

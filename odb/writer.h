@@ -24,12 +24,14 @@
 #include <vector>
 
 #include "odb/model_data.h"
+#include "odb/results_data.h"
 
 namespace odb {
 
 namespace h5 {
 class File;
 }
+class ResultsWriter;
 
 // Adds the contents of one part instance or of the root assembly. A handle into its
 // Writer: valid while the Writer lives.
@@ -95,6 +97,19 @@ class Writer {
   void addMaterial(const MaterialData& material);
   void addConnectorOrientation(const ConnectorOrientationData& orientation);
 
+  // Results, written to the file as they come. The order of calls is: addStep, then for
+  // each frame addFrame, and for each field output of the frame addFieldOutput followed
+  // by its blocks (addFieldBlock); addHistoryRegion at any point inside a step. A new
+  // step or frame completes the previous one, which is then on disk and out of memory.
+  // Frames keep the order of the calls; a frame's frameIndex -1 means its position.
+  // A field output with isComplex needs conjugate arrays in every block; a field output
+  // without locations gets them from its blocks (positions and section points).
+  void addStep(const StepData& step);
+  void addFrame(const FrameData& frame);
+  void addFieldOutput(const FieldOutputData& field);
+  void addFieldBlock(const FieldBlockData& block);
+  void addHistoryRegion(const HistoryRegionData& region);
+
   // Writes the model, closes the file and renames it to the final path (replacing a file
   // there). After close() the writer accepts no more calls.
   void close();
@@ -109,6 +124,7 @@ class Writer {
   ModelData header_;
   EntityData assembly_;
   std::deque<EntityData> instances_;
+  std::unique_ptr<ResultsWriter> results_;
   bool closed_ = false;
 };
 
@@ -117,5 +133,7 @@ void validateModel(const ModelData& m);
 
 // Writes a whole model to path (through a Writer).
 void writeModel(const std::string& path, const ModelData& m);
+// Adds a whole model to an open writer (replacing the root assembly's contents).
+void addModel(Writer& w, const ModelData& m);
 
 }  // namespace odb

@@ -6,6 +6,7 @@
 #include "tools/ccx/frd_parser.h"
 #include "tools/ccx/inp_parser.h"
 #include "tools/ccx/model_import.h"
+#include "tools/ccx/odb_sink.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/results_import.h"
 
@@ -25,24 +26,28 @@ std::string megabytes(int64_t bytes) {
   return std::to_string(bytes / (1 << 20)) + " MB";
 }
 
-// Counts what the results import hands over, and reports progress through large files.
-// The database writer takes the results in a later stage of the database library; until
-// then the results are read, checked and mapped in full, and counted.
+// Counts what the results import hands over on its way to the database.
 class CountingSink : public ResultSink {
  public:
-  explicit CountingSink(ImportSummary& summary) : summary_(summary) {}
-  void step(int, const PlannedStep&) override {}
-  void frame(int, const PlannedFrame&, std::vector<NodalField>&& nodal,
+  CountingSink(ImportSummary& summary, ResultSink& next) : summary_(summary), next_(next) {}
+  void step(int index, const PlannedStep& step) override {
+    ++summary_.steps;
+    next_.step(index, step);
+  }
+  void frame(int step, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
              std::vector<PointField>&& points) override {
     ++summary_.frames;
     summary_.fieldOutputs += static_cast<int64_t>(nodal.size() + points.size());
+    next_.frame(step, frame, std::move(nodal), std::move(points));
   }
-  void history(int, const std::vector<HistoryRegionData>& regions) override {
+  void history(int step, const std::vector<HistoryRegionData>& regions) override {
     summary_.historyRegions += static_cast<int64_t>(regions.size());
+    next_.history(step, regions);
   }
 
  private:
   ImportSummary& summary_;
+  ResultSink& next_;
 };
 
 // Passes the result file's blocks to the results import and reports progress.
@@ -96,23 +101,26 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   if (!request.prints.empty()) prints = readDat(request.prints, warnings);
   summary.printedTables = static_cast<int64_t>(prints.blocks.size());
 
-  if (!request.results.empty()) {
-    CountingSink sink(summary);
-    ResultImport results(deck, prints, request.results, sink, warnings);
-    ProgressRelay relay(results, request.results, progress, summary);
-    readFrd(request.results, relay, warnings);
-    results.finish();
-  } else if (!prints.blocks.empty()) {
+  if (request.results.empty() && !prints.blocks.empty()) {
     warnings.warn("dat-without-frd", request.prints +
                                          ": printed values need the result file's frames; "
                                          "without a result file they are not imported");
   }
 
-  // Everything has been read: only now does a file appear, and under a temporary name
-  // until the writer closes it.
+  // The model is kept by the writer until it closes; the results go to the file frame by
+  // frame while the result file is read. Until close() the file has a temporary name, and
+  // a failure on the way (a damaged result file) removes it: no database is written.
   if (progress) progress("writing " + request.output);
   odb::Writer writer(request.output);
   addModel(deck, writer, warnings);
+  OdbSink database(deck, writer);
+  CountingSink sink(summary, database);
+  ResultImport results(deck, prints, request.results, sink, warnings);
+  if (!request.results.empty()) {
+    ProgressRelay relay(results, request.results, progress, summary);
+    readFrd(request.results, relay, warnings);
+  }
+  results.finish();
   writer.close();
 
   summary.nodes = static_cast<int64_t>(deck.nodes.size());
@@ -122,7 +130,6 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   summary.surfaces = static_cast<int64_t>(deck.surfaces.size());
   summary.sections = static_cast<int64_t>(deck.sections.size());
   summary.materials = static_cast<int64_t>(deck.materials.size());
-  summary.steps = static_cast<int64_t>(deck.steps.size());
   return summary;
 }
 

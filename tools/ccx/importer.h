@@ -1,9 +1,10 @@
 // The CalculiX import as one call: a deck plus its result and print files in, one
 // database out.
 //
-// Every input is read and checked before the database is written: a malformed or
-// inconsistent input throws (ParseError or InputError, naming the file and line) and
-// leaves no database behind, not even a partial one. Warnings (unknown keywords, blocks
+// A malformed or inconsistent input throws (ParseError or InputError, naming the file and
+// line) and leaves no database behind, not even a partial one: the deck and the print
+// file are read before the database is begun, the result file is streamed into it under a
+// temporary name that only a clean end renames. Warnings (unknown keywords, blocks
 // and sections, skipped values) go to the Warnings object; progress reports of large
 // inputs go to the progress callback.
 #pragma once

@@ -68,8 +68,8 @@ void copyResults(const odb_Odb& odb, Writer& w) {
     const odb_Step& s = it.currentValue();
     w.addStep({s.name(), s.description(), s.procedure(), s.domain(), s.totalTime()});
     for (const odb_Frame& f : s.frames()) {
-      w.addFrame({f.frameIndex(), f.domain(), f.mode(), f.frameValueDouble(), f.frequency(),
-                  f.description()});
+      w.addFrame(
+          {f.frameIndex(), f.domain(), f.mode(), f.frameValue(), f.frequency(), f.description()});
       for (odb_FieldOutputRepositoryIT fi(f.fieldOutputs()); !fi.isDone(); fi.next()) {
         const odb_FieldOutput& fo = fi.currentValue();
         FieldOutputData h{

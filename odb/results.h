@@ -136,9 +136,8 @@ class odb_Frame {
     return static_cast<odb_Enum::odb_DomainEnum>(d_.domain);
   }
   int mode() const { return d_.mode; }
-  float frameValue() const { return static_cast<float>(d_.frameValue); }
-  double frameValueDouble() const { return d_.frameValue; }
-  float frequency() const { return static_cast<float>(d_.frequency); }
+  double frameValue() const { return d_.frameValue; }
+  double frequency() const { return d_.frequency; }
   const std::string& description() const { return d_.description; }
   const odb_FieldOutputRepository& fieldOutputs() const { return fields_.get(); }
   // Releases the field output descriptions (they load again on the next fieldOutputs()).

@@ -41,8 +41,8 @@ class ImportedDatabase : public ::testing::Test {
       const odb_Step& st = step(s);
       for (int f = 0; f < st.frames().size(); ++f) {
         const odb_Frame& frame = st.frames()[f];
-        double v = st.domain() == odb_Enum::TIME ? st.totalTime() + frame.frameValueDouble()
-                                                 : frame.frameValueDouble();
+        double v = st.domain() == odb_Enum::TIME ? st.totalTime() + frame.frameValue()
+                                                 : frame.frameValue();
         if (frame.mode() == 0 && std::fabs(v - value) <= 1e-6 * std::max(1.0, value) &&
             (!imaginaryStep || st.domain() == odb_Enum::FREQUENCY)) {
           return &frame;
@@ -157,7 +157,7 @@ TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
     SCOPED_TRACE(std::to_string(table.time) + (table.imaginary ? " imaginary" : " real"));
     const odb_Frame* frame = nullptr;
     for (int f = 0; f < sweep.frames().size(); ++f) {
-      if (std::fabs(sweep.frames()[f].frameValueDouble() - table.time) < 1e-6 * table.time) {
+      if (std::fabs(sweep.frames()[f].frameValue() - table.time) < 1e-6 * table.time) {
         frame = &sweep.frames()[f];
       }
     }

@@ -43,6 +43,23 @@ std::string validDatabase(const std::string& path) {
     s.addMembers("P", {1});
     p.addSet(s);
     p.addSectionAssignment("Section-S", s);
+    w.addStep({"Step-1", "", "*STATIC", odb_Enum::TIME, 0.0});
+    w.addFrame({});
+    w.addFieldOutput({"S", "", odb_Enum::SCALAR, {"S"}, true, 0, {}});
+    odb::FieldBlockData b;
+    b.instance = "P";
+    b.position = odb_Enum::INTEGRATION_POINT;
+    b.sectionPoint = {1, "Layer = 1"};
+    b.doublePrecision = true;
+    b.dataDouble = {1.0, 2.0};
+    b.conjugateDataDouble = {0.5, 0.5};
+    b.elementLabels = {1, 1};
+    b.integrationPoints = {1, 2};
+    b.numberOfElements = 1;
+    w.addFieldBlock(b);
+    odb::HistoryRegionData h{"Node P.1", "", {}, {{"U1", "", odb_Enum::SCALAR, 2, {0.f, 1.f}, {}}}};
+    h.point.nodeLabel = 1;
+    w.addHistoryRegion(h);
     w.close();
   }
   std::ifstream in(path, std::ios::binary);
@@ -68,8 +85,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     odb_Odb& odb = openOdb(path, true);
     try {
       odb::readModel(odb);
-      const odb_StepRepository& steps = odb.steps();
-      for (int i = 0; i < steps.size(); ++i) steps.at(i).name();
+      for (odb_StepRepositoryIT st(odb.steps()); !st.isDone(); st.next()) {
+        for (const odb_Frame& f : st.currentValue().frames())
+          for (odb_FieldOutputRepositoryIT it(f.fieldOutputs()); !it.isDone(); it.next())
+            it.currentValue().bulkDataBlocks().size();
+        for (odb_HistoryRegionRepositoryIT r(st.currentValue().historyRegions()); !r.isDone();
+             r.next())
+          for (odb_HistoryOutputRepositoryIT o(r.currentValue().historyOutputs()); !o.isDone();
+               o.next())
+            o.currentValue().conjugateData();
+      }
     } catch (const std::exception&) {
     }
     closeOdb(odb);

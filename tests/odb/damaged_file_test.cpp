@@ -24,6 +24,20 @@ void writeAll(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
+void readAllResults(const odb_Odb& odb) {
+  for (odb_StepRepositoryIT s(odb.steps()); !s.isDone(); s.next()) {
+    for (const odb_Frame& f : s.currentValue().frames())
+      for (odb_FieldOutputRepositoryIT it(f.fieldOutputs()); !it.isDone(); it.next()) {
+        odb_SequenceFieldBulkData blocks = it.currentValue().bulkDataBlocks();
+        for (int b = 0; b < blocks.size(); ++b) blocks[b].length();
+      }
+    for (odb_HistoryRegionRepositoryIT r(s.currentValue().historyRegions()); !r.isDone(); r.next())
+      for (odb_HistoryOutputRepositoryIT o(r.currentValue().historyOutputs()); !o.isDone();
+           o.next())
+        o.currentValue().data();
+  }
+}
+
 // Opens the file and reads every part of it; returns the message of the first exception,
 // or "" when all of it read.
 std::string openAndReadAll(const std::string& path) {
@@ -31,7 +45,7 @@ std::string openAndReadAll(const std::string& path) {
     odb_Odb& odb = openOdb(path, true);
     try {
       odb::readModel(odb);
-      for (int i = 0; i < odb.steps().size(); ++i) odb.steps().at(i).name();
+      readAllResults(odb);
     } catch (const std::exception& e) {
       closeOdb(odb);
       return e.what();
@@ -49,7 +63,10 @@ class DamagedFile : public ::testing::Test {
     odb_initializeAPI();
     good_ = odbtest::tempPath("good.odb");
     bad_ = odbtest::tempPath("bad.odb");
-    odb::writeModel(good_, odbtest::sampleModel());
+    odb::Writer w(good_);
+    odb::addModel(w, odbtest::sampleModel());
+    odbtest::writeSampleResults(w);
+    w.close();
     bytes_ = readAll(good_);
   }
   void TearDown() override {
@@ -99,6 +116,20 @@ TEST_F(DamagedFile, ForeignNewerAndMissingFilesSayWhatIsWrong) {
   }
   EXPECT_NE(openAndReadAll(good_).find("newer"), std::string::npos);
   EXPECT_THROW(isUpgradeRequiredForOdb(good_), std::runtime_error);
+}
+
+TEST_F(DamagedFile, BadBlockCatalogueIsReportedWhenBlocksLoad) {
+  {
+    odb::h5::File f = odb::h5::File::open(good_, false);
+    odb::h5::Group field = f.root().open("steps/0/frames/0/1");  // field "S"
+    H5Ldelete(field.id(), "block_rows", H5P_DEFAULT);
+    field.write("block_rows", std::vector<int64_t>{2, 1000000});
+  }
+  odb_Odb& odb = openOdb(good_, true);
+  const odb_FieldOutput& s = odb.steps()["Step-B"].frames()[0].fieldOutputs()["S"];
+  EXPECT_THROW(s.bulkDataBlocks().size(), std::runtime_error);
+  EXPECT_EQ(s.getSubset(odb_Enum::INTEGRATION_POINT).bulkDataBlocks().size(), 1);
+  closeOdb(odb);
 }
 
 TEST_F(DamagedFile, InconsistentArraysAreReportedOnFirstUse) {

@@ -13,106 +13,7 @@
 namespace {
 
 using odb::FieldBlockData;
-
-void writeSampleResults(odb::Writer& w) {
-  w.addStep({"Step-B", "loading", "*STATIC", odb_Enum::TIME, 0.0});
-  w.addFrame({-1, odb_Enum::TIME, 0, 0.5, 0.0, "Increment 1"});
-  w.addFieldOutput({"U", "displacement", odb_Enum::VECTOR, {"U1", "U2", "U3"}, false, 0, {}});
-  FieldBlockData u;
-  u.instance = "PART-1-1";
-  u.position = odb_Enum::NODAL;
-  u.type = odb_Enum::VECTOR;
-  u.width = 3;
-  u.data = {1, 2, 3, 4, 5, 6};
-  u.nodeLabels = {1, 2};
-  w.addFieldBlock(u);
-  w.addFieldOutput({"S",
-                    "stress",
-                    odb_Enum::TENSOR_3D_FULL,
-                    {"S11", "S22", "S33", "S12", "S13", "S23"},
-                    false,
-                    0,
-                    {}});
-  FieldBlockData s;
-  s.instance = "PART-1-1";
-  s.elementType = "C3D8";
-  s.position = odb_Enum::INTEGRATION_POINT;
-  s.type = odb_Enum::TENSOR_3D_FULL;
-  s.width = 6;
-  s.doublePrecision = true;
-  s.dataDouble.resize(12);
-  for (int i = 0; i < 12; ++i) s.dataDouble[i] = 1.0 + i / 3.0;
-  s.elementLabels = {1, 1};
-  s.integrationPoints = {1, 2};
-  s.numberOfElements = 1;
-  s.csysWidth = 4;
-  s.localCsys = {0, 0, 0, 1, 0, 0, 0.7071f, 0.7071f};
-  w.addFieldBlock(s);
-  FieldBlockData c = s;  // the same field at the centroid
-  c.position = odb_Enum::CENTROID;
-  c.dataDouble.resize(6);
-  c.elementLabels = {2};
-  c.integrationPoints.clear();
-  c.csysWidth = 0;
-  c.localCsys.clear();
-  w.addFieldBlock(c);
-  w.addFieldOutput({"SF", "shell forces", odb_Enum::SCALAR, {}, false, 0, {}});
-  for (int sp : {1, 5}) {
-    FieldBlockData b;
-    b.instance = "PART-2-1";
-    b.elementType = "S4R";
-    b.position = odb_Enum::INTEGRATION_POINT;
-    b.sectionPoint = {sp, "SNEG, (fraction = -1.0)"};
-    b.data = {float(sp)};
-    b.elementLabels = {7};
-    b.integrationPoints = {1};
-    b.numberOfElements = 1;
-    w.addFieldBlock(b);
-  }
-  w.addFrame({-1, odb_Enum::TIME, 0, 1.0, 0.0, "Increment 2"});
-  w.addFieldOutput({"U", "displacement", odb_Enum::VECTOR, {"U1", "U2", "U3"}, false, 0, {}});
-  u.data = {7, 8, 9, 10, 11, 12};
-  w.addFieldBlock(u);
-
-  odb::HistoryRegionData node{"Node PART-1-1.5", "", {}, {}};
-  node.point.position = odb_Enum::NODAL;
-  node.point.nodeLabel = 5;
-  node.point.region.name = "MONITOR";
-  node.outputs = {
-      {"U2", "displacement", odb_Enum::SCALAR, 2, {0.f, 0.f, 0.5f, 0.1f, 1.f, 0.3f}, {}},
-      {"U1", "displacement", odb_Enum::SCALAR, 2, {}, {}}};
-  w.addHistoryRegion(node);
-  odb::HistoryRegionData conn{"Element ASSEMBLY.5000", "", {}, {}};
-  conn.point.position = odb_Enum::WHOLE_ELEMENT;
-  conn.point.elementLabel = 5000;
-  conn.point.elementType = "CONN3D2";
-  conn.point.integrationPoint = 1;
-  conn.point.sectionPoint = {3, "middle"};
-  conn.outputs = {{"CFAILST1", "", odb_Enum::SCALAR, 2, {0.f, 0.f, 0.7f, 1.f}, {}}};
-  w.addHistoryRegion(conn);
-
-  w.addStep({"Step-A", "harmonic", "*STEADY STATE DYNAMICS", odb_Enum::FREQUENCY, 1.0});
-  w.addFrame({7, odb_Enum::FREQUENCY, 2, 12.5, 12.5, "Mode 2"});
-  w.addFieldOutput({"U", "", odb_Enum::VECTOR, {"U1"}, true, 0, {}});
-  FieldBlockData cu;
-  cu.instance = "PART-1-1";
-  cu.position = odb_Enum::NODAL;
-  cu.type = odb_Enum::VECTOR;
-  cu.width = 1;
-  cu.data = {1.5f};
-  cu.conjugateData = {-0.5f};
-  w.addFieldBlock(cu);  // no label arrays at all
-  w.addFieldOutput({"MATRIX Sqq", "", odb_Enum::MATRIX, {"M"}, false, 2, {}});
-  FieldBlockData m;
-  m.position = odb_Enum::WHOLE_MODEL;
-  m.type = odb_Enum::MATRIX;
-  m.data = {1, 2, 3};
-  w.addFieldBlock(m);
-  odb::HistoryRegionData harmonic{"Assembly ASSEMBLY", "", {}, {}};
-  harmonic.point.position = odb_Enum::WHOLE_MODEL;
-  harmonic.outputs = {{"ALLIE", "", odb_Enum::SCALAR, 2, {12.5f, 3.f}, {12.5f, -1.f}}};
-  w.addHistoryRegion(harmonic);
-}
+using odbtest::writeSampleResults;
 
 class ResultsRoundTrip : public ::testing::Test {
  protected:
@@ -146,12 +47,12 @@ TEST_F(ResultsRoundTrip, StepsInInsertionOrderWithFrameCatalogue) {
   const odb_Frame& f = a.frames()[0];
   EXPECT_EQ(f.frameIndex(), 7);
   EXPECT_EQ(f.mode(), 2);
-  EXPECT_FLOAT_EQ(f.frequency(), 12.5f);
+  EXPECT_DOUBLE_EQ(f.frequency(), 12.5);
   EXPECT_EQ(f.description(), "Mode 2");
   const odb_Step& b = steps["Step-B"];
   ASSERT_EQ(b.frames().size(), 2);
   EXPECT_EQ(b.frames()[1].frameIndex(), 1);
-  EXPECT_FLOAT_EQ(b.frames()[1].frameValue(), 1.0f);
+  EXPECT_DOUBLE_EQ(b.frames()[1].frameValue(), 1.0);
   EXPECT_THROW(b.frames()[2], std::out_of_range);
   EXPECT_THROW(steps["Step-C"], std::out_of_range);
 }

@@ -102,6 +102,7 @@ TEST(DatParser, MalformedTables) {
       {"\n displacements (vx,vy,vz) for set A and time  0.1E+01\n\n  1  1.0  2.0\n", 4,
        "4 numbers in a row of 'displacements'"},
       {" displacements (vx,vy,vz) for set A and time  x\n", 1, "a table title"},
+      {" forces and time (fx) for set A\n", 1, "a table title"},
       {" stresses (elem, integ.pnt.,sxx) for set A and time 1.\n\n 1.5 1 2.0\n", 3,
        "an integer label in column 1"},
       {" forces (fx) for set A and time 1.\n\n 1 2.0q\n", 3, "2 numbers in a row of 'forces'"},

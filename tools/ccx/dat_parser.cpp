@@ -153,6 +153,7 @@ void DatReader::table(std::string_view title) {
   std::vector<std::string> columns = splitCommas(title.substr(open + 1, close - open - 1));
   std::string_view rest = title.substr(close + 1);
   size_t at = rest.find(" and time");
+  if (at == std::string_view::npos) fail(expected, std::string(title));
   size_t setAt = rest.find(" for set ");
   if (setAt != std::string_view::npos && setAt < at) {
     block.set = upper(trim(rest.substr(setAt + 9, at - setAt - 9)));

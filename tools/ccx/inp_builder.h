@@ -46,6 +46,8 @@ class DeckBuilder {
   int32_t label(const DataLine& line, size_t field, const std::string& what) const;
   // Numbers of a data line; blank fields count as 0.
   std::vector<double> numbers(const DataLine& line) const;
+  // Counts set members made from few characters (GENERATE, set names); throws past a bound.
+  void countGenerated(int64_t labels, const DataLine& line);
   LabelSet& setNamed(const std::string& name, bool nodes, const SourceRef& where);
   Step& currentStep(const Card& card);
 
@@ -56,6 +58,7 @@ class DeckBuilder {
   int currentMaterial_ = -1;
   int currentStep_ = -1;
   bool stepHasProcedure_ = false;
+  int64_t generated_ = 0;  // labels made by GENERATE so far
 };
 
 }  // namespace odbs::ccx

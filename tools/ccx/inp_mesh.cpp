@@ -1,4 +1,5 @@
 // Mesh keywords of the deck parser: *HEADING, *NODE, *ELEMENT, *NSET, *ELSET, *SURFACE.
+#include <algorithm>
 #include <limits>
 #include <unordered_set>
 
@@ -47,6 +48,17 @@ std::vector<double> DeckBuilder::numbers(const DataLine& line) const {
     out.push_back(line.fields[i].empty() ? 0.0 : number(line, i, "a number"));
   }
   return out;
+}
+
+void DeckBuilder::countGenerated(int64_t labels, const DataLine& line) {
+  // A few characters must not make billions of labels: the labels that GENERATE ranges
+  // and set names make stay below a bound that grows with the size of the deck.
+  generated_ += labels;
+  if (generated_ > std::max<int64_t>(1 << 22, 64 * reader_.topSize())) {
+    throw ParseError(line.where.file, line.where.line,
+                     "generated set members of at most 64 per byte of the deck",
+                     std::to_string(generated_) + " members");
+  }
 }
 
 LabelSet& DeckBuilder::setNamed(const std::string& name, bool nodes, const SourceRef& where) {
@@ -154,6 +166,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
                          "a GENERATE range whose last label is not below its first",
                          line.fields[0] + ", " + line.fields[1]);
       }
+      countGenerated((static_cast<int64_t>(last) - first) / step + 1, line);
       for (int64_t l = first; l <= last; l += step)
         sets[self].labels.push_back(static_cast<int32_t>(l));
       continue;
@@ -174,6 +187,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
       }
       if (member->second == self) continue;
       std::vector<int32_t> labels = sets[member->second].labels;
+      countGenerated(static_cast<int64_t>(labels.size()), line);
       sets[self].labels.insert(sets[self].labels.end(), labels.begin(), labels.end());
     }
   }

@@ -159,7 +159,10 @@ void HistoryCollector::sample(HistoryRegionData& r, const std::string& output,
 }
 
 bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& warnings) {
-  if (table.kind == DatRowKind::IntegrationPoint || table.kind == DatRowKind::Element) {
+  if (table.kind == DatRowKind::IntegrationPoint) return false;
+  if (table.kind == DatRowKind::Element) {
+    warnings.warn("dat-quantity:" + table.quantity,
+                  "printed " + table.quantity + " per element are not imported");
     return false;
   }
   auto known = historyQuantities().find(table.quantity);

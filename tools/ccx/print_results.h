@@ -59,7 +59,8 @@ struct HistoryRegionData {
 class HistoryCollector {
  public:
   // Adds the values of a node, total or contact table printed for a frame of frameValue.
-  // Returns false (and warns once per quantity) for tables it does not take.
+  // Returns false for integration point tables (pointFieldsOf takes those) and, with one
+  // warning per quantity, for whole-element tables and quantities it does not know.
   bool add(const DatBlock& table, double frameValue, Warnings& warnings);
   bool empty() const { return regions_.empty(); }
   // Regions in the order they were first printed.

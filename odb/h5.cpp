@@ -211,10 +211,11 @@ void Group::writeStrings(const std::string& name, const std::vector<std::string>
   writeRaw(name, t.id(), t.id(), buf.data(), {static_cast<hsize_t>(v.size())});
 }
 
-std::vector<hsize_t> Group::dims(const std::string& name) const {
-  if (!isDataset(name)) fail("missing dataset " + where(name));
-  Handle ds =
-      check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
+Handle Group::openDataset(const std::string& name) const {
+  return check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "missing dataset " + where(name));
+}
+
+std::vector<hsize_t> Group::shape(const Handle& ds, const std::string& name) const {
   Handle space = check(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
   int rank = H5Sget_simple_extent_ndims(space.id());
   if (rank < 0 || rank > 8) fail("dataset " + where(name) + " has a bad shape");
@@ -224,17 +225,20 @@ std::vector<hsize_t> Group::dims(const std::string& name) const {
   return d;
 }
 
+std::vector<hsize_t> Group::dims(const std::string& name) const {
+  return shape(openDataset(name), name);
+}
+
 size_t Group::elementSize(const std::string& name, bool* isFloat) const {
-  Handle ds =
-      check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
+  Handle ds = openDataset(name);
   Handle t = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
   if (isFloat) *isFloat = H5Tget_class(t.id()) == H5T_FLOAT;
   return H5Tget_size(t.id());
 }
 
-size_t Group::countChecked(const std::string& name, int64_t expectedCount) const {
+size_t Group::countChecked(const Handle& ds, const std::string& name, int64_t expectedCount) const {
   uint64_t n = 1;
-  for (hsize_t d : dims(name)) {
+  for (hsize_t d : shape(ds, name)) {
     if (d > (uint64_t(1) << 40)) fail("dataset " + where(name) + " is impossibly large");
     n *= d;
   }
@@ -246,8 +250,11 @@ size_t Group::countChecked(const std::string& name, int64_t expectedCount) const
 }
 
 void Group::readRaw(const std::string& name, hid_t mtype, void* out, size_t bytes) const {
-  Handle ds =
-      check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
+  readRaw(openDataset(name), name, mtype, out, bytes);
+}
+
+void Group::readRaw(const Handle& ds, const std::string& name, hid_t mtype, void* out,
+                    size_t bytes) const {
   Handle space = check(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
   hssize_t n = H5Sget_simple_extent_npoints(space.id());
   if (n < 0 || static_cast<size_t>(n) * H5Tget_size(mtype) != bytes)
@@ -261,9 +268,8 @@ void Group::readRaw(const std::string& name, hid_t mtype, void* out, size_t byte
 }
 
 std::vector<std::string> Group::readStrings(const std::string& name, int64_t expectedCount) const {
-  size_t n = countChecked(name, expectedCount);
-  Handle ds =
-      check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
+  Handle ds = openDataset(name);
+  size_t n = countChecked(ds, name, expectedCount);
   Handle ft = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
   if (H5Tget_class(ft.id()) != H5T_STRING || H5Tis_variable_str(ft.id()) != 0)
     fail("dataset " + where(name) + " does not hold fixed-length texts");

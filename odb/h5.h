@@ -98,8 +98,9 @@ class Group {
   // element count first; a mismatch throws (a damaged file, never a short buffer).
   template <typename T>
   std::vector<T> read(const std::string& name, int64_t expectedCount = -1) const {
-    std::vector<T> out(countChecked(name, expectedCount));
-    if (!out.empty()) readRaw(name, memType<T>(), out.data(), out.size() * sizeof(T));
+    Handle ds = openDataset(name);
+    std::vector<T> out(countChecked(ds, name, expectedCount));
+    if (!out.empty()) readRaw(ds, name, memType<T>(), out.data(), out.size() * sizeof(T));
     return out;
   }
   std::vector<std::string> readStrings(const std::string& name, int64_t expectedCount = -1) const;
@@ -109,7 +110,11 @@ class Group {
  private:
   void writeRaw(const std::string& name, hid_t ftype, hid_t mtype, const void* data,
                 const std::vector<hsize_t>& dims) const;
-  size_t countChecked(const std::string& name, int64_t expectedCount) const;
+  Handle openDataset(const std::string& name) const;
+  std::vector<hsize_t> shape(const Handle& ds, const std::string& name) const;
+  size_t countChecked(const Handle& ds, const std::string& name, int64_t expectedCount) const;
+  void readRaw(const Handle& ds, const std::string& name, hid_t mtype, void* out,
+               size_t bytes) const;
   std::string where(const std::string& name) const { return path_ + "/" + name; }
 
   Handle h_;

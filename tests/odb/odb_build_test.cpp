@@ -53,6 +53,22 @@ TEST(OdbBuild, FixtureBuildsAndReadsBack) {
                 .orientAngle()
                 .getString(),
             "ORI-1");
+  const odb_StepRepository& steps = odb.steps();
+  ASSERT_EQ(steps.size(), 2);
+  EXPECT_EQ(steps.stepNames()[1], "Step-2");
+  const odb_FieldBulkData& s = steps["Step-1"].frames()[0].fieldOutputs()["S"].bulkDataBlocks()[0];
+  EXPECT_EQ(s.precision(), odb_Enum::DOUBLE_PRECISION);
+  EXPECT_DOUBLE_EQ(s.dataDouble()[1], 2.5);
+  EXPECT_EQ(s.sectionPoint().number(), 1);
+  EXPECT_EQ(s.orientationWidth(), 4);
+  EXPECT_EQ(s.numberOfElements(), 1);
+  EXPECT_FLOAT_EQ(
+      steps["Step-1"].historyRegions()["Node BLOCK-1.7"].historyOutputs()["U3"].data()[1][1],
+      0.25f);
+  const odb_FieldOutput& u = steps["Step-2"].frames()[0].fieldOutputs()["U"];
+  EXPECT_TRUE(u.isComplex());
+  EXPECT_FLOAT_EQ(u.bulkDataBlocks()[0].conjugateData()[0], -2.f);
+  EXPECT_EQ(steps["Step-2"].domain(), odb_Enum::FREQUENCY);
   closeOdb(odb);
   std::remove(out.c_str());
 }
@@ -81,6 +97,21 @@ TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
   std::string dup = text;
   dup.replace(dup.find("\"name\": \"SKIN-1\""), 16, "\"name\": \"BLOCK-1\"");
   EXPECT_NE(errorOf(dup, out).find("duplicate instance 'BLOCK-1'"), std::string::npos);
+
+  std::string labels = text;
+  labels.replace(labels.find("\"nodeLabels\": [1, 2]"), 20, "\"nodeLabels\": [1]");
+  EXPECT_NE(
+      errorOf(labels, out)
+          .find("at /steps/0/frames/0/fieldOutputs/0/blocks/0/nodeLabels: expected one entry"),
+      std::string::npos)
+      << errorOf(labels, out);
+
+  std::string conj = text;  // a complex field without conjugate data is refused by the writer
+  const std::string conjugate = ", \"conjugateData\": [[-2.0]]";
+  conj.replace(conj.find(conjugate), conjugate.size(), "");
+  EXPECT_NE(errorOf(conj, out).find("at /steps/1/frames/0/fieldOutputs/0/blocks/0: "),
+            std::string::npos)
+      << errorOf(conj, out);
 
   EXPECT_NE(errorOf("[1, 2]", out).find("at /: expected an object"), std::string::npos);
   EXPECT_FALSE(exists(out));

@@ -2,6 +2,7 @@
 
 #include "odb/writer.h"
 #include "tools/odb_build/model_json.h"
+#include "tools/odb_build/results_json.h"
 
 namespace odb {
 
@@ -27,12 +28,18 @@ void buildDatabaseFromJson(const std::string& text, const std::string& outputPat
   }
   JsonAt root(doc, "");
   ModelData m = readModelJson(root);
+  std::vector<JsonStep> steps = readResultsJson(root);
   try {
     validateModel(m);
   } catch (const std::invalid_argument& e) {
     throw JsonError(e.what());
   }
-  writeModel(outputPath, m);
+  // Results are checked as they are added; an error leaves no file (the writer removes
+  // its temporary file when it is destroyed without close).
+  Writer w(outputPath);
+  addModel(w, m);
+  writeResultsJson(steps, w);
+  w.close();
 }
 
 }  // namespace odb

@@ -22,6 +22,9 @@ std::string besideDeck(const std::string& deck, const std::string& extension) {
   return platform::fileReadable(path) ? path : std::string();
 }
 
+// Inputs from this size on are large: their reading is reported as it goes.
+constexpr int64_t kLargeInput = int64_t(64) << 20;
+
 std::string megabytes(int64_t bytes) {
   return std::to_string(bytes / (1 << 20)) + " MB";
 }
@@ -61,7 +64,7 @@ class ProgressRelay : public FrdVisitor {
     import_.block(std::move(b));
   }
   void progress(int64_t done, int64_t total) override {
-    if (progress_ && total > (64 << 20) && done - reported_ >= (64 << 20)) {
+    if (progress_ && total > kLargeInput && done - reported_ >= kLargeInput) {
       reported_ = done;
       progress_("read " + megabytes(done) + " of " + megabytes(total) + " of " + path_);
     }
@@ -90,7 +93,7 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   Progress deckProgress;
   if (progress) {
     deckProgress = [&](int64_t done, int64_t total) {
-      if (total > (64 << 20))
+      if (total > kLargeInput)
         progress("read " + megabytes(done) + " of " + megabytes(total) + " of " + request.deck);
     };
   }
@@ -110,7 +113,11 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   // The model is kept by the writer until it closes; the results go to the file frame by
   // frame while the result file is read. Until close() the file has a temporary name, and
   // a failure on the way (a damaged result file) removes it: no database is written.
-  if (progress) progress("writing " + request.output);
+  platform::FileStat resultFile;
+  if (progress && !request.results.empty() && platform::statFile(request.results, &resultFile) &&
+      resultFile.size > kLargeInput) {
+    progress("writing " + request.output + " from " + megabytes(resultFile.size) + " of results");
+  }
   odb::Writer writer(request.output);
   addModel(deck, writer, warnings);
   OdbSink database(deck, writer);

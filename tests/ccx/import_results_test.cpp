@@ -1,0 +1,212 @@
+// The databases made from the example decks, read back through the database's read API:
+// steps, frames, field outputs and history agree with what the solver printed into its own
+// .dat files.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <map>
+
+#include "odb/odb.h"
+#include "tests/ccx/test_files.h"
+#include "tools/ccx/dat_parser.h"
+#include "tools/ccx/importer.h"
+
+namespace odbs::ccx {
+namespace {
+
+using test::dataFile;
+using test::exampleFile;
+
+class ImportedDatabase : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { odb_initializeAPI(); }
+  void TearDown() override {
+    if (odb_) closeOdb(*odb_);
+  }
+
+  void open(const std::string& name) {
+    ImportRequest request{exampleFile(name + ".inp"), dataFile(name + ".frd"),
+                          dataFile(name + ".dat"), dir_.path() + "/" + name + ".odb"};
+    Warnings warnings;
+    importCalculix(request, warnings);
+    odb_ = &openOdb(request.output);
+    prints_ = readDat(dataFile(name + ".dat"), warnings);
+  }
+  const odb_Step& step(int i) const { return odb_->steps().at(i); }
+
+  // The frame whose total time (or frequency) is value, searching every step.
+  const odb_Frame* frameAt(double value, bool imaginaryStep = false) const {
+    for (int s = 0; s < odb_->steps().size(); ++s) {
+      const odb_Step& st = step(s);
+      for (int f = 0; f < st.frames().size(); ++f) {
+        const odb_Frame& frame = st.frames()[f];
+        double v = st.domain() == odb_Enum::TIME ? st.totalTime() + frame.frameValue()
+                                                 : frame.frameValue();
+        if (frame.mode() == 0 && std::fabs(v - value) <= 1e-6 * std::max(1.0, value) &&
+            (!imaginaryStep || st.domain() == odb_Enum::FREQUENCY)) {
+          return &frame;
+        }
+      }
+    }
+    return nullptr;
+  }
+
+  // Every row of a printed node table equals the nodal values of field in frame, real or
+  // imaginary part; tolerance relative to the row's largest value.
+  void expectNodalMatches(const odb_Frame& frame, const std::string& field, const DatBlock& table,
+                          double relative) {
+    const odb_FieldOutput& out = frame.fieldOutputs()[field];
+    odb_FieldOutput nodal = out.getSubset(odb_Enum::NODAL);
+    std::map<int, std::vector<float>> rows;
+    odb_SequenceFieldBulkData blocks = nodal.bulkDataBlocks();
+    for (int b = 0; b < blocks.size(); ++b) {
+      const odb_FieldBulkData& block = blocks[b];
+      const float* data = table.imaginary ? block.conjugateData() : block.data();
+      ASSERT_NE(data, nullptr);
+      for (int r = 0; r < block.length(); ++r) {
+        rows[block.nodeLabels()[r]].assign(data + r * block.width(),
+                                           data + (r + 1) * block.width());
+      }
+    }
+    const size_t width = table.components.size();
+    for (size_t r = 0; r < table.rows(); ++r) {
+      ASSERT_TRUE(rows.count(table.labels[r])) << table.labels[r];
+      const std::vector<float>& got = rows[table.labels[r]];
+      ASSERT_EQ(got.size(), width);
+      double scale = 0;
+      for (size_t c = 0; c < width; ++c)
+        scale = std::max(scale, std::fabs(table.values[r * width + c]));
+      for (size_t c = 0; c < width; ++c) {
+        EXPECT_NEAR(got[c], table.values[r * width + c], relative * scale + 1e-30)
+            << field << " node " << table.labels[r] << " component " << c;
+      }
+    }
+  }
+
+  test::ScratchDir dir_;
+  odb_Odb* odb_ = nullptr;
+  DatFile prints_;
+};
+
+TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
+  open("beam_steps");
+  ASSERT_EQ(odb_->steps().size(), 3);
+  EXPECT_EQ(step(0).procedure(), "*STATIC");
+  EXPECT_EQ(step(2).procedure(), "*DYNAMIC");
+  EXPECT_DOUBLE_EQ(step(1).totalTime(), 1.0);
+  EXPECT_DOUBLE_EQ(step(2).totalTime(), 2.0);
+  EXPECT_EQ(step(0).frames().size(), 4);
+  EXPECT_EQ(step(1).frames().size(), 2);
+  EXPECT_EQ(step(2).frames().size(), 4);
+  int checked = 0;
+  for (const DatBlock& table : prints_.blocks) {
+    SCOPED_TRACE(table.quantity + " at " + std::to_string(table.time));
+    const odb_Frame* frame = frameAt(table.time);
+    ASSERT_NE(frame, nullptr);
+    if (table.quantity == "displacements") {
+      expectNodalMatches(*frame, "U", table, 2e-6);
+      ++checked;
+    } else if (table.quantity == "stresses") {
+      // The printed integration point stresses are the field's integration point values.
+      odb_FieldOutput ip = frame->fieldOutputs()["S"].getSubset(odb_Enum::INTEGRATION_POINT);
+      const odb_FieldBulkData& block = ip.bulkDataBlocks()[0];
+      ASSERT_EQ(block.length(), static_cast<int>(table.rows()));
+      EXPECT_EQ(block.baseElementType(), "C3D8");
+      EXPECT_EQ(block.numberOfElements(), 4);
+      for (size_t r = 0; r < table.rows(); ++r) {
+        EXPECT_EQ(block.elementLabels()[r], table.labels[r]);
+        EXPECT_EQ(block.integrationPoints()[r], table.labels2[r]);
+        EXPECT_FLOAT_EQ(block.data()[r * 6 + 4], static_cast<float>(table.values[r * 6 + 4]));
+      }
+      ++checked;
+    }
+  }
+  EXPECT_EQ(checked, 20);
+
+  const odb_HistoryRegion& tip = step(0).historyRegions()["Node PART-1-1.99"];
+  EXPECT_EQ(tip.historyPoint().position(), odb_Enum::NODAL);
+  EXPECT_EQ(tip.historyPoint().node().label(), 99);
+  const odb_SequenceSequenceFloat& u3 = tip.historyOutputs()["U3"].data();
+  ASSERT_EQ(u3.size(), 4);
+  EXPECT_FLOAT_EQ(u3[3][0], 1.0f);
+  EXPECT_FLOAT_EQ(u3[3][1], static_cast<float>(prints_.blocks[9].values[8 * 3 + 2]));
+  const odb_HistoryRegion& fix = step(0).historyRegions()["Node set FIX"];
+  EXPECT_EQ(fix.historyPoint().region().name(), "FIX");
+  EXPECT_NEAR(fix.historyOutputs()["RF3"].data()[3][1], 90.0, 1e-3);
+}
+
+TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
+  open("strip_modes");
+  ASSERT_EQ(odb_->steps().size(), 2);
+  const odb_Step& modes = step(0);
+  EXPECT_EQ(modes.domain(), odb_Enum::FREQUENCY);
+  ASSERT_EQ(modes.frames().size(), 6);
+  for (int i = 0; i < 6; ++i) {
+    const odb_Frame& frame = modes.frames()[i];
+    EXPECT_EQ(frame.mode(), i + 1);
+    EXPECT_NEAR(frame.frequency(), prints_.eigenvalues[i].cyclesPerTime,
+                1e-5 * prints_.eigenvalues[i].cyclesPerTime);
+    EXPECT_FALSE(frame.fieldOutputs()["U"].isComplex());
+  }
+  const odb_Step& sweep = step(1);
+  EXPECT_EQ(sweep.procedure(), "*STEADY STATE DYNAMICS");
+  int checked = 0;
+  for (const DatBlock& table : prints_.blocks) {
+    if (table.quantity != "displacements") continue;
+    SCOPED_TRACE(std::to_string(table.time) + (table.imaginary ? " imaginary" : " real"));
+    const odb_Frame* frame = nullptr;
+    for (int f = 0; f < sweep.frames().size(); ++f) {
+      if (std::fabs(sweep.frames()[f].frameValue() - table.time) < 1e-6 * table.time) {
+        frame = &sweep.frames()[f];
+      }
+    }
+    ASSERT_NE(frame, nullptr);
+    EXPECT_TRUE(frame->fieldOutputs()["U"].isComplex());
+    expectNodalMatches(*frame, "U", table, 6e-6);
+    ++checked;
+  }
+  EXPECT_GE(checked, 8);
+  const odb_HistoryOutput& u3 = sweep.historyRegions()["Node PART-1-1.34"].historyOutputs()["U3"];
+  EXPECT_EQ(u3.data().size(), sweep.frames().size());
+  EXPECT_EQ(u3.conjugateData().size(), sweep.frames().size());
+}
+
+TEST_F(ImportedDatabase, CompositeStressesPerLayerSectionPoint) {
+  open("plate_composite");
+  const odb_Frame& last = step(0).frames()[1];
+  const odb_FieldOutput& s = last.fieldOutputs()["S"];
+  odb_FieldOutput ip = s.getSubset(odb_Enum::INTEGRATION_POINT);
+  odb_SequenceFieldBulkData blocks = ip.bulkDataBlocks();
+  ASSERT_EQ(blocks.size(), 6);  // one per section point: three layers, bottom and top
+  for (int b = 0; b < 6; ++b) {
+    EXPECT_EQ(blocks[b].sectionPoint().number(), b + 1);
+    EXPECT_EQ(blocks[b].baseElementType(), "S8R");
+    EXPECT_EQ(blocks[b].length(), 16);  // four elements, four points each
+  }
+  EXPECT_EQ(blocks[3].sectionPoint().description(), "Layer = 2, top");
+  // The first printed row of element 6 (point 1, bottom of layer 1).
+  const DatBlock& table = prints_.blocks[3];
+  EXPECT_FLOAT_EQ(blocks[0].data()[0], static_cast<float>(table.values[0]));
+  EXPECT_EQ(s.getSubset(odb_Enum::NODAL).bulkDataBlocks()[0].length(), 65);
+}
+
+TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
+  open("punch_contact");
+  const odb_Frame& last = step(0).frames()[2];
+  for (const char* name : {"COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1", "CSHEAR2"}) {
+    EXPECT_TRUE(last.fieldOutputs().isMember(name)) << name;
+  }
+  const odb_HistoryRegion& point =
+      step(0).historyRegions()["Element PART-1-1.101 Face 1 Int Point 1"];
+  EXPECT_EQ(point.historyPoint().position(), odb_Enum::ELEMENT_FACE_INTEGRATION_POINT);
+  EXPECT_EQ(point.historyPoint().element().label(), 101);
+  EXPECT_EQ(point.historyPoint().element().type(), "C3D8");
+  const auto& press = point.historyOutputs()["CPRESS"].data();
+  const auto& open = point.historyOutputs()["COPEN"].data();
+  ASSERT_EQ(press.size(), 3);
+  EXPECT_NEAR(press[2][1], -1e5 * open[2][1], 1e-4 * std::fabs(press[2][1]));
+}
+
+}  // namespace
+}  // namespace odbs::ccx

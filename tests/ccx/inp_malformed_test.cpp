@@ -1,0 +1,114 @@
+// Decks that the parser must refuse, each with the file, the line and what it expected.
+#include <gtest/gtest.h>
+
+#include "tests/ccx/test_files.h"
+#include "tools/ccx/inp_parser.h"
+#include "tools/ccx/parse_error.h"
+
+namespace odbs::ccx {
+namespace {
+
+struct BadDeck {
+  const char* what;
+  const char* text;
+  int line;              // expected line of the error
+  const char* expected;  // text the message must contain
+};
+
+const BadDeck kBadDecks[] = {
+    {"coordinate", "*NODE\n1, 0, x1, 0\n", 2, "a node coordinate, found 'x1'"},
+    {"node label", "*NODE\n-4, 0, 0, 0\n", 2, "a node label (a positive integer)"},
+    {"element type missing", "*ELEMENT, ELSET=A\n1, 1, 2\n", 1, "parameter TYPE= on *ELEMENT"},
+    {"too few nodes at end", "*ELEMENT, TYPE=C3D8\n1, 1, 2, 3, 4, 5, 6,\n", 2,
+     "8 node labels for element 1 of type C3D8"},
+    {"too many nodes", "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4, 5\n", 2,
+     "4 node labels for element 1 of type C3D4, found '5 labels'"},
+    {"node list of an element", "*ELEMENT, TYPE=C3D4\n7, 1, 2, a, 4\n", 2,
+     "a node label of element 7"},
+    {"reversed range", "*NSET, NSET=A, GENERATE\n10, 1\n", 2, "GENERATE range"},
+    {"huge range", "*NSET, NSET=A, GENERATE\n1, 2000000000\n", 2,
+     "generated set members of at most 64 per byte"},
+    {"sets of sets", "*NSET, NSET=A, GENERATE\n1, 4000000\n*NSET, NSET=B\nA, A\n", 4,
+     "generated set members"},
+    {"unknown member set", "*NSET, NSET=A\n1, B\n", 2, "the name of a defined node set, found 'B'"},
+    {"surface face", "*ELEMENT, TYPE=T3D2\n1, 1, 2\n*SURFACE, NAME=S\n1\n", 4, "a face name"},
+    {"surface type", "*SURFACE, NAME=S, TYPE=CURVE\n", 1, "TYPE=ELEMENT or TYPE=NODE"},
+    {"behaviour outside material", "*ELASTIC\n1, 2\n", 1, "*MATERIAL before *ELASTIC"},
+    {"short orthotropic row", "*MATERIAL, NAME=M\n*ELASTIC, TYPE=ORTHO\n1, 2, 3\n", 3,
+     "9 values in a row of *ELASTIC"},
+    {"section material", "*SOLID SECTION, ELSET=A\n", 1, "parameter MATERIAL= on *SOLID SECTION"},
+    {"layer material", "*SHELL SECTION, ELSET=A, COMPOSITE\n0.5\n", 2, "the material of a layer"},
+    {"empty layup", "*SHELL SECTION, ELSET=A, COMPOSITE\n*STEP\n", 1, "at least one layer line"},
+    {"procedure outside step", "*STATIC\n", 1, "*STEP before *STATIC"},
+    {"output outside step", "*NODE PRINT, NSET=A\nU\n", 1, "*STEP before *NODE PRINT"},
+    {"two procedures", "*STEP\n*STATIC\n*FREQUENCY\n", 3, "one procedure in step 1"},
+    {"no procedure", "*STEP\n*END STEP\n", 2, "a procedure (*STATIC, *FREQUENCY, ...) in step 1"},
+    {"step not ended", "*STEP\n*STATIC\n*STEP\n", 3, "*END STEP before the next *STEP"},
+    {"step without procedure at end", "*STEP\n*CLOAD\n1, 1, 1.\n", 1, "a procedure"},
+    {"procedure data", "*STEP\n*STATIC\n0.1, one\n", 3, "a number, found 'one'"},
+    {"include without file", "*INCLUDE\n", 1, "*INCLUDE with INPUT=<file>"},
+    {"missing include", "*INCLUDE, INPUT=nowhere.inp\n", 1, "an included file that can be read"},
+    {"include of itself", "*INCLUDE, INPUT=deck.inp\n", 1, "nested *INCLUDE files"},
+};
+
+TEST(InpMalformed, EachBadDeckNamesFileLineAndExpectation) {
+  test::ScratchDir dir;
+  for (const BadDeck& bad : kBadDecks) {
+    SCOPED_TRACE(bad.what);
+    std::string path = dir.write("deck.inp", bad.text);
+    Warnings warnings;
+    try {
+      parseDeck(path, warnings);
+      ADD_FAILURE() << "no error";
+    } catch (const ParseError& e) {
+      std::string message = e.what();
+      EXPECT_EQ(e.line(), bad.line) << message;
+      EXPECT_NE(message.find(bad.expected), std::string::npos) << message;
+      EXPECT_NE(message.find("deck.inp:"), std::string::npos) << message;
+    }
+  }
+}
+
+TEST(InpMalformed, MissingDeckFile) {
+  Warnings warnings;
+  EXPECT_THROW(parseDeck("/nonexistent/deck.inp", warnings), ParseError);
+}
+
+struct BadReference {
+  const char* what;
+  const char* text;
+  const char* expected;
+};
+
+const BadReference kBadReferences[] = {
+    {"element node", "*NODE\n1,0,0,0\n*ELEMENT, TYPE=T3D2\n1, 1, 2\n",
+     "element 1 uses node 2, which no *NODE line defines"},
+    {"node twice", "*NODE\n1,0,0,0\n1,1,0,0\n", "node 1 is defined twice"},
+    {"set member", "*NODE\n1,0,0,0\n*NSET, NSET=A\n1, 5\n", "node set A holds node 5"},
+    {"section set", "*MATERIAL, NAME=M\n*SOLID SECTION, ELSET=E, MATERIAL=M\n",
+     "names element set E, which is not defined"},
+    {"section material",
+     "*NODE\n1,0,0,0\n2,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=E\n1, 1, 2\n"
+     "*SOLID SECTION, ELSET=E, MATERIAL=M\n",
+     "names material M, which is not defined"},
+    {"output set", "*STEP\n*STATIC\n*NODE PRINT, NSET=TIP\nU\n*END STEP\n",
+     "names node set TIP, which is not defined"},
+};
+
+TEST(InpMalformed, CheckDeckRefusesDanglingReferences) {
+  test::ScratchDir dir;
+  for (const BadReference& bad : kBadReferences) {
+    SCOPED_TRACE(bad.what);
+    Warnings warnings;
+    Deck deck = parseDeck(dir.write("deck.inp", bad.text), warnings);
+    try {
+      checkDeck(deck);
+      ADD_FAILURE() << "no error";
+    } catch (const InputError& e) {
+      EXPECT_NE(std::string(e.what()).find(bad.expected), std::string::npos) << e.what();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace odbs::ccx

@@ -1,0 +1,222 @@
+// The deck parser on the example decks (against what the decks define) and on small decks
+// for the keywords the examples do not use.
+#include "tools/ccx/inp_parser.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/ccx/test_files.h"
+
+namespace odbs::ccx {
+namespace {
+
+using test::exampleFile;
+using ::testing::ElementsAre;
+
+Deck parseExample(const std::string& name, Warnings* warnings = nullptr) {
+  Warnings local;
+  Deck deck = parseDeck(exampleFile(name), warnings ? *warnings : local);
+  checkDeck(deck);
+  return deck;
+}
+
+TEST(InpParser, CantileverMeshSetsAndSurfacesThroughInclude) {
+  Deck deck = parseExample("beam_steps.inp");
+  EXPECT_EQ(deck.title, "Cantilever beam: tip load, then pressure, then a short dynamic step");
+  ASSERT_EQ(deck.nodes.size(), 99u);
+  EXPECT_EQ(deck.nodes[10].label, 11);
+  EXPECT_DOUBLE_EQ(deck.nodes[10].x, 100.0);
+  ASSERT_EQ(deck.elements.size(), 40u);
+  EXPECT_EQ(deck.elements[0].type, "C3D8");
+  EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 13, 12, 34, 35, 46, 45));
+
+  // GENERATE with a stride, and sets made by *NODE, NSET= and *ELEMENT, ELSET=.
+  EXPECT_THAT(deck.nodeSet("FIX")->labels, ElementsAre(1, 12, 23, 34, 45, 56, 67, 78, 89));
+  EXPECT_THAT(deck.elementSet("ROOT")->labels, ElementsAre(1, 11, 21, 31));
+  EXPECT_EQ(deck.nodeSet("NALL")->labels.size(), 99u);
+  EXPECT_EQ(deck.elementSet("BEAM")->labels.size(), 40u);
+  EXPECT_EQ(deck.elementSet("BEAM")->where.file, exampleFile("beam_steps_mesh.inp"));
+
+  ASSERT_EQ(deck.surfaces.size(), 2u);
+  EXPECT_FALSE(deck.surfaces[0].nodeBased);
+  ASSERT_EQ(deck.surfaces[0].faces.size(), 20u);
+  EXPECT_EQ(deck.surfaces[0].faces[0].element, 21);
+  EXPECT_EQ(deck.surfaces[0].faces[0].face, "S2");
+  EXPECT_TRUE(deck.surfaces[1].nodeBased);
+  EXPECT_EQ(deck.surfaces[1].nodes, deck.nodeSet("TIP")->labels);
+}
+
+TEST(InpParser, CantileverMaterialSectionAndSteps) {
+  Deck deck = parseExample("beam_steps.inp");
+  ASSERT_EQ(deck.materials.size(), 1u);
+  const Material& steel = deck.materials[0];
+  EXPECT_EQ(steel.name, "STEEL");
+  ASSERT_TRUE(steel.density && steel.elastic);
+  EXPECT_THAT(steel.density->rows, ElementsAre(ElementsAre(7.85e-9)));
+  EXPECT_THAT(steel.elastic->rows, ElementsAre(ElementsAre(210000.0, 0.3)));
+
+  ASSERT_EQ(deck.sections.size(), 1u);
+  EXPECT_EQ(deck.sections[0].kind, SectionKind::Solid);
+  EXPECT_EQ(deck.sections[0].elset, "BEAM");
+  EXPECT_EQ(deck.sections[0].material, "STEEL");
+
+  ASSERT_EQ(deck.steps.size(), 3u);
+  EXPECT_EQ(deck.steps[0].procedure, "STATIC");
+  EXPECT_EQ(deck.steps[0].name, "Step-1");
+  EXPECT_EQ(deck.steps[0].description, "*STATIC");
+  EXPECT_THAT(deck.steps[0].procedureData, ElementsAre(0.25, 1.0));
+  EXPECT_TRUE(deck.steps[0].procedureParameters.count("DIRECT"));
+  // NLGEOM of the first step holds for the later ones.
+  EXPECT_TRUE(deck.steps[0].nlgeom && deck.steps[1].nlgeom && deck.steps[2].nlgeom);
+  EXPECT_EQ(deck.steps[2].procedure, "DYNAMIC");
+  EXPECT_EQ(deck.steps[2].domain, StepDomain::Time);
+  EXPECT_DOUBLE_EQ(deck.steps[2].timePeriod, 4e-4);
+
+  const auto& outputs = deck.steps[0].outputs;
+  ASSERT_EQ(outputs.size(), 5u);
+  EXPECT_EQ(outputs[0].keyword, "NODE OUTPUT");
+  EXPECT_THAT(outputs[0].variables, ElementsAre("U", "RF"));
+  EXPECT_EQ(outputs[2].keyword, "NODE PRINT");
+  EXPECT_EQ(outputs[2].set, "TIP");
+  EXPECT_EQ(outputs[4].keyword, "EL PRINT");
+  EXPECT_EQ(outputs[4].set, "ROOT");
+  EXPECT_TRUE(deck.steps[1].outputs.empty());
+}
+
+TEST(InpParser, QuadraticBricksFrequencyAndSteadyState) {
+  Deck deck = parseExample("strip_modes.inp");
+  ASSERT_EQ(deck.elements.size(), 8u);
+  // 20 node labels spread over two lines.
+  EXPECT_EQ(deck.elements[0].type, "C3D20R");
+  EXPECT_EQ(deck.elements[0].nodes.size(), 20u);
+  EXPECT_EQ(deck.materials[0].elastic->type, "ISO");
+  ASSERT_EQ(deck.steps.size(), 2u);
+  EXPECT_EQ(deck.steps[0].procedure, "FREQUENCY");
+  EXPECT_EQ(deck.steps[0].domain, StepDomain::Frequency);
+  EXPECT_THAT(deck.steps[0].procedureData, ElementsAre(6.0));
+  EXPECT_EQ(deck.steps[0].procedureParameters.at("STORAGE"), "YES");
+  EXPECT_EQ(deck.steps[1].procedure, "STEADY STATE DYNAMICS");
+  EXPECT_EQ(deck.steps[1].domain, StepDomain::Frequency);
+  EXPECT_THAT(deck.steps[1].procedureData, ElementsAre(10.0, 400.0, 4.0));
+}
+
+TEST(InpParser, CompositeShellLayupAndOrthotropicPly) {
+  Deck deck = parseExample("plate_composite.inp");
+  EXPECT_EQ(deck.elements.size(), 16u);
+  EXPECT_EQ(deck.elements[0].type, "S8R");
+  ASSERT_EQ(deck.sections.size(), 1u);
+  const Section& s = deck.sections[0];
+  EXPECT_EQ(s.kind, SectionKind::CompositeShell);
+  EXPECT_EQ(s.orientation, "OR1");
+  ASSERT_EQ(s.layers.size(), 3u);
+  EXPECT_EQ(s.layers[1].material, "PLY");
+  EXPECT_EQ(s.layers[1].orientation, "OR2");
+  EXPECT_DOUBLE_EQ(s.layers[1].thickness, 0.5);
+  EXPECT_DOUBLE_EQ(*s.thickness, 1.5);
+  // Nine engineering constants over two lines make one row.
+  const MaterialTable& elastic = *deck.material("PLY")->elastic;
+  EXPECT_EQ(elastic.type, "ENGINEERING CONSTANTS");
+  ASSERT_EQ(elastic.rows.size(), 1u);
+  EXPECT_EQ(elastic.rows[0].size(), 9u);
+  EXPECT_DOUBLE_EQ(elastic.rows[0][8], 3500.0);
+  ASSERT_EQ(deck.orientations.size(), 2u);
+  EXPECT_EQ(deck.orientations[1].name, "OR2");
+  EXPECT_EQ(deck.orientations[1].values.size(), 6u);
+}
+
+TEST(InpParser, ContactPairTwoMaterialsTwoSections) {
+  Warnings warnings;
+  Deck deck = parseExample("punch_contact.inp", &warnings);
+  EXPECT_TRUE(warnings.texts().empty()) << warnings.texts()[0];
+  ASSERT_EQ(deck.contactPairs.size(), 1u);
+  EXPECT_EQ(deck.contactPairs[0].slave, "SPUNCH");
+  EXPECT_EQ(deck.contactPairs[0].master, "SBLOCK");
+  EXPECT_EQ(deck.contactPairs[0].type, "SURFACE TO SURFACE");
+  ASSERT_EQ(deck.sections.size(), 2u);
+  EXPECT_EQ(deck.sections[1].material, "HARD");
+  EXPECT_EQ(deck.elementSet("PUNCH")->labels, (std::vector<int32_t>{101, 102, 103, 104}));
+  EXPECT_EQ(deck.steps[0].outputs.back().keyword, "CONTACT PRINT");
+  EXPECT_THAT(deck.steps[0].outputs.back().variables, ElementsAre("CDIS", "CSTR"));
+}
+
+TEST(InpParser, OtherSectionKindsAndSetsOfSets) {
+  test::ScratchDir dir;
+  std::string path = dir.write("other.inp", R"(*Heading
+  Other sections
+*NODE
+1, 0, 0, 0
+2, 1., 0., 0.
+3, 2.
+*ELEMENT, TYPE=T3D2, ELSET=BARS
+1, 1, 2
+*ELEMENT, TYPE=B31, ELSET=BEAMS
+2, 2, 3
+*ELEMENT, TYPE=MASS, ELSET=POINT
+3, 3
+*ELEMENT, TYPE=SPRINGA, ELSET=SPR
+4, 1, 3
+*NSET, NSET=ENDS
+1, 3
+*NSET, NSET=ALL
+ENDS, 2, 1
+*ELSET, ELSET=LINES
+bars, BEAMS
+*MATERIAL, NAME=Alu
+*ELASTIC
+70000, 0.3
+*EXPANSION
+2.3e-5
+*SOLID SECTION, ELSET=BARS, MATERIAL=ALU
+3.5
+*BEAM SECTION, ELSET=BEAMS, MATERIAL=ALU, SECTION=RECT
+2., 1.
+0., 0., 1.
+*MASS, ELSET=POINT
+0.01
+*SPRING, ELSET=SPR
+1000.
+*STEP, NLGEOM
+*STATIC
+*END STEP
+)");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  checkDeck(deck);
+  EXPECT_TRUE(warnings.texts().empty());
+  EXPECT_EQ(deck.title, "Other sections");
+  EXPECT_DOUBLE_EQ(deck.nodes[2].x, 2.0);
+  EXPECT_DOUBLE_EQ(deck.nodes[2].y, 0.0);
+  EXPECT_THAT(deck.nodeSet("ALL")->labels, ElementsAre(1, 3, 2));
+  EXPECT_THAT(deck.elementSet("LINES")->labels, ElementsAre(1, 2));
+  ASSERT_EQ(deck.sections.size(), 4u);
+  EXPECT_EQ(deck.sections[0].kind, SectionKind::Truss);
+  EXPECT_DOUBLE_EQ(*deck.sections[0].thickness, 3.5);
+  EXPECT_EQ(deck.sections[1].kind, SectionKind::Beam);
+  EXPECT_EQ(deck.sections[1].parameters.at("SECTION"), "RECT");
+  EXPECT_EQ(deck.sections[1].data.size(), 2u);
+  EXPECT_EQ(deck.sections[2].kind, SectionKind::Mass);
+  EXPECT_EQ(deck.sections[2].material, "");
+  EXPECT_EQ(deck.sections[3].kind, SectionKind::Spring);
+  EXPECT_EQ(deck.material("ALU")->others.at("EXPANSION").rows[0][0], 2.3e-5);
+  EXPECT_TRUE(deck.steps[0].nlgeom);
+}
+
+TEST(InpParser, UnknownKeywordsWarnOnceAndKeywordLinesContinue) {
+  test::ScratchDir dir;
+  std::string path = dir.write("unknown.inp",
+                               "** comment\n\n*NODE,\n  NSET=N\n1,0,0,0\n*WIDGET, A=1\n1, 2\n"
+                               "*STEP\n*WIDGET\n*static\n*BOUNDARY\n1,1,3\n*END STEP\n"
+                               "*STEP, NAME=Second\nPull harder\n*STATIC\n*WIDGET\n*END STEP\r\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  EXPECT_THAT(deck.nodeSet("N")->labels, ElementsAre(1));
+  ASSERT_EQ(warnings.texts().size(), 1u);
+  EXPECT_EQ(warnings.count("keyword:WIDGET"), 3);
+  EXPECT_NE(warnings.texts()[0].find("unknown.inp:6"), std::string::npos) << warnings.texts()[0];
+  ASSERT_EQ(deck.steps.size(), 2u);
+  EXPECT_EQ(deck.steps[1].name, "Second");
+  EXPECT_EQ(deck.steps[1].description, "Pull harder");
+}
+
+}  // namespace
+}  // namespace odbs::ccx

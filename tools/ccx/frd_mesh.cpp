@@ -1,0 +1,124 @@
+// The mesh blocks of the result file: nodes ("2C") and elements ("3C"), text or binary.
+#include <cstring>
+
+#include "tools/ccx/element_types.h"
+#include "tools/ccx/frd_reader.h"
+
+namespace odbs::ccx {
+
+void FrdReader::readNodes(std::string_view line) {
+  sendHeader();
+  std::vector<std::string_view> tokens = splitBlanks(line);
+  if (tokens.size() < 3) fail("a node count and a format after 2C", std::string(line));
+  long long count = tokenInteger(tokens, tokens.size() - 2, "a node count", line);
+  int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
+  std::vector<FrdNode> nodes;
+  if (format == 2 || format == 3) {
+    binarySeen_ = true;
+    bool doubles = format == 3;
+    size_t valueBytes = doubles ? 8 : 4;
+    int64_t n = checkedCount(count, 4 + 3 * valueBytes, "nodes");
+    nodes.resize(n);
+    for (FrdNode& node : nodes) {
+      unsigned char record[28];
+      if (!in_.readBytes(record, 4 + 3 * valueBytes))
+        failBinary(std::to_string(n) + " binary node records");
+      std::memcpy(&node.label, record, 4);
+      double* xyz[3] = {&node.x, &node.y, &node.z};
+      for (int i = 0; i < 3; ++i) {
+        if (doubles) {
+          std::memcpy(xyz[i], record + 4 + 8 * i, 8);
+        } else {
+          float f;
+          std::memcpy(&f, record + 4 + 4 * i, 4);
+          *xyz[i] = f;
+        }
+      }
+    }
+  } else if (format == 0 || format == 1) {
+    int w = format == 0 ? 5 : 10;
+    nodes.reserve(static_cast<size_t>(checkedCount(count, 10, "nodes")));
+    while (true) {
+      std::string row = requireLine("a node line or -3 ending the node block");
+      std::string_view r = row;
+      if (startsWith(trim(r), "-3")) break;
+      if (!startsWith(r, " -1")) fail("a node line starting with -1", row);
+      FrdNode node;
+      node.label = static_cast<int32_t>(integerAt(r, 3, w, "a node label"));
+      double* xyz[3] = {&node.x, &node.y, &node.z};
+      for (int i = 0; i < 3; ++i) {
+        auto v = toDouble(column(r, 3 + w + kFrdValueWidth * i, kFrdValueWidth));
+        if (!v) fail("three node coordinates", row);
+        *xyz[i] = *v;
+      }
+      nodes.push_back(node);
+    }
+  } else {
+    fail("node block format 0, 1, 2 or 3", std::to_string(format));
+  }
+  visitor_.nodes(std::move(nodes));
+}
+
+void FrdReader::readElements(std::string_view line) {
+  sendHeader();
+  std::vector<std::string_view> tokens = splitBlanks(line);
+  if (tokens.size() < 3) fail("an element count and a format after 3C", std::string(line));
+  long long count = tokenInteger(tokens, tokens.size() - 2, "an element count", line);
+  int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
+  std::vector<FrdElement> elements;
+  if (format == 2) {
+    binarySeen_ = true;
+    int64_t n = checkedCount(count, 16, "elements");
+    elements.resize(n);
+    for (FrdElement& e : elements) {
+      int32_t head[4];
+      if (!in_.readBytes(head, sizeof head))
+        failBinary(std::to_string(n) + " binary element records");
+      e.label = head[0];
+      e.typeCode = head[1];
+      e.group = head[2];
+      e.material = head[3];
+      int nodes = frdNodeCount(e.typeCode);
+      if (nodes < 0) {
+        fail("a known element type code (1 to 12) for element " + std::to_string(e.label),
+             std::to_string(e.typeCode));
+      }
+      e.nodes.resize(nodes);
+      if (!in_.readBytes(e.nodes.data(), 4 * nodes))
+        failBinary("the nodes of element " + std::to_string(e.label));
+    }
+  } else if (format == 0 || format == 1) {
+    int w = format == 0 ? 5 : 10;
+    elements.reserve(static_cast<size_t>(checkedCount(count, 20, "elements")));
+    while (true) {
+      std::string row = requireLine("an element line or -3 ending the element block");
+      std::string_view r = row;
+      if (startsWith(trim(r), "-3")) break;
+      if (!startsWith(r, " -1")) fail("an element line starting with -1", row);
+      FrdElement e;
+      e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
+      e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
+      e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
+      e.material = static_cast<int>(integerAt(r, 13 + w, 5, "an element material number"));
+      int nodes = frdNodeCount(e.typeCode);
+      if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      while (static_cast<int>(e.nodes.size()) < nodes) {
+        std::string more =
+            requireLine("a -2 line with the nodes of element " + std::to_string(e.label));
+        std::string_view m = more;
+        if (!startsWith(m, " -2"))
+          fail("a -2 line with the nodes of element " + std::to_string(e.label), more);
+        for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
+          if (trim(column(m, at, w)).empty()) break;
+          e.nodes.push_back(static_cast<int32_t>(integerAt(m, at, w, "a node label")));
+        }
+      }
+      elements.push_back(std::move(e));
+    }
+  } else {
+    fail("element block format 0, 1 or 2", std::to_string(format));
+  }
+  visitor_.elements(std::move(elements));
+}
+
+}  // namespace odbs::ccx

@@ -1,0 +1,72 @@
+// Internal to the result file reader: the reader's state and its steps. The mesh blocks
+// are read in frd_mesh.cpp, the rest in frd_parser.cpp.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tools/ccx/frd_parser.h"
+#include "tools/ccx/parse_error.h"
+#include "tools/ccx/source_reader.h"
+#include "tools/ccx/text.h"
+
+namespace odbs::ccx {
+
+constexpr int kFrdValueWidth = 12;  // E12.5 fields of the text format
+
+class FrdReader {
+ public:
+  FrdReader(const std::string& path, FrdVisitor& visitor, Warnings& warnings)
+      : in_(path), visitor_(visitor), warnings_(warnings) {}
+
+  void run();
+
+ private:
+  [[noreturn]] void fail(const std::string& expected, const std::string& found = "") const {
+    throw ParseError(in_.path(), in_.lineNumber(), expected, found);
+  }
+  [[noreturn]] void failBinary(const std::string& expected) const {
+    throw ParseError(in_.path() + " (byte offset " + std::to_string(in_.offset()) + ")", 0,
+                     expected, "end of file");
+  }
+  std::string requireLine(const std::string& expected) {
+    std::string line;
+    if (!in_.nextLine(line)) fail(expected, "end of file");
+    return line;
+  }
+  long long integerAt(std::string_view line, size_t begin, size_t width, const std::string& what) {
+    auto v = toInteger(column(line, begin, width));
+    if (!v) fail(what, std::string(line));
+    return *v;
+  }
+  long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i,
+                         const std::string& what, std::string_view line) {
+    if (i >= tokens.size()) fail(what, std::string(line));
+    auto v = toInteger(tokens[i]);
+    if (!v) fail(what, std::string(line));
+    return *v;
+  }
+  // A count from a block header, checked against what the rest of the file can hold.
+  int64_t checkedCount(long long count, int64_t bytesEach, const std::string& what);
+  void sendHeader();
+  void readUserLine(std::string_view line);
+  void readParameterLine(std::string_view line);
+  void readNodes(std::string_view line);
+  void readElements(std::string_view line);
+  void readResult(std::string_view line);
+  void readTextRows(FrdBlock& block, int labelWidth);
+  void readBinaryRows(FrdBlock& block, int64_t rows, bool doubles);
+  void skipBlock();
+
+  SourceReader in_;
+  FrdVisitor& visitor_;
+  Warnings& warnings_;
+  FrdHeader header_;
+  bool headerSent_ = false;
+  int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
+  bool binarySeen_ = false;
+  int64_t lineStart_ = 0;  // offset of the line being handled
+};
+
+}  // namespace odbs::ccx

@@ -1,0 +1,159 @@
+#include "tools/ccx/inp_cards.h"
+
+#include "tools/ccx/parse_error.h"
+#include "tools/ccx/text.h"
+
+namespace odbs::ccx {
+namespace {
+
+constexpr size_t kMaxIncludeDepth = 16;
+
+bool isKeywordLine(std::string_view line) {
+  std::string_view t = trim(line);
+  return !t.empty() && t[0] == '*' && !startsWith(t, "**");
+}
+
+// "SOLID  section" -> "SOLID SECTION".
+std::string normaliseKeyword(std::string_view word) {
+  std::string out;
+  for (char c : upper(trim(word))) {
+    if (c == ' ' || c == '\t') {
+      if (!out.empty() && out.back() != ' ') out += ' ';
+    } else {
+      out += c;
+    }
+  }
+  return out;
+}
+
+std::string folderOf(const std::string& path) {
+  size_t slash = path.rfind('/');
+  return slash == std::string::npos ? std::string() : path.substr(0, slash + 1);
+}
+
+}  // namespace
+
+std::string Card::get(const std::string& name, const std::string& fallback) const {
+  auto it = parameters.find(name);
+  return it == parameters.end() ? fallback : it->second;
+}
+
+CardReader::CardReader(const std::string& path) {
+  stack_.push_back(std::make_unique<SourceReader>(path));
+  topSize_ = stack_.front()->fileSize();
+}
+
+int64_t CardReader::topSize() const {
+  return topSize_;
+}
+int64_t CardReader::topOffset() const {
+  return stack_.empty() ? topSize_ : stack_.front()->offset();
+}
+
+bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
+  while (!stack_.empty()) {
+    SourceReader& in = *stack_.back();
+    if (!in.nextLine(line)) {
+      stack_.pop_back();
+      continue;
+    }
+    std::string_view t = trim(line);
+    if (t.empty() || startsWith(t, "**")) continue;
+    where.file = in.path();
+    where.line = in.lineNumber();
+    return true;
+  }
+  return false;
+}
+
+bool CardReader::nextCard(Card& card) {
+  std::string line;
+  SourceRef where;
+  while (true) {
+    if (hasPending_) {
+      line = pending_;
+      where = pendingWhere_;
+      hasPending_ = false;
+    } else if (!nextMeaningful(line, where)) {
+      return false;
+    }
+    if (!isKeywordLine(line)) continue;  // data lines of a card nobody read
+
+    // A keyword line ending with a comma goes on in the next line.
+    std::string text(trim(line));
+    while (!text.empty() && text.back() == ',') {
+      std::string more;
+      SourceRef moreWhere;
+      if (!nextMeaningful(more, moreWhere)) break;
+      if (isKeywordLine(more)) {
+        pending_ = more;
+        pendingWhere_ = moreWhere;
+        hasPending_ = true;
+        break;
+      }
+      text += std::string(trim(more));
+    }
+
+    std::vector<std::string> fields = splitCommas(std::string_view(text).substr(1));
+    card.keyword = normaliseKeyword(fields[0]);
+    card.parameters.clear();
+    card.where = where;
+    for (size_t i = 1; i < fields.size(); ++i) {
+      if (fields[i].empty()) continue;
+      size_t eq = fields[i].find('=');
+      if (eq == std::string::npos) {
+        card.parameters[normaliseKeyword(fields[i])] = "";
+      } else {
+        card.parameters[normaliseKeyword(fields[i].substr(0, eq))] =
+            std::string(trim(std::string_view(fields[i]).substr(eq + 1)));
+      }
+    }
+    if (card.keyword.empty()) throw ParseError(where.file, where.line, "a keyword after '*'", line);
+    if (card.keyword == "INCLUDE") {
+      openInclude(card);
+      continue;
+    }
+    return true;
+  }
+}
+
+void CardReader::openInclude(const Card& card) {
+  std::string input = card.get("INPUT");
+  if (input.empty()) {
+    throw ParseError(card.where.file, card.where.line, "*INCLUDE with INPUT=<file>");
+  }
+  if (stack_.size() >= kMaxIncludeDepth) {
+    throw ParseError(card.where.file, card.where.line,
+                     "at most " + std::to_string(kMaxIncludeDepth) + " nested *INCLUDE files",
+                     input);
+  }
+  if (input.size() >= 2 && input.front() == '"' && input.back() == '"') {
+    input = input.substr(1, input.size() - 2);
+  }
+  std::string path = input[0] == '/' ? input : folderOf(card.where.file) + input;
+  try {
+    stack_.push_back(std::make_unique<SourceReader>(path));
+  } catch (const ParseError&) {
+    throw ParseError(card.where.file, card.where.line, "an included file that can be read", path);
+  }
+}
+
+bool CardReader::nextData(DataLine& line) {
+  if (hasPending_) return false;
+  std::string text;
+  SourceRef where;
+  if (!nextMeaningful(text, where)) return false;
+  if (isKeywordLine(text)) {
+    pending_ = text;
+    pendingWhere_ = where;
+    hasPending_ = true;
+    return false;
+  }
+  line.fields = splitCommas(text);
+  line.endsWithComma = line.fields.size() > 1 && line.fields.back().empty();
+  if (line.endsWithComma) line.fields.pop_back();
+  line.where = where;
+  return true;
+}
+
+}  // namespace odbs::ccx

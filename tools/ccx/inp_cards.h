@@ -1,0 +1,64 @@
+// Splits a CalculiX deck into cards: a keyword line ("*ELEMENT, TYPE=C3D8, ELSET=A") and the
+// data lines under it. Comment lines ("**") and blank lines are dropped, a keyword line that
+// ends with a comma continues on the next line, and *INCLUDE, INPUT=<file> is followed into
+// the named file (relative to the including file's folder) as if its lines stood there.
+//
+// Data lines are handed out one at a time so that a card of a million element lines is
+// never held in memory as a whole.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/ccx/inp_model.h"
+#include "tools/ccx/source_reader.h"
+
+namespace odbs::ccx {
+
+struct Card {
+  std::string keyword;  // upper case, single blanks: "SOLID SECTION"
+  // Parameters by upper-case name; values as written (trimmed), "" for a bare flag.
+  std::map<std::string, std::string> parameters;
+  SourceRef where;
+
+  bool has(const std::string& name) const { return parameters.count(name) > 0; }
+  // The value of a parameter, or fallback when it is absent.
+  std::string get(const std::string& name, const std::string& fallback = "") const;
+};
+
+struct DataLine {
+  std::vector<std::string> fields;  // comma-separated fields, trimmed
+  SourceRef where;
+  bool endsWithComma = false;  // the line's last field was empty ("1, 2,")
+};
+
+class CardReader {
+ public:
+  explicit CardReader(const std::string& path);
+
+  // Moves to the next card, skipping data lines of the current one that were not read.
+  // Returns false at the end of the deck.
+  bool nextCard(Card& card);
+  // The next data line of the current card; false when the next line is a keyword line or
+  // the deck ends.
+  bool nextData(DataLine& line);
+
+  // Total bytes of the top file, and how far reading has come in it (for progress).
+  int64_t topSize() const;
+  int64_t topOffset() const;
+
+ private:
+  // Reads the next line that is neither blank nor a comment, following includes.
+  bool nextMeaningful(std::string& line, SourceRef& where);
+  void openInclude(const Card& card);
+
+  std::vector<std::unique_ptr<SourceReader>> stack_;
+  std::string pending_;  // a keyword line that ended the previous card's data
+  SourceRef pendingWhere_;
+  bool hasPending_ = false;
+  int64_t topSize_ = 0;
+};
+
+}  // namespace odbs::ccx

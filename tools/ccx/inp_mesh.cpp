@@ -1,0 +1,287 @@
+// Mesh keywords of the deck parser: *HEADING, *NODE, *ELEMENT, *NSET, *ELSET, *SURFACE.
+#include <algorithm>
+#include <limits>
+#include <unordered_set>
+
+#include "tools/ccx/element_types.h"
+#include "tools/ccx/inp_builder.h"
+#include "tools/ccx/parse_error.h"
+#include "tools/ccx/text.h"
+
+namespace odbs::ccx {
+
+std::string DeckBuilder::required(const Card& card, const std::string& parameter) const {
+  std::string value = card.get(parameter);
+  if (value.empty()) {
+    throw ParseError(card.where.file, card.where.line,
+                     "parameter " + parameter + "= on *" + card.keyword);
+  }
+  return value;
+}
+
+double DeckBuilder::number(const DataLine& line, size_t field, const std::string& what) const {
+  if (field >= line.fields.size()) {
+    throw ParseError(line.where.file, line.where.line,
+                     what + " in field " + std::to_string(field + 1), "end of line");
+  }
+  auto value = toDouble(line.fields[field]);
+  if (!value) throw ParseError(line.where.file, line.where.line, what, line.fields[field]);
+  return *value;
+}
+
+int32_t DeckBuilder::label(const DataLine& line, size_t field, const std::string& what) const {
+  if (field >= line.fields.size()) {
+    throw ParseError(line.where.file, line.where.line,
+                     what + " in field " + std::to_string(field + 1), "end of line");
+  }
+  auto value = toInteger(line.fields[field]);
+  if (!value || *value < 1 || *value > std::numeric_limits<int32_t>::max()) {
+    throw ParseError(line.where.file, line.where.line, what + " (a positive integer)",
+                     line.fields[field]);
+  }
+  return static_cast<int32_t>(*value);
+}
+
+std::vector<double> DeckBuilder::numbers(const DataLine& line) const {
+  std::vector<double> out;
+  for (size_t i = 0; i < line.fields.size(); ++i) {
+    out.push_back(line.fields[i].empty() ? 0.0 : number(line, i, "a number"));
+  }
+  return out;
+}
+
+void DeckBuilder::countGenerated(int64_t labels, const DataLine& line) {
+  // A few characters must not make billions of labels: the labels that GENERATE ranges
+  // and set names make stay below a bound that grows with the size of the deck.
+  generated_ += labels;
+  if (generated_ > std::max<int64_t>(1 << 22, 64 * reader_.topSize())) {
+    throw ParseError(line.where.file, line.where.line,
+                     "generated set members of at most 64 per byte of the deck",
+                     std::to_string(generated_) + " members");
+  }
+}
+
+LabelSet& DeckBuilder::setNamed(const std::string& name, bool nodes, const SourceRef& where) {
+  auto& index = nodes ? nodeSetIndex_ : elementSetIndex_;
+  auto& sets = nodes ? deck_.nodeSets : deck_.elementSets;
+  auto it = index.find(name);
+  if (it != index.end()) return sets[it->second];
+  index.emplace(name, sets.size());
+  sets.push_back(LabelSet{name, {}, where});
+  return sets.back();
+}
+
+void DeckBuilder::readHeading(const Card&) {
+  DataLine line;
+  while (reader_.nextData(line)) {
+    // The heading is free text: put the comma-split fields back together.
+    std::string text;
+    for (size_t i = 0; i < line.fields.size(); ++i) text += (i ? ", " : "") + line.fields[i];
+    if (line.endsWithComma) text += ",";
+    if (deck_.title.empty()) deck_.title = text;
+    deck_.heading += (deck_.heading.empty() ? "" : "\n") + text;
+  }
+}
+
+void DeckBuilder::readNodes(const Card& card) {
+  LabelSet* set = nullptr;
+  if (card.has("NSET")) set = &setNamed(upper(required(card, "NSET")), true, card.where);
+  DataLine line;
+  while (reader_.nextData(line)) {
+    Node node;
+    node.label = label(line, 0, "a node label");
+    double* coords[3] = {&node.x, &node.y, &node.z};
+    for (size_t i = 1; i < line.fields.size() && i <= 3; ++i) {
+      if (!line.fields[i].empty()) *coords[i - 1] = number(line, i, "a node coordinate");
+    }
+    deck_.nodes.push_back(node);
+    if (set) set->labels.push_back(node.label);
+  }
+}
+
+void DeckBuilder::readElements(const Card& card) {
+  std::string type = upper(required(card, "TYPE"));
+  int count = deckNodeCount(type);
+  LabelSet* set = nullptr;
+  if (card.has("ELSET")) set = &setNamed(upper(required(card, "ELSET")), false, card.where);
+  DataLine line;
+  while (reader_.nextData(line)) {
+    Element element;
+    element.type = type;
+    element.label = label(line, 0, "an element label");
+    for (size_t i = 1; i < line.fields.size(); ++i) {
+      element.nodes.push_back(
+          label(line, i, "a node label of element " + std::to_string(element.label)));
+    }
+    // An element whose node list is longer than one line goes on in the next lines: as many
+    // as the type needs, or while lines end with a comma for types not in the table.
+    while ((count >= 0 && static_cast<int>(element.nodes.size()) < count) ||
+           (count < 0 && line.endsWithComma)) {
+      if (!reader_.nextData(line)) {
+        throw ParseError(line.where.file, line.where.line,
+                         std::to_string(count) + " node labels for element " +
+                             std::to_string(element.label) + " of type " + type,
+                         std::to_string(element.nodes.size()));
+      }
+      for (size_t i = 0; i < line.fields.size(); ++i) {
+        element.nodes.push_back(
+            label(line, i, "a node label of element " + std::to_string(element.label)));
+      }
+    }
+    if (count >= 0 && static_cast<int>(element.nodes.size()) != count) {
+      throw ParseError(line.where.file, line.where.line,
+                       std::to_string(count) + " node labels for element " +
+                           std::to_string(element.label) + " of type " + type,
+                       std::to_string(element.nodes.size()) + " labels");
+    }
+    if (element.nodes.empty()) {
+      throw ParseError(line.where.file, line.where.line,
+                       "node labels after element label " + std::to_string(element.label));
+    }
+    if (set) set->labels.push_back(element.label);
+    deck_.elements.push_back(std::move(element));
+  }
+}
+
+void DeckBuilder::readSet(const Card& card, bool nodes) {
+  const char* parameter = nodes ? "NSET" : "ELSET";
+  std::string name = upper(required(card, parameter));
+  setNamed(name, nodes, card.where);
+  // Sets are addressed by index: the vector of sets does not move while this card is read,
+  // but references into it would not survive a later change of this code.
+  auto& index = nodes ? nodeSetIndex_ : elementSetIndex_;
+  auto& sets = nodes ? deck_.nodeSets : deck_.elementSets;
+  size_t self = index.at(name);
+  bool generate = card.has("GENERATE");
+  DataLine line;
+  while (reader_.nextData(line)) {
+    if (generate) {
+      int32_t first = label(line, 0, "the first label of a GENERATE range");
+      int32_t last = label(line, 1, "the last label of a GENERATE range");
+      int32_t step = line.fields.size() > 2 && !line.fields[2].empty()
+                         ? label(line, 2, "the increment of a GENERATE range")
+                         : 1;
+      if (last < first) {
+        throw ParseError(line.where.file, line.where.line,
+                         "a GENERATE range whose last label is not below its first",
+                         line.fields[0] + ", " + line.fields[1]);
+      }
+      countGenerated((static_cast<int64_t>(last) - first) / step + 1, line);
+      for (int64_t l = first; l <= last; l += step)
+        sets[self].labels.push_back(static_cast<int32_t>(l));
+      continue;
+    }
+    for (size_t i = 0; i < line.fields.size(); ++i) {
+      const std::string& field = line.fields[i];
+      if (field.empty()) continue;
+      if (toInteger(field)) {
+        sets[self].labels.push_back(label(line, i, "a label"));
+        continue;
+      }
+      auto member = index.find(upper(field));
+      if (member == index.end()) {
+        throw ParseError(
+            line.where.file, line.where.line,
+            std::string("a label or the name of a defined ") + (nodes ? "node set" : "element set"),
+            field);
+      }
+      if (member->second == self) continue;
+      std::vector<int32_t> labels = sets[member->second].labels;
+      countGenerated(static_cast<int64_t>(labels.size()), line);
+      sets[self].labels.insert(sets[self].labels.end(), labels.begin(), labels.end());
+    }
+  }
+}
+
+void DeckBuilder::readSurface(const Card& card) {
+  Surface surface;
+  surface.name = upper(required(card, "NAME"));
+  std::string type = upper(card.get("TYPE", "ELEMENT"));
+  if (type != "ELEMENT" && type != "NODE") {
+    throw ParseError(card.where.file, card.where.line, "TYPE=ELEMENT or TYPE=NODE on *SURFACE",
+                     type);
+  }
+  surface.nodeBased = type == "NODE";
+  surface.where = card.where;
+  DataLine line;
+  while (reader_.nextData(line)) {
+    if (line.fields.empty() || line.fields[0].empty()) {
+      throw ParseError(line.where.file, line.where.line, "a label or set name");
+    }
+    const std::string& first = line.fields[0];
+    std::vector<int32_t> labels;
+    if (toInteger(first)) {
+      labels.push_back(label(line, 0, "a label"));
+    } else {
+      auto& index = surface.nodeBased ? nodeSetIndex_ : elementSetIndex_;
+      auto it = index.find(upper(first));
+      if (it == index.end()) {
+        throw ParseError(
+            line.where.file, line.where.line,
+            surface.nodeBased ? "a node label or node set" : "an element label or element set",
+            first);
+      }
+      labels = (surface.nodeBased ? deck_.nodeSets : deck_.elementSets)[it->second].labels;
+    }
+    if (surface.nodeBased) {
+      surface.nodes.insert(surface.nodes.end(), labels.begin(), labels.end());
+      continue;
+    }
+    if (line.fields.size() < 2 || line.fields[1].empty()) {
+      throw ParseError(line.where.file, line.where.line,
+                       "a face name (S1, S2, ...) after " + first);
+    }
+    std::string face = upper(line.fields[1]);
+    for (int32_t l : labels) surface.faces.push_back(Surface::Face{l, face});
+  }
+  deck_.surfaces.push_back(std::move(surface));
+}
+
+bool DeckBuilder::meshCard(const Card& card) {
+  const std::string& k = card.keyword;
+  if (k == "HEADING") {
+    readHeading(card);
+  } else if (k == "NODE") {
+    readNodes(card);
+  } else if (k == "ELEMENT") {
+    readElements(card);
+  } else if (k == "NSET") {
+    readSet(card, true);
+  } else if (k == "ELSET") {
+    readSet(card, false);
+  } else if (k == "SURFACE") {
+    readSurface(card);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void DeckBuilder::finish() {
+  for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
+    for (LabelSet& set : *sets) {
+      std::unordered_set<int32_t> seen;
+      std::vector<int32_t> unique;
+      unique.reserve(set.labels.size());
+      for (int32_t l : set.labels) {
+        if (seen.insert(l).second) unique.push_back(l);
+      }
+      set.labels.swap(unique);
+    }
+  }
+  // A solid section on truss elements is a truss section.
+  std::unordered_map<int32_t, const Element*> byLabel;
+  for (const Element& e : deck_.elements) byLabel.emplace(e.label, &e);
+  for (Section& section : deck_.sections) {
+    if (section.kind != SectionKind::Solid) continue;
+    const LabelSet* set = deck_.elementSet(section.elset);
+    if (!set || set->labels.empty()) continue;
+    auto it = byLabel.find(set->labels.front());
+    if (it != byLabel.end() &&
+        (startsWith(it->second->type, "T2D") || startsWith(it->second->type, "T3D"))) {
+      section.kind = SectionKind::Truss;
+    }
+  }
+}
+
+}  // namespace odbs::ccx

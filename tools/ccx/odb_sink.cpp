@@ -1,0 +1,169 @@
+#include "tools/ccx/odb_sink.h"
+
+#include <map>
+#include <set>
+
+#include "tools/ccx/model_import.h"
+
+namespace odbs::ccx {
+namespace {
+
+std::string sectionPointDescription(int point) {
+  int layer = (point + 1) / 2;
+  return "Layer = " + std::to_string(layer) + (point % 2 ? ", bottom" : ", top");
+}
+
+}  // namespace
+
+OdbSink::OdbSink(const Deck& deck, odb::Writer& writer) : deck_(deck), writer_(writer) {
+  elementType_.reserve(deck.elements.size());
+  for (const Element& e : deck.elements) elementType_.emplace(e.label, &e.type);
+}
+
+void OdbSink::step(int, const PlannedStep& step) {
+  odb::StepData data;
+  data.name = step.step->name;
+  data.description = step.step->description;
+  data.procedure = "*" + step.step->procedure;
+  data.domain = step.domain;
+  data.totalTime = step.startTime;
+  domain_ = step.domain;
+  writer_.addStep(data);
+}
+
+void OdbSink::frame(int, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
+                    std::vector<PointField>&& points) {
+  odb::FrameData data;
+  data.domain = domain_;
+  data.mode = frame.mode;
+  data.frameValue = frame.frameValue;
+  data.frequency = domain_ == odb_Enum::FREQUENCY ? frame.frameValue : 0.0;
+  data.description = frame.description;
+  writer_.addFrame(data);
+
+  // Field outputs by name, nodal ones first in file order, then those only printed.
+  std::vector<std::string> order;
+  std::map<std::string, NodalField*> byNodal;
+  std::map<std::string, PointField*> byPoint;
+  for (NodalField& f : nodal) {
+    if (byNodal.emplace(f.part.name, &f).second) order.push_back(f.part.name);
+  }
+  for (PointField& f : points) {
+    if (byPoint.emplace(f.name, &f).second && !byNodal.count(f.name)) order.push_back(f.name);
+  }
+  for (const std::string& name : order) {
+    NodalField* n = byNodal.count(name) ? byNodal[name] : nullptr;
+    PointField* p = byPoint.count(name) ? byPoint[name] : nullptr;
+    if (n && p && (n->part.type != p->type || n->part.labels != p->labels)) p = nullptr;
+    odb::FieldOutputData field;
+    field.name = name;
+    field.description = n ? n->part.description : p->description;
+    field.type = n ? n->part.type : p->type;
+    field.componentLabels = n ? n->part.labels : p->labels;
+    field.isComplex = (n && !n->imaginary.empty()) || (p && !p->imaginary.empty());
+    writer_.addFieldOutput(field);
+    if (n) {
+      odb::FieldBlockData block;
+      block.instance = kInstanceName;
+      block.position = odb_Enum::NODAL;
+      block.type = field.type;
+      block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
+      block.nodeLabels = std::move(n->nodes);
+      block.data = std::move(n->values);
+      if (field.isComplex) {
+        block.conjugateData = n->imaginary.empty() ? std::vector<float>(block.data.size(), 0.f)
+                                                   : std::move(n->imaginary);
+      }
+      writer_.addFieldBlock(block);
+    }
+    if (p) addPointBlocks(*p, field.isComplex);
+  }
+}
+
+void OdbSink::addPointBlocks(const PointField& field, bool complex) {
+  // One block per element type and section point, rows in the printed order.
+  const size_t width = std::max<size_t>(1, field.labels.size());
+  std::map<std::pair<std::string, int32_t>, std::vector<size_t>> groups;
+  std::vector<std::pair<std::string, int32_t>> keys;
+  for (size_t r = 0; r < field.elements.size(); ++r) {
+    auto it = elementType_.find(field.elements[r]);
+    std::string type = it == elementType_.end() ? std::string() : *it->second;
+    auto key = std::make_pair(type, field.sectionPoints[r]);
+    auto [g, inserted] = groups.emplace(key, std::vector<size_t>());
+    if (inserted) keys.push_back(key);
+    g->second.push_back(r);
+  }
+  for (const auto& key : keys) {
+    const std::vector<size_t>& rows = groups[key];
+    odb::FieldBlockData block;
+    block.instance = kInstanceName;
+    block.elementType = key.first;
+    block.position = odb_Enum::INTEGRATION_POINT;
+    block.type = field.type;
+    block.width = static_cast<int32_t>(width);
+    if (key.second > 0) block.sectionPoint = {key.second, sectionPointDescription(key.second)};
+    std::set<int32_t> elements;
+    for (size_t r : rows) {
+      block.elementLabels.push_back(field.elements[r]);
+      block.integrationPoints.push_back(field.integrationPoints[r]);
+      elements.insert(field.elements[r]);
+      for (size_t c = 0; c < width; ++c) {
+        block.data.push_back(field.values[r * width + c]);
+        if (complex) {
+          block.conjugateData.push_back(field.imaginary.empty() ? 0.f
+                                                                : field.imaginary[r * width + c]);
+        }
+      }
+    }
+    block.numberOfElements = static_cast<int32_t>(elements.size());
+    writer_.addFieldBlock(block);
+  }
+}
+
+void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
+  for (const HistoryRegionData& r : regions) {
+    odb::HistoryRegionData region;
+    region.name = r.name;
+    region.point.position = r.position;
+    region.point.instance = kInstanceName;
+    if (r.position == odb_Enum::NODAL) {
+      region.description = "Output at node " + std::to_string(r.node);
+      region.point.nodeLabel = r.node;
+    } else if (r.position == odb_Enum::WHOLE_REGION) {
+      region.description = "Output totalled over node set " + r.set;
+      region.point.region.name = r.set;
+      region.point.region.type = odb_Enum::NODE_SET;
+      if (const LabelSet* set = deck_.nodeSet(r.set)) {
+        region.point.region.addMembers(kInstanceName, set->labels);
+      }
+    } else {
+      region.description = "Contact output at face " + std::to_string(r.face) + " of element " +
+                           std::to_string(r.element);
+      region.point.elementLabel = r.element;
+      region.point.integrationPoint = r.integrationPoint;
+      auto it = elementType_.find(r.element);
+      if (it != elementType_.end()) region.point.elementType = *it->second;
+    }
+    for (const auto& [name, o] : r.outputs) {
+      odb::HistoryOutputData output;
+      output.name = name;
+      output.description = o.description;
+      output.type = odb_Enum::SCALAR;
+      output.width = 2;
+      for (size_t i = 0; i < o.values.size(); ++i) {
+        output.data.push_back(static_cast<float>(o.frameValues[i]));
+        output.data.push_back(o.values[i]);
+      }
+      if (!o.imaginary.empty()) {
+        for (size_t i = 0; i < o.values.size(); ++i) {
+          output.conjugateData.push_back(static_cast<float>(o.frameValues[i]));
+          output.conjugateData.push_back(i < o.imaginary.size() ? o.imaginary[i] : 0.f);
+        }
+      }
+      region.outputs.push_back(std::move(output));
+    }
+    writer_.addHistoryRegion(region);
+  }
+}
+
+}  // namespace odbs::ccx

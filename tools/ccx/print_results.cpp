@@ -1,0 +1,207 @@
+#include "tools/ccx/print_results.h"
+
+#include "tools/ccx/model_import.h"
+#include "tools/ccx/text.h"
+
+namespace odbs::ccx {
+namespace {
+
+struct PointQuantity {
+  const char* name;
+  const char* description;
+  odb_Enum::odb_DataTypeEnum type;
+  std::vector<std::string> labels;
+};
+
+// Integration point tables by their printed quantity; the solver prints tensors as
+// xx, yy, zz, xy, xz, yz, which is the database's 11, 22, 33, 12, 13, 23 already.
+const std::map<std::string, PointQuantity>& pointQuantities() {
+  static const std::map<std::string, PointQuantity> known = {
+      {"stresses",
+       {"S",
+        "Stress components",
+        odb_Enum::TENSOR_3D_FULL,
+        {"S11", "S22", "S33", "S12", "S13", "S23"}}},
+      {"strains",
+       {"E",
+        "Strain components",
+        odb_Enum::TENSOR_3D_FULL,
+        {"E11", "E22", "E33", "E12", "E13", "E23"}}},
+      {"mechanical strains",
+       {"ME",
+        "Mechanical strain components",
+        odb_Enum::TENSOR_3D_FULL,
+        {"ME11", "ME22", "ME33", "ME12", "ME13", "ME23"}}},
+      {"equivalent plastic strain", {"PEEQ", "Equivalent plastic strain", odb_Enum::SCALAR, {}}},
+      {"internal energy density", {"ENER", "Strain energy density", odb_Enum::SCALAR, {}}},
+  };
+  return known;
+}
+
+struct HistoryQuantity {
+  std::vector<std::string> outputs;  // one per printed column
+  const char* description;
+};
+
+const std::map<std::string, HistoryQuantity>& historyQuantities() {
+  static const std::map<std::string, HistoryQuantity> known = {
+      {"displacements", {{"U1", "U2", "U3"}, "Spatial displacement"}},
+      {"velocities", {{"V1", "V2", "V3"}, "Spatial velocity"}},
+      {"forces", {{"RF1", "RF2", "RF3"}, "Reaction force"}},
+      {"total force", {{"RF1", "RF2", "RF3"}, "Total reaction force of the set"}},
+      {"temperatures", {{"NT11"}, "Nodal temperature"}},
+      {"relative contact displacement",
+       {{"COPEN", "CSLIP1", "CSLIP2"}, "Contact opening and relative tangential motion"}},
+      {"contact stress",
+       {{"CPRESS", "CSHEAR1", "CSHEAR2"}, "Contact pressure and frictional shear stress"}},
+  };
+  return known;
+}
+
+bool isShell(const std::string& type) {
+  return (type.size() >= 2 && type[0] == 'S' && type[1] >= '3' && type[1] <= '8') ||
+         startsWith(type, "M3D");
+}
+
+}  // namespace
+
+ShellLayers shellLayersOf(const Deck& deck) {
+  ShellLayers layers;
+  for (const Element& e : deck.elements) {
+    if (isShell(e.type)) layers[e.label] = 1;
+  }
+  for (const Section& s : deck.sections) {
+    if (s.kind != SectionKind::CompositeShell) continue;
+    const LabelSet* set = deck.elementSet(s.elset);
+    if (!set) continue;
+    for (int32_t label : set->labels) {
+      auto it = layers.find(label);
+      if (it != layers.end()) it->second = static_cast<int>(s.layers.size());
+    }
+  }
+  return layers;
+}
+
+std::vector<PointField> pointFieldsOf(const std::vector<const DatBlock*>& tables,
+                                      const ShellLayers& shells, Warnings& warnings) {
+  std::vector<PointField> fields;
+  std::map<std::string, size_t> byName;
+  for (const DatBlock* table : tables) {
+    if (table->kind != DatRowKind::IntegrationPoint) continue;
+    auto known = pointQuantities().find(table->quantity);
+    if (known == pointQuantities().end() ||
+        table->components.size() != std::max<size_t>(1, known->second.labels.size())) {
+      warnings.warn("dat-quantity:" + table->quantity,
+                    "printed " + table->quantity + " at integration points are not imported");
+      continue;
+    }
+    const PointQuantity& q = known->second;
+    auto [it, inserted] = byName.emplace(q.name, fields.size());
+    if (inserted) {
+      PointField f;
+      f.name = q.name;
+      f.description = q.description;
+      f.type = q.type;
+      f.labels = q.labels;
+      fields.push_back(std::move(f));
+    }
+    PointField& f = fields[it->second];
+    std::vector<float> values(table->values.begin(), table->values.end());
+    if (table->imaginary) {
+      // The imaginary parts of the rows already added from the real table.
+      f.imaginary.insert(f.imaginary.end(), values.begin(), values.end());
+      continue;
+    }
+    for (size_t r = 0; r < table->rows(); ++r) {
+      int32_t element = table->labels[r];
+      int32_t point = table->labels2[r];
+      auto shell = shells.find(element);
+      int32_t section = 0;
+      if (shell != shells.end()) {
+        section = shellSectionPoint(point, shell->second);
+        point = (point - 1) % 4 + 1;  // the point within the shell's surface
+      }
+      f.elements.push_back(element);
+      f.integrationPoints.push_back(point);
+      f.sectionPoints.push_back(section);
+    }
+    f.values.insert(f.values.end(), values.begin(), values.end());
+  }
+  for (PointField& f : fields) {
+    if (!f.imaginary.empty() && f.imaginary.size() != f.values.size()) f.imaginary.clear();
+  }
+  return fields;
+}
+
+HistoryRegionData& HistoryCollector::region(const std::string& name) {
+  auto [it, inserted] = index_.emplace(name, regions_.size());
+  if (inserted) {
+    regions_.emplace_back();
+    regions_.back().name = name;
+  }
+  return regions_[it->second];
+}
+
+void HistoryCollector::sample(HistoryRegionData& r, const std::string& output,
+                              const std::string& description, double frameValue, double value,
+                              bool imaginary) {
+  HistoryOutputData& o = r.outputs[output];
+  o.description = description;
+  if (imaginary) {
+    // The real part of this sample came first; pad outputs that never had imaginary parts.
+    if (o.values.empty()) return;
+    o.imaginary.resize(o.values.size() - 1, 0.f);
+    o.imaginary.push_back(static_cast<float>(value));
+    return;
+  }
+  o.frameValues.push_back(frameValue);
+  o.values.push_back(static_cast<float>(value));
+}
+
+bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& warnings) {
+  if (table.kind == DatRowKind::IntegrationPoint) return false;
+  if (table.kind == DatRowKind::Element) {
+    warnings.warn("dat-quantity:" + table.quantity,
+                  "printed " + table.quantity + " per element are not imported");
+    return false;
+  }
+  auto known = historyQuantities().find(table.quantity);
+  if (known == historyQuantities().end() ||
+      known->second.outputs.size() != table.components.size()) {
+    warnings.warn("dat-quantity:" + table.quantity,
+                  "printed " + table.quantity + " are not imported");
+    return false;
+  }
+  const HistoryQuantity& q = known->second;
+  const size_t width = table.components.size();
+  std::map<std::pair<int32_t, int32_t>, int> pointOfFace;  // rows per face so far
+  for (size_t r = 0; r < table.rows(); ++r) {
+    HistoryRegionData* target;
+    if (table.kind == DatRowKind::Total) {
+      target = &region("Node set " + table.set);
+      target->position = odb_Enum::WHOLE_REGION;
+      target->set = table.set;
+    } else if (table.kind == DatRowKind::ContactFace) {
+      int32_t element = table.labels[r], face = table.labels2[r];
+      int point = ++pointOfFace[{element, face}];
+      target = &region(std::string("Element ") + kInstanceName + "." + std::to_string(element) +
+                       " Face " + std::to_string(face) + " Int Point " + std::to_string(point));
+      target->position = odb_Enum::ELEMENT_FACE_INTEGRATION_POINT;
+      target->element = element;
+      target->face = face;
+      target->integrationPoint = point;
+    } else {
+      int32_t node = table.labels[r];
+      target = &region(std::string("Node ") + kInstanceName + "." + std::to_string(node));
+      target->position = odb_Enum::NODAL;
+      target->node = node;
+    }
+    for (size_t c = 0; c < width; ++c) {
+      sample(*target, q.outputs[c], q.description, frameValue, table.values[r * width + c],
+             table.imaginary);
+    }
+  }
+  return true;
+}
+
+}  // namespace odbs::ccx

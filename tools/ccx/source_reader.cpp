@@ -1,0 +1,73 @@
+#include "tools/ccx/source_reader.h"
+
+#include <cstring>
+#include <filesystem>
+
+#include "tools/ccx/parse_error.h"
+
+namespace odbs::ccx {
+
+SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 16) {
+  // Devices and pipes never end or cannot seek: only regular files are input.
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(path, error)) {
+    throw ParseError(path, 0, "a readable file", "no such regular file");
+  }
+  in_.open(path, std::ios::binary);
+  if (!in_) throw ParseError(path, 0, "a readable file", "cannot open it");
+  in_.seekg(0, std::ios::end);
+  size_ = static_cast<int64_t>(in_.tellg());
+  in_.seekg(0, std::ios::beg);
+  if (!in_) throw ParseError(path, 0, "a readable file", "cannot read it");
+}
+
+bool SourceReader::fill() {
+  if (pos_ < end_) return true;
+  in_.read(buf_.data(), static_cast<std::streamsize>(buf_.size()));
+  pos_ = 0;
+  end_ = static_cast<size_t>(in_.gcount());
+  return end_ > 0;
+}
+
+bool SourceReader::nextLine(std::string& line) {
+  line.clear();
+  if (!fill()) return false;
+  ++line_;
+  while (true) {
+    const char* start = buf_.data() + pos_;
+    const void* nl = std::memchr(start, '\n', end_ - pos_);
+    if (nl) {
+      size_t n = static_cast<const char*>(nl) - start;
+      line.append(start, n);
+      pos_ += n + 1;
+      offset_ += static_cast<int64_t>(n + 1);
+      break;
+    }
+    line.append(start, end_ - pos_);
+    offset_ += static_cast<int64_t>(end_ - pos_);
+    pos_ = end_;
+    if (line.size() > kMaxLine) {
+      throw ParseError(path_, line_, "a line of at most " + std::to_string(kMaxLine) + " bytes",
+                       line.substr(0, 40));
+    }
+    if (!fill()) break;
+  }
+  if (!line.empty() && line.back() == '\r') line.pop_back();
+  return true;
+}
+
+bool SourceReader::readBytes(void* out, size_t n) {
+  char* dst = static_cast<char*>(out);
+  while (n > 0) {
+    if (!fill()) return false;
+    size_t take = std::min(n, end_ - pos_);
+    std::memcpy(dst, buf_.data() + pos_, take);
+    pos_ += take;
+    offset_ += static_cast<int64_t>(take);
+    dst += take;
+    n -= take;
+  }
+  return true;
+}
+
+}  // namespace odbs::ccx

@@ -1,0 +1,47 @@
+// Buffered reading of one input file as lines and, where a format mixes them in, raw bytes.
+// Keeps the current line number and byte offset for error messages. Lines end at '\n'; a
+// '\r' before it is dropped, so files written on Windows read the same.
+#pragma once
+
+#include <cstdint>
+#include <fstream>
+#include <string>
+#include <vector>
+
+namespace odbs::ccx {
+
+class SourceReader {
+ public:
+  // Lines longer than this are refused: no text line of the solver's files comes near it,
+  // and a damaged file must not grow one line without bound.
+  static constexpr size_t kMaxLine = 1 << 20;
+
+  // Opens path for reading; throws ParseError when it is not a regular file or cannot be
+  // opened.
+  explicit SourceReader(const std::string& path);
+
+  const std::string& path() const { return path_; }
+  // Number of the line last returned by nextLine (1-based; 0 before the first).
+  int64_t lineNumber() const { return line_; }
+  // Offset of the next unread byte from the start of the file.
+  int64_t offset() const { return offset_; }
+  int64_t fileSize() const { return size_; }
+
+  // Reads the next line into line (without its end). Returns false at the end of the file.
+  bool nextLine(std::string& line);
+  // Reads exactly n bytes; returns false (and reads what there is) when the file ends first.
+  bool readBytes(void* out, size_t n);
+
+ private:
+  bool fill();
+
+  std::string path_;
+  std::ifstream in_;
+  std::vector<char> buf_;
+  size_t pos_ = 0, end_ = 0;
+  int64_t line_ = 0;
+  int64_t offset_ = 0;
+  int64_t size_ = 0;
+};
+
+}  // namespace odbs::ccx

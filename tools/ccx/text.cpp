@@ -1,0 +1,85 @@
+#include "tools/ccx/text.h"
+
+#include <cctype>
+#include <charconv>
+
+namespace odbs::ccx {
+
+std::string_view trim(std::string_view s) {
+  size_t b = 0, e = s.size();
+  while (b < e && (s[b] == ' ' || s[b] == '\t' || s[b] == '\r' || s[b] == '\n')) ++b;
+  while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t' || s[e - 1] == '\r' || s[e - 1] == '\n'))
+    --e;
+  return s.substr(b, e - b);
+}
+
+std::string upper(std::string_view s) {
+  std::string out(s);
+  for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+  return out;
+}
+
+bool startsWith(std::string_view s, std::string_view prefix) {
+  return s.size() >= prefix.size() && s.compare(0, prefix.size(), prefix) == 0;
+}
+
+std::vector<std::string> splitCommas(std::string_view s) {
+  std::vector<std::string> out;
+  size_t start = 0;
+  while (true) {
+    size_t comma = s.find(',', start);
+    out.emplace_back(
+        trim(s.substr(start, comma == std::string_view::npos ? s.npos : comma - start)));
+    if (comma == std::string_view::npos) break;
+    start = comma + 1;
+  }
+  return out;
+}
+
+std::vector<std::string_view> splitBlanks(std::string_view s) {
+  std::vector<std::string_view> out;
+  size_t i = 0;
+  while (i < s.size()) {
+    while (i < s.size() && (s[i] == ' ' || s[i] == '\t' || s[i] == '\r')) ++i;
+    size_t b = i;
+    while (i < s.size() && s[i] != ' ' && s[i] != '\t' && s[i] != '\r') ++i;
+    if (i > b) out.push_back(s.substr(b, i - b));
+  }
+  return out;
+}
+
+std::optional<double> toDouble(std::string_view s) {
+  s = trim(s);
+  if (s.empty() || s.size() > 64) return std::nullopt;
+  // from_chars takes neither a leading '+' nor a 'D' exponent; rewrite those in a copy.
+  char buf[72];
+  size_t n = 0;
+  for (size_t i = 0; i < s.size(); ++i) {
+    char c = s[i];
+    if (c == 'd' || c == 'D') c = 'E';
+    if (c == '+' && i == 0) continue;
+    buf[n++] = c;
+  }
+  if (n == 0) return std::nullopt;
+  double value = 0;
+  auto [end, ec] = std::from_chars(buf, buf + n, value);
+  if (ec != std::errc() || end != buf + n) return std::nullopt;
+  return value;
+}
+
+std::optional<long long> toInteger(std::string_view s) {
+  s = trim(s);
+  if (!s.empty() && s[0] == '+') s.remove_prefix(1);
+  if (s.empty()) return std::nullopt;
+  long long value = 0;
+  auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
+  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
+  return value;
+}
+
+std::string_view column(std::string_view line, size_t begin, size_t width) {
+  if (begin >= line.size()) return {};
+  return line.substr(begin, width);
+}
+
+}  // namespace odbs::ccx

@@ -113,9 +113,8 @@ FrameBuilder& FrameBuilder::raw(const std::string& s) {
 }
 
 Bytes FrameBuilder::frame() const {
-  Bytes f(2);
-  putU16(f.data(), static_cast<uint16_t>(body_.size()));
-  f.insert(f.end(), body_.begin(), body_.end());
+  Bytes f(2 + body_.size());
+  putBytes(putU16(f.data(), static_cast<uint16_t>(body_.size())), body_.data(), body_.size());
   return f;
 }
 

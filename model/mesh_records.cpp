@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "model/wire_arrays.h"
+#include "core/coding.h"
 
 namespace odbs {
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "model/wire_arrays.h"
+#include "core/coding.h"
 
 namespace odbs {
 

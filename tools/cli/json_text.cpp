@@ -19,6 +19,16 @@ std::string formatNumber(float v) {
   return buf;
 }
 
+std::string formatNumber(double v) {
+  if (!std::isfinite(v)) return v != v ? "nan" : (v > 0 ? "inf" : "-inf");
+  char buf[40];
+  for (int precision = 6; precision <= 17; ++precision) {
+    std::snprintf(buf, sizeof buf, "%.*g", precision, v);
+    if (std::strtod(buf, nullptr) == v) break;
+  }
+  return buf;
+}
+
 void JsonWriter::separate() {
   if (afterKey_) {
     afterKey_ = false;
@@ -65,6 +75,12 @@ JsonWriter& JsonWriter::value(int64_t v) {
 JsonWriter& JsonWriter::value(float v) {
   separate();
   // JSON has no text for the values that are not finite.
+  out_ << (std::isfinite(v) ? formatNumber(v) : "null");
+  return *this;
+}
+
+JsonWriter& JsonWriter::value(double v) {
+  separate();
   out_ << (std::isfinite(v) ? formatNumber(v) : "null");
   return *this;
 }

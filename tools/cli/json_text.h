@@ -13,6 +13,8 @@ namespace odbs::cli {
 
 // Shortest "%g"-style text of a float that reads back as the same float.
 std::string formatNumber(float v);
+// Shortest "%g"-style text of a double that reads back as the same double.
+std::string formatNumber(double v);
 
 class JsonWriter {
  public:
@@ -29,6 +31,7 @@ class JsonWriter {
   JsonWriter& value(const std::string& s) { return value(std::string_view(s)); }
   JsonWriter& value(int64_t v);
   JsonWriter& value(float v);
+  JsonWriter& value(double v);
   JsonWriter& value(bool v);
   JsonWriter& numbers(const std::vector<float>& v);
   JsonWriter& strings(const std::vector<std::string>& v);

@@ -12,6 +12,7 @@
 #include "tools/cli/cli_options.h"
 #include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
+#include "tools/cli/steps_command.h"
 
 namespace {
 
@@ -25,6 +26,8 @@ const char kUsage[] =
     "                  the model: sections, materials, nodes and elements per instance\n"
     "  sets DATABASE [--records] [--surfaces] [--coupling] [--named NAME...]\n"
     "                  node sets, element sets and surfaces with their member counts\n"
+    "  steps DATABASE [--records] [--all-frames] [--cache FILE]\n"
+    "                  steps and frames; --cache keeps the catalogue in FILE\n"
     "\n"
     "options:\n"
     "  --server PATH     the odb_server program (default: beside odb_cli)\n"
@@ -48,10 +51,15 @@ int runSetsCommand(const odbs::cli::CliOptions& options, const std::string& serv
   return odbs::cli::runSets(options, serverPath, std::cout, std::cerr);
 }
 
+int runStepsCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runSteps(options, serverPath, std::cout, std::cerr);
+}
+
 const Subcommand kSubcommands[] = {
     {"raw", runRawCommand},
     {"model", runModelCommand},
     {"sets", runSetsCommand},
+    {"steps", runStepsCommand},
 };
 
 }  // namespace

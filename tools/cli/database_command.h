@@ -1,0 +1,39 @@
+// What the database subcommands of odb_cli share: their arguments (a database path and
+// flags), one exchange with a freshly started server, and the record-by-record output.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+#include "client/record.h"
+#include "tools/cli/cli_options.h"
+
+namespace odbs::cli {
+
+struct Request {
+  std::string database;
+  std::vector<std::string> flags;
+  std::vector<std::string> names;  // after --named
+
+  bool has(const std::string& flag) const;
+};
+
+// Splits options.args into the database path, the flags listed in known and the names
+// after --named (when known lists it). Returns false, with a message on err, on anything
+// else.
+bool parseRequest(const CliOptions& options, const std::vector<std::string>& known, Request* req,
+                  std::ostream& err);
+
+// Starts a server, sends lines (all but the last must be silent) and feeds the records of
+// the last one's reply to onRecord. Returns 0, or 1 with the error on err.
+int exchange(const CliOptions& options, const std::string& serverPath,
+             const std::vector<std::string>& lines,
+             const std::function<void(const client::RecordView&)>& onRecord, std::ostream& err);
+
+// Every record of every line, through the raw printer. Returns raw mode's exit code.
+int printRecords(const CliOptions& options, const std::string& serverPath,
+                 const std::vector<std::string>& lines, std::ostream& out);
+
+}  // namespace odbs::cli

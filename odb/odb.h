@@ -19,6 +19,7 @@
 #include "odb/lazy.h"
 #include "odb/materials.h"
 #include "odb/model.h"
+#include "odb/repository.h"
 #include "odb/results.h"
 #include "odb/sections.h"
 

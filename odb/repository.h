@@ -31,6 +31,7 @@ class odb_OdbRepository : public thr_GlobalSingletonBase {
 
   // Enters odb under key, replacing an earlier entry of that key.
   void insert(const std::string& key, odb_Odb& odb);
+  void insert(const std::string& key, odb_Odb* odb) { insert(key, *odb); }
   // The database under key; throws std::out_of_range when there is none.
   odb_Odb& get(const std::string& key) const;
   odb_Odb& operator[](const std::string& key) const { return get(key); }

@@ -139,13 +139,15 @@ class odb_Frame {
   double frameValue() const { return d_.frameValue; }
   double frequency() const { return d_.frequency; }
   const std::string& description() const { return d_.description; }
+  // Field output descriptions, loaded on the first call and kept until closeOdb.
   const odb_FieldOutputRepository& fieldOutputs() const { return fields_.get(); }
-  // Releases the field output descriptions (they load again on the next fieldOutputs()).
-  void releaseFieldOutputs() { fields_.clear(); }
+  // Releases the field output descriptions (they load again on the next fieldOutputs());
+  // for walks over very many frames. References from fieldOutputs() become invalid.
+  void releaseFieldOutputs() const { fields_.clear(); }
 
  private:
   odb::FrameData d_;
-  odb::Lazy<odb_FieldOutputRepository> fields_;
+  mutable odb::Lazy<odb_FieldOutputRepository> fields_;
 };
 using odb_SequenceFrame = odb_Sequence<odb_Frame>;
 

@@ -60,7 +60,9 @@ struct FieldBlockData {
   std::vector<float> data, conjugateData;
   std::vector<double> dataDouble, conjugateDataDouble;
   std::vector<int32_t> elementLabels, nodeLabels, integrationPoints;
-  int32_t numberOfElements = 0;  // distinct elements of the block (0 for nodal blocks)
+  // Distinct elements of the block; 0 for nodal blocks. Left 0 on a block with element
+  // labels, the writer stores the number of distinct labels.
+  int32_t numberOfElements = 0;
   std::vector<float> localCsys;
   int32_t csysWidth = 0;
 

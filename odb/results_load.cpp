@@ -80,7 +80,12 @@ std::vector<odb_FieldBulkData> loadBlocks(const SourcePtr& src, const std::strin
       d.data = b.read<float>("data", values);
       if (complex) d.conjugateData = b.read<float>("conjugate_data", values);
     }
-    if (arrays[i] & kElementLabels) d.elementLabels = b.read<int32_t>("element_labels", rows[i]);
+    if (arrays[i] & kElementLabels) {
+      d.elementLabels = b.read<int32_t>("element_labels", rows[i]);
+      if (rows[i] > 0 && (count[i] < 1 || count[i] > rows[i])) damaged(b, "bad element count");
+    } else if (count[i] < 0 || count[i] > rows[i]) {
+      damaged(b, "bad element count");
+    }
     if (arrays[i] & kNodeLabels) d.nodeLabels = b.read<int32_t>("node_labels", rows[i]);
     if (arrays[i] & kIntegrationPoints)
       d.integrationPoints = b.read<int32_t>("integration_points", rows[i]);

@@ -33,7 +33,8 @@ void checkBlock(const FieldOutputData& f, const FieldBlockData& b) {
     bad(where + ": local coordinate systems do not match the values");
   if (b.position < odb_Enum::UNDEFINED_POSITION || b.position > odb_Enum::ELEMENT_EDGE)
     bad(where + ": unknown position");
-  if (b.numberOfElements < 0) bad(where + ": negative element count");
+  if (b.numberOfElements < 0 || size_t(b.numberOfElements) > rows)
+    bad(where + ": bad element count");
 }
 
 void storeLocations(const h5::Group& g, const std::vector<FieldLocationData>& locations) {
@@ -121,8 +122,14 @@ void ResultsWriter::addFieldBlock(const FieldBlockData& b) {
     g.write("local_csys", b.localCsys.data(), {rows, static_cast<hsize_t>(b.csysWidth)});
     arrays |= kLocalCsys;
   }
+  // Readers step through element labels with a stride of rows / numberOfElements, so a
+  // block with element labels always gets a count (the distinct labels when not given).
+  int32_t elementCount = b.numberOfElements;
+  if (elementCount == 0 && !b.elementLabels.empty())
+    elementCount = static_cast<int32_t>(
+        std::set<int32_t>(b.elementLabels.begin(), b.elementLabels.end()).size());
   blockRows_.push_back({b.position, b.type, b.width, b.doublePrecision ? 1 : 0,
-                        b.sectionPoint.number, b.numberOfElements, b.csysWidth, arrays, b.rows(),
+                        b.sectionPoint.number, elementCount, b.csysWidth, arrays, b.rows(),
                         b.sectionPoint.description, b.elementType, b.instance});
 }
 

@@ -9,13 +9,15 @@
 //   w.close();                                    // renames the file to job.odb
 //
 // Model data is kept in memory and written by close(); results (steps, frames, field
-// output, history; see results_writer.h) go to the file as they are added. Nothing
-// appears under the final name until close() succeeds: a Writer destroyed without close()
-// (an exception, a crash) removes or leaves only its temporary file.
+// output, history: Writer::addStep and the calls after it) go to the file as they are
+// added. Nothing appears under the final name until close() succeeds: a Writer destroyed
+// without close() (an exception, a crash) removes or leaves only its temporary file.
 //
 // Every call validates its arguments and throws std::invalid_argument when they are
-// inconsistent (array sizes, duplicate names, unknown indexes); HDF5 failures throw
-// std::runtime_error. Arguments are copied; the writer keeps no reference to them.
+// inconsistent (array sizes, duplicate names, calls out of order); close() checks the
+// whole model (for example the section category index of every element) the same way.
+// HDF5 failures throw std::runtime_error; a call after close() throws std::logic_error.
+// Arguments are copied; the writer keeps no reference to them.
 #pragma once
 
 #include <deque>

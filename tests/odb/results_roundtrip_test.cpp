@@ -96,9 +96,11 @@ TEST_F(ResultsRoundTrip, FieldBlocksOfEveryKind) {
   EXPECT_EQ(sf.locations()[0].sectionPoints()[1].number(), 5);
   EXPECT_EQ(sf.bulkDataBlocks()[1].sectionPoint().number(), 5);
   EXPECT_FLOAT_EQ(sf.bulkDataBlocks()[1].data()[0], 5.f);
+  EXPECT_EQ(sf.bulkDataBlocks()[1].numberOfElements(), 1);  // counted by the writer
 
   const odb_FieldOutput& u = fields["U"];
   EXPECT_EQ(u.bulkDataBlocks()[0].nodeLabels()[1], 2);
+  EXPECT_EQ(u.bulkDataBlocks()[0].numberOfElements(), 0);
   EXPECT_EQ(u.bulkDataBlocks()[0].elementLabels(), nullptr);
   EXPECT_FLOAT_EQ(
       odb_->steps()["Step-B"].frames()[1].fieldOutputs()["U"].bulkDataBlocks()[0].data()[5], 12.f);

@@ -173,7 +173,6 @@ void writeSampleResults(odb::Writer& w) {
     b.data = {float(sp)};
     b.elementLabels = {7};
     b.integrationPoints = {1};
-    b.numberOfElements = 1;
     w.addFieldBlock(b);
   }
   w.addFrame({-1, odb_Enum::TIME, 0, 1.0, 0.0, "Increment 2"});

@@ -1,12 +1,30 @@
 #!/usr/bin/env bash
-# Builds the release programs and runs the main job: starts odb_server through the
-# command-line client and shows what a user wants first.
+# The main job: builds the release programs, imports the bundled example (a cantilever in
+# two static steps and a dynamic step, computed by CalculiX) into a database, and shows it
+# through the server the way a user wants to see it first: the model, the steps and frames,
+# and the values of one field output.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
 cmake -S . -B build/release -DCMAKE_BUILD_TYPE=Release -DODB_BUILD_TESTS=OFF >/dev/null
-cmake --build build/release -j"$(nproc)" --target odb_server odb_cli
+cmake --build build/release -j"$(nproc)" --target odb_server odb_cli ccx_import odb_fields
 bin=build/release/bin
+db=build/release/example/beam_steps.odb
+mkdir -p "$(dirname "$db")"
 
-echo "== server process id, then a framed-record throughput run (bytes on stderr)"
-"$bin/odb_cli" raw p "m 3 4"
+echo
+echo "== import: examples/beam_steps.inp with its solver results"
+"$bin/ccx_import" examples/beam_steps.inp "$db" \
+  --frd tests/data/ccx/beam_steps.frd --dat tests/data/ccx/beam_steps.dat
+
+echo
+echo "== the model, through odb_server (command g)"
+"$bin/odb_cli" model "$db"
+
+echo
+echo "== steps and frames, through odb_server (command fd; the catalogue is cached)"
+"$bin/odb_cli" steps "$db" --cache "${db%.odb}.catalogue"
+
+echo
+echo "== displacements U at the end of Step-1, read from the database"
+"$bin/odb_fields" "$db" --step Step-1 --field U --values 8

@@ -189,6 +189,15 @@ TEST(StepsCommand, SummaryAndJson) {
   EXPECT_NE(json.str().find("{\"index\":1,\"domain\":0,\"mode\":0,\"value\":0.1,"),
             std::string::npos);
 
+  // With --cache the server keeps the catalogue in the named file.
+  std::string cache = odbtest::tempPath("cli-steps.cache");
+  options.args = {db, "--cache", cache};
+  std::ostringstream cached;
+  ASSERT_EQ(runSteps(options, ODB_SERVER_PATH, cached, err), 0) << err.str();
+  EXPECT_EQ(cached.str(), json.str());
+  EXPECT_TRUE(odbs::platform::fileReadable(cache));
+  odbs::platform::removeFile(cache);
+
   options.args = {"/nonexistent.odb"};
   std::ostringstream none, why;
   EXPECT_EQ(runSteps(options, ODB_SERVER_PATH, none, why), 1);

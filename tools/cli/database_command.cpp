@@ -51,7 +51,7 @@ int exchange(const CliOptions& options, const std::string& serverPath,
              const std::function<void(const client::RecordView&)>& onRecord, std::ostream& err) {
   try {
     client::ServerProcess server({serverPath, 0, options.timeoutMs});
-    for (size_t i = 0; i + 1 < lines.size(); ++i) server.send(lines[i]);
+    for (size_t i = 0; i + 1 < lines.size(); ++i) server.request(lines[i]);
     server.send(lines.back());
     server.readReplyEach(client::replyShapeOf(lines.back()), onRecord);
     server.closeCommands();

@@ -26,8 +26,8 @@ struct Request {
 bool parseRequest(const CliOptions& options, const std::vector<std::string>& known, Request* req,
                   std::ostream& err);
 
-// Starts a server, sends lines (all but the last must be silent) and feeds the records of
-// the last one's reply to onRecord. Returns 0, or 1 with the error on err.
+// Starts a server, sends lines, passes over the replies of all but the last and feeds the
+// records of the last one's reply to onRecord. Returns 0, or 1 with the error on err.
 int exchange(const CliOptions& options, const std::string& serverPath,
              const std::vector<std::string>& lines,
              const std::function<void(const client::RecordView&)>& onRecord, std::ostream& err);

@@ -34,23 +34,34 @@ bool parse(int argc, char** argv, Args* a) {
     }
     if (i + 1 >= argc) return false;
     std::string v = argv[++i];
-    if (k == "--step") a->step = v;
-    else if (k == "--frame") a->frame = std::atoi(v.c_str());
-    else if (k == "--field") a->field = v;
-    else if (k == "--values") a->values = std::atoi(v.c_str());
-    else return false;
+    if (k == "--step")
+      a->step = v;
+    else if (k == "--frame")
+      a->frame = std::atoi(v.c_str());
+    else if (k == "--field")
+      a->field = v;
+    else if (k == "--values")
+      a->values = std::atoi(v.c_str());
+    else
+      return false;
   }
   return !a->database.empty();
 }
 
 const char* positionName(int p) {
   switch (p) {
-    case odb_Enum::NODAL: return "nodal";
-    case odb_Enum::ELEMENT_NODAL: return "element nodal";
-    case odb_Enum::INTEGRATION_POINT: return "integration point";
-    case odb_Enum::CENTROID: return "centroid";
-    case odb_Enum::WHOLE_ELEMENT: return "whole element";
-    default: return "other";
+    case odb_Enum::NODAL:
+      return "nodal";
+    case odb_Enum::ELEMENT_NODAL:
+      return "element nodal";
+    case odb_Enum::INTEGRATION_POINT:
+      return "integration point";
+    case odb_Enum::CENTROID:
+      return "centroid";
+    case odb_Enum::WHOLE_ELEMENT:
+      return "whole element";
+    default:
+      return "other";
   }
 }
 

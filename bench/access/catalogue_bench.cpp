@@ -18,11 +18,14 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "client/server_process.h"
 #include "core/platform.h"
 #include "odb/writer.h"
 
 namespace {
+
+using odbs::bench::median;
 
 using Clock = std::chrono::steady_clock;
 
@@ -33,8 +36,7 @@ struct Args {
 
 Args parse(int argc, char** argv) {
   Args a;
-  std::string self = argv[0];
-  a.server = self.substr(0, self.rfind('/') + 1) + "odb_server";
+  a.server = odbs::bench::serverBeside(argv[0]);
   for (int i = 1; i + 1 < argc; i += 2) {
     std::string k = argv[i], v = argv[i + 1];
     if (k == "--server")
@@ -68,11 +70,6 @@ double timed(odbs::client::ServerProcess& server, const std::string& line, size_
   odbs::client::Reply r = server.request(line, 600000);
   if (records) *records = r.records.size();
   return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "core/platform.h"
 #include "odb/odb.h"
 #include "tools/ccx/frd_parser.h"
@@ -16,15 +17,12 @@
 
 namespace {
 
+using odbs::bench::median;
+
 class Discard : public odbs::ccx::FrdVisitor {};
 
 double seconds(std::chrono::steady_clock::time_point since) {
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - since).count();
-}
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
 }
 
 }  // namespace

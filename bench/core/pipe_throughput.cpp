@@ -17,11 +17,14 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "client/server_process.h"
 
 namespace {
+
+using odbs::bench::median;
 
 using odbs::client::Clock;
 using odbs::client::ServerProcess;
@@ -31,12 +34,6 @@ struct Args {
   int runs = 7;
   double scale = 1.0;
 };
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  size_t n = v.size();
-  return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
 
 // Sends line, skips `bytes` reply bytes, reads the end record; returns the seconds taken.
 double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
@@ -67,9 +64,7 @@ Figure measure(ServerProcess& server, const std::string& line, uint64_t bytes, u
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  std::string self = argv[0];
-  size_t slash = self.rfind('/');
-  a.server = (slash == std::string::npos ? "./" : self.substr(0, slash + 1)) + "odb_server";
+  a.server = odbs::bench::serverBeside(argv[0]);
   for (int i = 1; i < argc; ++i) {
     auto next = [&]() -> const char* {
       if (i + 1 >= argc) {

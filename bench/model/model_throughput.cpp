@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "bench/model/model_generator.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
@@ -28,6 +29,8 @@
 #include "odb/odb.h"
 
 namespace {
+
+using odbs::bench::median;
 
 using odbs::client::Clock;
 using odbs::client::ServerProcess;
@@ -50,12 +53,6 @@ struct Figure {
   double mbPerSec = 0;
   double recordsPerSec = 0;
 };
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  size_t n = v.size();
-  return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
-}
 
 double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
   auto start = Clock::now();
@@ -109,9 +106,7 @@ void compare(ServerProcess& server, const char* what, const std::string& line, i
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  std::string self = argv[0];
-  size_t slash = self.rfind('/');
-  a.server = (slash == std::string::npos ? "./" : self.substr(0, slash + 1)) + "odb_server";
+  a.server = odbs::bench::serverBeside(argv[0]);
   for (int i = 1; i < argc; ++i) {
     auto next = [&]() -> const char* {
       if (i + 1 >= argc) {

@@ -9,15 +9,15 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
 
 namespace {
+
+using odbs::bench::since;
 using Clock = std::chrono::steady_clock;
-double since(Clock::time_point t) {
-  return std::chrono::duration<double>(Clock::now() - t).count();
-}
 }  // namespace
 
 int main(int argc, char** argv) {

@@ -16,30 +16,20 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
 
 namespace {
 
+using odbs::bench::median;
+using odbs::bench::peakMb;
+
 using Clock = std::chrono::steady_clock;
 
 double seconds(Clock::time_point a, Clock::time_point b) {
   return std::chrono::duration<double>(b - a).count();
-}
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
-}
-
-// Peak resident memory of this process so far, in MB (VmHWM).
-double peakMb() {
-  std::ifstream in("/proc/self/status");
-  std::string line;
-  while (std::getline(in, line))
-    if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) / 1024.0;
-  return 0;
 }
 
 void generate(const std::string& path, int n) {

@@ -17,30 +17,18 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
 #include "bench/gen/generator.h"
 #include "core/platform.h"
 #include "odb/odb.h"
 
 namespace {
 
+using odbs::bench::median;
+using odbs::bench::peakMb;
+using odbs::bench::since;
+
 using Clock = std::chrono::steady_clock;
-
-double since(Clock::time_point t) {
-  return std::chrono::duration<double>(Clock::now() - t).count();
-}
-
-double median(std::vector<double> v) {
-  std::sort(v.begin(), v.end());
-  return v[v.size() / 2];
-}
-
-double peakMb() {
-  std::ifstream in("/proc/self/status");
-  std::string line;
-  while (std::getline(in, line))
-    if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) / 1024.0;
-  return 0;
-}
 
 // Plain HDF5: the block catalogue's row count, then data, element labels and integration
 // points of every block of field "S" in frame 0 of step 0, one read each.

@@ -6,8 +6,8 @@
 
 #include "core/platform.h"
 #include "odb/odb.h"
+#include "tests/model/small_model_db.h"
 #include "tools/cli/model_command.h"
-#include "tools/odb_build/odb_json.h"
 
 namespace odbs::cli {
 namespace {
@@ -17,10 +17,7 @@ class CliModel : public ::testing::Test {
   static void SetUpTestSuite() {
     odb_initializeAPI();
     path_ = new std::string("/tmp/cli_model_" + std::to_string(platform::processId()) + ".odb");
-    std::ifstream in(std::string(ODB_TEST_DATA) + "/small_model.json");
-    std::stringstream text;
-    text << in.rdbuf();
-    odb::buildDatabaseFromJson(text.str(), *path_);
+    odbs::test::buildSmallModel(*path_);
   }
   static void TearDownTestSuite() {
     platform::removeFile(*path_);

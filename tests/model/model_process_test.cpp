@@ -11,8 +11,8 @@
 #include "model/model_export.h"
 #include "odb/odb.h"
 #include "tests/model/model_fixture.h"
+#include "tests/model/small_model_db.h"
 #include "tests/protocol/server_fixture.h"
-#include "tools/odb_build/odb_json.h"
 
 namespace odbs::test {
 namespace {
@@ -24,10 +24,7 @@ class ModelProcess : public ::testing::Test {
   static void SetUpTestSuite() {
     odb_initializeAPI();
     path_ = new std::string("/tmp/model_process_" + std::to_string(platform::processId()) + ".odb");
-    std::ifstream in(std::string(ODB_TEST_DATA) + "/small_model.json");
-    std::stringstream text;
-    text << in.rdbuf();
-    odb::buildDatabaseFromJson(text.str(), *path_);
+    odbs::test::buildSmallModel(*path_);
   }
   static void TearDownTestSuite() {
     platform::removeFile(*path_);

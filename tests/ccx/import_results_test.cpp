@@ -53,15 +53,18 @@ class ImportedDatabase : public ::testing::Test {
   }
 
   // Every row of a printed node table equals the nodal values of field in frame, real or
-  // imaginary part; tolerance relative to the row's largest value.
+  // imaginary part; tolerance relative to the row's largest value (or, with tableScale, to
+  // the table's largest value: values that are zero up to round-off).
   void expectNodalMatches(const odb_Frame& frame, const std::string& field, const DatBlock& table,
-                          double relative) {
+                          double relative, bool tableScale = false,
+                          const std::string& instance = "PART-1-1") {
     const odb_FieldOutput& out = frame.fieldOutputs()[field];
     odb_FieldOutput nodal = out.getSubset(odb_Enum::NODAL);
     std::map<int, std::vector<float>> rows;
     odb_SequenceFieldBulkData blocks = nodal.bulkDataBlocks();
     for (int b = 0; b < blocks.size(); ++b) {
       const odb_FieldBulkData& block = blocks[b];
+      if (block.instance().name() != instance) continue;
       const float* data = table.imaginary ? block.conjugateData() : block.data();
       ASSERT_NE(data, nullptr);
       for (int r = 0; r < block.length(); ++r) {
@@ -70,12 +73,14 @@ class ImportedDatabase : public ::testing::Test {
       }
     }
     const size_t width = table.components.size();
+    double largest = 0;
+    for (double v : table.values) largest = std::max(largest, std::fabs(v));
     for (size_t r = 0; r < table.rows(); ++r) {
       ASSERT_TRUE(rows.count(table.labels[r])) << table.labels[r];
       const std::vector<float>& got = rows[table.labels[r]];
       ASSERT_EQ(got.size(), width);
-      double scale = 0;
-      for (size_t c = 0; c < width; ++c)
+      double scale = tableScale ? largest : 0;
+      for (size_t c = 0; c < width && !tableScale; ++c)
         scale = std::max(scale, std::fabs(table.values[r * width + c]));
       for (size_t c = 0; c < width; ++c) {
         EXPECT_NEAR(got[c], table.values[r * width + c], relative * scale + 1e-30)
@@ -206,6 +211,70 @@ TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   const auto& open = point.historyOutputs()["COPEN"].data();
   ASSERT_EQ(press.size(), 3);
   EXPECT_NEAR(press[2][1], -1e5 * open[2][1], 1e-4 * std::fabs(press[2][1]));
+}
+
+// Shells and beams with the solver's default output: the result file holds the expanded
+// 3D elements only. The values mapped back to the deck's nodes equal what the solver printed
+// at those nodes, and the expanded instance keeps every value as written.
+TEST_F(ImportedDatabase, ExpandedShellsAndBeamsAtTheDeckNodes) {
+  for (const char* name : {"plate_shell", "frame_beams"}) {
+    SCOPED_TRACE(name);
+    open(name);
+    const odb_Frame& last = step(0).frames()[step(0).frames().size() - 1];
+    int checked = 0;
+    for (const DatBlock& table : prints_.blocks) {
+      if (table.quantity == "displacements") {
+        expectNodalMatches(last, "U", table, 2e-5, true);
+        ++checked;
+      } else if (table.quantity == "forces") {
+        expectNodalMatches(last, "RF", table, 2e-5, true);
+        ++checked;
+      }
+    }
+    EXPECT_EQ(checked, 2);
+    const odb_Instance& expanded = odb_->rootAssembly().instances()["PART-1-1-EXPANDED"];
+    EXPECT_EQ(expanded.elements().size(),
+              odb_->rootAssembly().instances()["PART-1-1"].elements().size());
+    int onExpanded = 0;
+    odb_SequenceFieldBulkData blocks = last.fieldOutputs()["S"].bulkDataBlocks();
+    for (int b = 0; b < blocks.size(); ++b) {
+      if (blocks[b].instance().name() == "PART-1-1-EXPANDED") onExpanded += blocks[b].length();
+    }
+    EXPECT_EQ(onExpanded, expanded.nodes().size());
+    closeOdb(*odb_);
+    odb_ = nullptr;
+  }
+}
+
+// A step whose element output asks for SECTION FORCES: the stress block at the beam nodes
+// holds forces and moments, which become SF and SM. A cantilever of length 40 along x,
+// section 1-direction z, loaded at the tip by (4, 10, 7): normal force 4, shear 7 along
+// the 1-direction and -10 along the 2-direction (-y), moments 10 (40 - x) about 1 and
+// 7 (40 - x) about 2, no torque.
+TEST_F(ImportedDatabase, BeamSectionForcesAreTheirOwnFieldOutputs) {
+  open("beam_forces");
+  const odb_Frame& last = step(0).frames()[0];
+  EXPECT_FALSE(last.fieldOutputs().isMember("S"));
+  const odb_FieldOutput& sf = last.fieldOutputs()["SF"];
+  const odb_FieldOutput& sm = last.fieldOutputs()["SM"];
+  ASSERT_EQ(sf.componentLabels().size(), 3);
+  EXPECT_EQ(sf.componentLabels()[0], "SF1");
+  EXPECT_EQ(sm.componentLabels()[2], "SM3");
+  const odb_FieldBulkData& forces = sf.bulkDataBlocks()[0];
+  const odb_FieldBulkData& moments = sm.bulkDataBlocks()[0];
+  ASSERT_EQ(forces.length(), 9);
+  ASSERT_EQ(moments.length(), 9);
+  for (int r = 0; r < 9; ++r) {
+    int node = forces.nodeLabels()[r];
+    double arm = 40.0 - 5.0 * (node - 1);
+    EXPECT_NEAR(forces.data()[3 * r + 0], 4.0, 1e-3) << node;
+    EXPECT_NEAR(forces.data()[3 * r + 1], 7.0, 1e-3) << node;
+    EXPECT_NEAR(forces.data()[3 * r + 2], -10.0, 1e-3) << node;
+    ASSERT_EQ(moments.nodeLabels()[r], node);
+    EXPECT_NEAR(moments.data()[3 * r + 0], 10.0 * arm, 1e-2) << node;
+    EXPECT_NEAR(moments.data()[3 * r + 1], 7.0 * arm, 1e-2) << node;
+    EXPECT_NEAR(moments.data()[3 * r + 2], 0.0, 1e-2) << node;
+  }
 }
 
 }  // namespace

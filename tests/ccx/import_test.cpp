@@ -197,13 +197,28 @@ TEST_F(ImportTest, FailedImportsWriteNothing) {
   std::string truncated = scratch.write("cut.frd", whole.substr(0, whole.size() / 2));
   std::string wrongSteps = exampleFile("plate_composite.inp");  // one step, the results have three
   std::filesystem::copy_file(exampleFile("beam_steps.inp"), copied);
+  // The cantilever of section forces with a frequency step in place of its static one: the
+  // same mesh, another analysis.
+  std::string deck = test::readWhole(exampleFile("beam_forces.inp"));
+  deck.replace(deck.find("*STATIC"), 7, "*FREQUENCY\n4");
+  std::string modal = scratch.write("modal.inp", deck);
   const Case cases[] = {
       {"bad deck", {badDeck, "", "", out}, "bad.inp:3: expected a node coordinate"},
       {"missing include", {copied, "", "", out}, "copy.inp:7: expected an included file"},
       {"truncated results", {exampleFile("beam_steps.inp"), truncated, "", out}, "cut.frd"},
       {"results of another deck",
        {wrongSteps, dataFile("beam_steps.frd"), "", out},
-       "belongs to step 2, but the deck has 1 steps"},
+       "beam_steps.frd: the result file belongs to another model: 64 of its nodes do not lie "
+       "where the deck"},
+      {"nodes of another deck",
+       {exampleFile("plate_shell.inp"), dataFile("frame_beams.frd"), "", out},
+       "the result file belongs to another model"},
+      {"elements of another deck",
+       {exampleFile("beam_forces.inp"), dataFile("frame_beams.frd"), "", out},
+       "the result file belongs to another model: its element 1 does not lie where element 1"},
+      {"static results for a frequency step",
+       {modal, dataFile("beam_forces.frd"), "", out},
+       "result block DISP is not an eigenmode, but step 1 of the deck is a *FREQUENCY step"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);

@@ -50,13 +50,24 @@ FramePlan::FramePlan(const Deck& deck) {
 
 FramePlan::Place FramePlan::frameOf(const FrdBlock& block) {
   if (block.step < 1 || block.step > static_cast<int>(steps_.size())) {
-    throw InputError(block.location + ": result block " + block.name + " belongs to step " +
-                     std::to_string(block.step) + ", but the deck has " +
-                     std::to_string(steps_.size()) + " steps");
+    throw InputError(block.location + ": the result file belongs to another model: result block " +
+                     block.name + " belongs to step " + std::to_string(block.step) +
+                     ", but the deck has " + std::to_string(steps_.size()) + " steps");
   }
   Place place;
   place.step = block.step - 1;
   PlannedStep& step = steps_[place.step];
+  // An eigenmode where the deck's step has none, or none where it must: the result file
+  // was written for another deck.
+  const std::string& procedure = step.step->procedure;
+  bool eigen = procedure == "FREQUENCY" || procedure == "BUCKLE";
+  bool isMode = block.mode > 0 || block.analysisType == 2;
+  if ((eigen && !isMode) || (step.domain == odb_Enum::TIME && isMode)) {
+    throw InputError(block.location + ": the result file belongs to another model: result block " +
+                     block.name + (isMode ? " is an eigenmode" : " is not an eigenmode") +
+                     ", but step " + std::to_string(block.step) + " of the deck is a *" +
+                     procedure + " step");
+  }
   if (!step.frames.empty()) {
     const PlannedFrame& last = step.frames.back();
     if (last.increment == block.increment && last.mode == block.mode &&

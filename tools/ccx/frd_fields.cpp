@@ -89,4 +89,14 @@ std::vector<FieldPart> fieldsOfBlock(const std::string& blockName, int storedCom
   return parts;
 }
 
+std::vector<FieldPart> sectionForceParts(bool imaginary) {
+  // The solver writes them in the columns of the stress components xx, yy, zz, xy, yz, zx:
+  // shear force in 1 and 2, normal force, torque, moment about 1, moment about 2.
+  return {
+      FieldPart{
+          "SF", "Section forces", odb_Enum::VECTOR, {"SF1", "SF2", "SF3"}, {2, 0, 1}, imaginary},
+      FieldPart{
+          "SM", "Section moments", odb_Enum::VECTOR, {"SM1", "SM2", "SM3"}, {4, 5, 3}, imaginary}};
+}
+
 }  // namespace odbs::ccx

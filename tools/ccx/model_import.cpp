@@ -9,6 +9,7 @@
 namespace odbs::ccx {
 
 const char* const kInstanceName = "PART-1-1";
+const char* const kExpandedInstanceName = "PART-1-1-EXPANDED";
 
 namespace {
 

@@ -127,7 +127,13 @@ TEST(InpParser, CompositeShellLayupAndOrthotropicPly) {
 TEST(InpParser, ContactPairTwoMaterialsTwoSections) {
   Warnings warnings;
   Deck deck = parseExample("punch_contact.inp", &warnings);
-  EXPECT_TRUE(warnings.texts().empty()) << warnings.texts()[0];
+  // The contact definitions that the database cannot hold are named in one warning.
+  ASSERT_EQ(warnings.texts().size(), 2u) << warnings.texts()[1];
+  EXPECT_NE(warnings.texts()[0].find("punch_contact.inp:121: contact, tie and gap definitions "
+                                     "have no place in the database: *SURFACE BEHAVIOR, "
+                                     "*SURFACE INTERACTION not imported"),
+            std::string::npos)
+      << warnings.texts()[0];
   ASSERT_EQ(deck.contactPairs.size(), 1u);
   EXPECT_EQ(deck.contactPairs[0].slave, "SPUNCH");
   EXPECT_EQ(deck.contactPairs[0].master, "SBLOCK");
@@ -210,9 +216,21 @@ TEST(InpParser, UnknownKeywordsWarnOnceAndKeywordLinesContinue) {
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
   EXPECT_THAT(deck.nodeSet("N")->labels, ElementsAre(1));
-  ASSERT_EQ(warnings.texts().size(), 1u);
+  ASSERT_EQ(warnings.texts().size(), 2u);
   EXPECT_EQ(warnings.count("keyword:WIDGET"), 3);
   EXPECT_NE(warnings.texts()[0].find("unknown.inp:6"), std::string::npos) << warnings.texts()[0];
+  EXPECT_NE(warnings.texts()[1].find("unknown.inp:11: loads, boundary conditions and initial "
+                                     "conditions have no place in the database: *BOUNDARY not "
+                                     "imported"),
+            std::string::npos)
+      << warnings.texts()[1];
+  // One line per kind, with the count.
+  std::vector<std::string> lines;
+  Warnings printed([&](const std::string& t) { lines.push_back(t); });
+  parseDeck(path, printed);
+  printed.flush();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_NE(lines[0].find("[3 times in all; the first is shown]"), std::string::npos) << lines[0];
   ASSERT_EQ(deck.steps.size(), 2u);
   EXPECT_EQ(deck.steps[1].name, "Second");
   EXPECT_EQ(deck.steps[1].description, "Pull harder");

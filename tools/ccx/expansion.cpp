@@ -95,6 +95,7 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes) {
   const FrdNode* first = nullptr;
   const Node* firstDeck = nullptr;
   for (const FrdNode& n : nodes) {
+    frdNodes_.insert(n.label);
     auto it = deckNodeIndex_.find(n.label);
     if (it == deckNodeIndex_.end()) {
       extraNodes_.emplace(n.label, n);
@@ -119,6 +120,15 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes) {
   }
 }
 
+void Expansion::addToMesh(const FrdElement& f, std::unordered_set<int32_t>& meshNodes) {
+  ExpandedMesh::Element element;
+  element.label = f.label;
+  element.type = solidTypeName(f.typeCode);
+  element.nodes = f.nodes;
+  meshNodes.insert(f.nodes.begin(), f.nodes.end());
+  mesh_.elements.push_back(std::move(element));
+}
+
 void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
   std::unordered_map<int32_t, const Element*> deckElements;
   deckElements.reserve(deck_.elements.size());
@@ -130,17 +140,23 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
   std::string firstUnknown, firstUnmapped;
   for (const FrdElement& f : elements) {
     auto it = deckElements.find(f.label);
+    bool newNodes = true;
+    for (int32_t n : f.nodes) newNodes = newNodes && extraNodes_.count(n) > 0;
     if (it == deckElements.end()) {
-      if (unknown++ == 0) firstUnknown = std::to_string(f.label);
+      // The solver's own elements on new nodes (the layers of an expanded composite
+      // shell) join the expanded instance; others are not imported.
+      if (newNodes) {
+        addToMesh(f, meshNodes);
+      } else if (unknown++ == 0) {
+        firstUnknown = std::to_string(f.label);
+      }
       continue;
     }
     const Element& d = *it->second;
     if (f.nodes.size() == d.nodes.size() && sorted(f.nodes) == sorted(d.nodes)) continue;
     // Not the deck's element: the expanded form of a 1D or 2D element, whose nodes are all
     // new, or the element of another model.
-    bool newNodes = !startsWith(d.type, "C3D");
-    for (int32_t n : f.nodes) newNodes = newNodes && extraNodes_.count(n) > 0;
-    if (!newNodes) {
+    if (!newNodes || startsWith(d.type, "C3D")) {
       throw InputError(path_ + ": the result file belongs to another model: its element " +
                        std::to_string(f.label) + " does not have the nodes of element " +
                        std::to_string(d.label) + " (" + d.type + ") of the deck " + deck_.path);
@@ -204,12 +220,17 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
         }
       }
     }
-    ExpandedMesh::Element element;
-    element.label = f.label;
-    element.type = solidTypeName(f.typeCode);
-    element.nodes = f.nodes;
-    for (int32_t n : f.nodes) meshNodes.insert(n);
-    mesh_.elements.push_back(std::move(element));
+    addToMesh(f, meshNodes);
+  }
+  // Deck nodes of expanded elements whose values the result file has only on the
+  // expanded nodes, and which are not mapped back.
+  std::unordered_set<int32_t> mapped, unmappedNodes;
+  for (const Source& s : sources_) mapped.insert(s.deckNode);
+  for (const Element& e : deck_.elements) {
+    if (!layoutOf(e.type) && !startsWith(e.type, "CAX")) continue;
+    for (int32_t n : e.nodes) {
+      if (!mapped.count(n) && !frdNodes_.count(n)) unmappedNodes.insert(n);
+    }
   }
 
   std::vector<int32_t> labels;
@@ -238,12 +259,16 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
                       " nodes of the result file that the deck does not define and no expanded "
                       "element uses: their values are not imported");
   }
-  if (unmapped > 0) {
+  if (unmapped > 0 || !unmappedNodes.empty()) {
     warnings.warn("frd-unmapped",
-                  path_ + ": " + std::to_string(unmapped) + " expanded elements (first " +
-                      firstUnmapped +
-                      ") cannot be mapped back to the deck's nodes (shell offset, or a form the "
-                      "importer does not map): their values are on the expanded instance only");
+                  path_ + ": the values at " + std::to_string(unmappedNodes.size()) +
+                      " deck nodes of shells and beams are on the expanded instance only: " +
+                      (unmapped > 0 ? std::to_string(unmapped) + " expanded elements (first " +
+                                          firstUnmapped +
+                                          ") cannot be mapped back (shell "
+                                          "offset, axisymmetric or composite expansion)"
+                                    : std::string("composite shells are not mapped back")) +
+                      "; ask for OUTPUT=2D on *NODE FILE to have them at the deck's nodes");
   }
 }
 

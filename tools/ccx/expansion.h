@@ -66,7 +66,10 @@ class Expansion {
   std::string path_;
   double extent_ = 0;  // largest coordinate of the deck
   std::unordered_map<int32_t, size_t> deckNodeIndex_;
+  void addToMesh(const FrdElement& element, std::unordered_set<int32_t>& meshNodes);
+
   std::unordered_map<int32_t, FrdNode> extraNodes_;  // result file nodes the deck lacks
+  std::unordered_set<int32_t> frdNodes_;             // every node of the result file
   std::unordered_set<int32_t> expandedNodes_;
   std::vector<Source> sources_;
   ExpandedMesh mesh_;

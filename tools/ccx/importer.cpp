@@ -110,6 +110,12 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   DatFile prints;
   if (!request.prints.empty()) prints = readDat(request.prints, warnings);
   summary.printedTables = static_cast<int64_t>(prints.blocks.size());
+  if (!prints.eigenvalues.empty()) {
+    warnings.warn("dat-eigenvalues", request.prints + ": the eigenvalue tables (" +
+                                         std::to_string(prints.eigenvalues.size()) +
+                                         " modes) are not imported: the frames' frequencies "
+                                         "are the result file's");
+  }
 
   if (request.results.empty() && !prints.blocks.empty()) {
     warnings.warn("dat-without-frd", request.prints +

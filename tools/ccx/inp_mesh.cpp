@@ -102,6 +102,12 @@ void DeckBuilder::readNodes(const Card& card) {
 void DeckBuilder::readElements(const Card& card) {
   std::string type = upper(required(card, "TYPE"));
   int count = deckNodeCount(type);
+  // User elements (U...) have any number of nodes; any other type must be one the solver
+  // knows.
+  if (count < 0 && type[0] != 'U') {
+    throw ParseError(card.where.file, card.where.line,
+                     "an element type of the solver (C3D8, C3D20R, S8R, B32, ...) in TYPE=", type);
+  }
   LabelSet* set = nullptr;
   if (card.has("ELSET")) set = &setNamed(upper(required(card, "ELSET")), false, card.where);
   DataLine line;

@@ -50,6 +50,7 @@ int main(int argc, char** argv) {
     ImportSummary s = importCalculix(request, warnings, [](const std::string& message) {
       std::cerr << "ccx_import: " << message << "\n";
     });
+    warnings.flush();
     std::cerr << "ccx_import: wrote " << request.output << ": " << s.nodes << " nodes, "
               << s.elements << " elements, "
               << (s.expandedElements > 0
@@ -60,6 +61,7 @@ int main(int argc, char** argv) {
               << " frames with " << s.fieldOutputs << " field outputs, " << s.historyRegions
               << " history regions\n";
   } catch (const std::exception& e) {
+    warnings.flush();
     std::cerr << "ccx_import: " << e.what() << "\n";
     std::cerr << "ccx_import: no database written\n";
     return 1;

@@ -151,10 +151,11 @@ void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
       region.description = "Output at node " + std::to_string(r.node);
       region.point.nodeLabel = r.node;
     } else if (r.position == odb_Enum::WHOLE_REGION) {
-      region.description = "Output totalled over node set " + r.set;
+      region.description = std::string("Output totalled over ") +
+                           (r.elementSet ? "element" : "node") + " set " + r.set;
       region.point.region.name = r.set;
-      region.point.region.type = odb_Enum::NODE_SET;
-      if (const LabelSet* set = deck_.nodeSet(r.set)) {
+      region.point.region.type = r.elementSet ? odb_Enum::ELEMENT_SET : odb_Enum::NODE_SET;
+      if (const LabelSet* set = r.elementSet ? deck_.elementSet(r.set) : deck_.nodeSet(r.set)) {
         region.point.region.addMembers(kInstanceName, set->labels);
       }
     } else {

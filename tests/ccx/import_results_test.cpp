@@ -104,6 +104,10 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   EXPECT_EQ(step(0).frames().size(), 4);
   EXPECT_EQ(step(1).frames().size(), 2);
   EXPECT_EQ(step(2).frames().size(), 4);
+  // Step times as the solver printed the total times: 2.000100000 - 2 is 0.0001.
+  EXPECT_EQ(step(2).frames()[0].frameValue(), 0.0001);
+  EXPECT_EQ(step(2).frames()[0].description(), "Increment 1: Step Time = 0.0001");
+  EXPECT_EQ(step(1).frames()[0].frameValue(), 0.5);
   int checked = 0;
   for (const DatBlock& table : prints_.blocks) {
     SCOPED_TRACE(table.quantity + " at " + std::to_string(table.time));

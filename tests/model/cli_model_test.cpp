@@ -8,6 +8,7 @@
 #include "platform/platform.h"
 #include "tests/model/small_model_db.h"
 #include "tools/cli/model_command.h"
+#include "tools/cli/steps_command.h"
 
 namespace odbs::cli {
 namespace {
@@ -64,6 +65,13 @@ TEST_F(CliModel, ModelSummaryNamesSectionsMaterialsAndBlocks) {
   EXPECT_EQ(json.rfind("{\"title\":\"Two parts and a connector\",\"analysisCode\":1,", 0), 0u)
       << json;
   EXPECT_NE(json.find("{\"name\":\"SKIN-1\",\"nodes\":4,\"elements\":0,"), std::string::npos)
+      << json;
+}
+
+TEST_F(CliModel, StepsAndModelShowTheSameAnalysisCode) {
+  std::string json = run(runSteps, {*path_}, OutputFormat::kJson);
+  ASSERT_EQ(code_, 0) << error_;
+  EXPECT_EQ(json.rfind("{\"title\":\"Two parts and a connector\",\"analysisCode\":1,", 0), 0u)
       << json;
 }
 

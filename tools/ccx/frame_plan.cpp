@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 #include "tools/ccx/parse_error.h"
 
@@ -81,7 +82,14 @@ FramePlan::Place FramePlan::frameOf(const FrdBlock& block) {
   frame.mode = block.mode;
   frame.resultValue = block.value;
   if (step.domain == odb_Enum::TIME) {
+    // The file holds total time: the step time is a difference, given to the decimal
+    // places of the printed total time (2.0001 - 2 is 0.0001, not 0.00009999999999976694).
     frame.frameValue = block.value - step.startTime;
+    if (block.valueDecimals >= 0) {
+      char text[64];
+      std::snprintf(text, sizeof text, "%.*f", block.valueDecimals, frame.frameValue);
+      frame.frameValue = std::strtod(text, nullptr);
+    }
     if (std::fabs(frame.frameValue) < 1e-12 * std::max(1.0, step.startTime)) frame.frameValue = 0;
     frame.description = "Increment " + std::to_string(block.increment) +
                         ": Step Time = " + number(frame.frameValue);

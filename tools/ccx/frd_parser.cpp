@@ -1,6 +1,7 @@
 // The result file reader: header, parameter and result blocks, and the walk over the file.
 #include "tools/ccx/frd_parser.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "tools/ccx/frd_reader.h"
@@ -20,6 +21,26 @@ int FrdBlock::storedCount() const {
   for (const FrdComponent& c : components) n += c.stored ? 1 : 0;
   return n;
 }
+
+namespace {
+
+// Decimal places that a printed number resolves: "2.000100000" 9, "2.50000E-01" 6.
+int decimalPlaces(std::string_view text) {
+  text = trim(text);
+  size_t point = text.find('.');
+  if (point == std::string_view::npos) return 0;
+  size_t end = text.find_first_of("EeDd", point);
+  int digits = static_cast<int>((end == std::string_view::npos ? text.size() : end) - point - 1);
+  int exponent = 0;
+  if (end != std::string_view::npos) {
+    auto e = toInteger(text.substr(end + 1));
+    if (!e) return -1;
+    exponent = static_cast<int>(*e);
+  }
+  return std::max(0, std::min(17, digits - exponent));
+}
+
+}  // namespace
 
 int64_t FrdReader::checkedCount(long long count, int64_t bytesEach, const std::string& what) {
   if (count < 0) fail("a count of " + what + " that is not negative", std::to_string(count));
@@ -86,6 +107,7 @@ void FrdReader::readResult(std::string_view line) {
   auto value = toDouble(column(line, 12, 12));
   if (!value) fail("a step time or frequency in columns 13-24 of the 100C line", std::string(line));
   block.value = *value;
+  block.valueDecimals = decimalPlaces(column(line, 12, 12));
   long long rows = integerAt(line, 24, 12, "a node count in columns 25-36 of the 100C line");
   auto type = toInteger(column(line, 56, 2));
   block.analysisType = type ? static_cast<int>(*type) : 0;

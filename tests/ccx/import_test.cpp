@@ -208,7 +208,15 @@ TEST_F(ImportTest, FailedImportsWriteNothing) {
   std::string deck = test::readWhole(exampleFile("beam_forces.inp"));
   deck.replace(deck.find("*STATIC"), 7, "*FREQUENCY\n4");
   std::string modal = scratch.write("modal.inp", deck);
+  std::string junk;
+  for (int i = 0; i < 4096; ++i) junk += static_cast<char>((i * 7919 + 13) % 256);
+  std::string bytes = scratch.write("bytes.inp", junk);
+  std::string empty = scratch.write("empty.inp", "");
+  std::string cut = scratch.write("cut.inp", "*NODE\n1, 0, 0, 0\n2, 1");
   const Case cases[] = {
+      {"random bytes", {bytes, "", "", out}, "bytes.inp:1: expected a keyword line"},
+      {"empty deck", {empty, "", "", out}, "empty.inp:1: expected *NODE lines"},
+      {"deck cut mid-line", {cut, "", "", out}, "cut.inp:3: expected a line end"},
       {"bad deck", {badDeck, "", "", out}, "bad.inp:3: expected a node coordinate"},
       {"missing include", {copied, "", "", out}, "copy.inp:7: expected an included file"},
       {"truncated results", {exampleFile("beam_steps.inp"), truncated, "", out}, "cut.frd"},

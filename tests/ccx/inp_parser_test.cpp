@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 Deck parseExample(const std::string& name, Warnings* warnings = nullptr) {
   Warnings local;
   Deck deck = parseDeck(exampleFile(name), warnings ? *warnings : local);
-  checkDeck(deck);
+  checkDeck(deck, warnings ? *warnings : local);
   return deck;
 }
 
@@ -187,7 +187,7 @@ bars, BEAMS
 )");
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
-  checkDeck(deck);
+  checkDeck(deck, warnings);
   EXPECT_TRUE(warnings.texts().empty());
   EXPECT_EQ(deck.title, "Other sections");
   EXPECT_DOUBLE_EQ(deck.nodes[2].x, 2.0);
@@ -234,6 +234,22 @@ TEST(InpParser, UnknownKeywordsWarnOnceAndKeywordLinesContinue) {
   ASSERT_EQ(deck.steps.size(), 2u);
   EXPECT_EQ(deck.steps[1].name, "Second");
   EXPECT_EQ(deck.steps[1].description, "Pull harder");
+}
+
+// A step without a procedure goes on with the one of the step before (the solver accepts
+// it so); a name defined twice extends the set.
+TEST(InpParser, StepWithoutProcedureAndSetDefinedTwice) {
+  test::ScratchDir dir;
+  std::string path = dir.write("steps.inp",
+                               "*NODE\n1,0,0,0\n2,1,0,0\n*NSET, NSET=A\n1\n*NSET, NSET=A\n2\n"
+                               "*STEP\n*DYNAMIC\n0.1, 2.5\n*END STEP\n*STEP\n*CLOAD\n1, 1, 2.\n"
+                               "*END STEP\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  ASSERT_EQ(deck.steps.size(), 2u);
+  EXPECT_EQ(deck.steps[1].procedure, "DYNAMIC");
+  EXPECT_DOUBLE_EQ(deck.steps[1].timePeriod, 2.5);
+  EXPECT_THAT(deck.nodeSet("A")->labels, ElementsAre(1, 2));
 }
 
 }  // namespace

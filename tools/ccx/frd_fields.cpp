@@ -46,6 +46,7 @@ const std::map<std::string, std::vector<Known>>& table() {
       {"PE", {{"PEEQ", "Equivalent plastic strain", SCALAR, {}, {0}}}},
       {"ENER", {{"ENER", "Strain energy density", SCALAR, {}, {0}}}},
       {"NDTEMP", {{"NT", "Nodal temperature", SCALAR, {}, {0}}}},
+      {"ERROR", {{"ERROR", "Stress error estimate in percent", SCALAR, {}, {0}}}},
       {"CONTACT",
        {{"COPEN", "Contact opening", SCALAR, {}, {0}},
         {"CSLIP1", "Relative tangential motion, direction 1", SCALAR, {}, {1}},

@@ -105,7 +105,7 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
     };
   }
   Deck deck = parseDeck(request.deck, warnings, deckProgress);
-  checkDeck(deck);
+  checkDeck(deck, warnings);
 
   DatFile prints;
   if (!request.prints.empty()) prints = readDat(request.prints, warnings);

@@ -46,6 +46,9 @@ CardReader::CardReader(const std::string& path) {
 int64_t CardReader::topSize() const {
   return topSize_;
 }
+int64_t CardReader::topLines() const {
+  return stack_.empty() ? topLines_ : stack_.front()->lineNumber();
+}
 int64_t CardReader::topOffset() const {
   return stack_.empty() ? topSize_ : stack_.front()->offset();
 }
@@ -54,6 +57,7 @@ bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
   while (!stack_.empty()) {
     SourceReader& in = *stack_.back();
     if (!in.nextLine(line)) {
+      if (stack_.size() == 1) topLines_ = in.lineNumber();
       stack_.pop_back();
       continue;
     }
@@ -61,6 +65,11 @@ bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
     if (t.empty() || startsWith(t, "**")) continue;
     where.file = in.path();
     where.line = in.lineNumber();
+    if (!in.lineEnded() && !isKeywordLine(line)) {
+      throw ParseError(where.file, where.line,
+                       "a line end after this data line (the file ends inside it: cut short?)",
+                       line);
+    }
     return true;
   }
   return false;
@@ -77,7 +86,13 @@ bool CardReader::nextCard(Card& card) {
     } else if (!nextMeaningful(line, where)) {
       return false;
     }
-    if (!isKeywordLine(line)) continue;  // data lines of a card nobody read
+    if (!isKeywordLine(line)) {
+      if (!seenCard_) {
+        throw ParseError(where.file, where.line, "a keyword line (starting with '*') first", line);
+      }
+      continue;  // data lines of a card nobody read
+    }
+    seenCard_ = true;
 
     // A keyword line ending with a comma goes on in the next line.
     std::string text(trim(line));

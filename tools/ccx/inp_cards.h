@@ -48,9 +48,13 @@ class CardReader {
   // Total bytes of the top file, and how far reading has come in it (for progress).
   int64_t topSize() const;
   int64_t topOffset() const;
+  // Lines of the top file read so far.
+  int64_t topLines() const;
 
  private:
-  // Reads the next line that is neither blank nor a comment, following includes.
+  // Reads the next line that is neither blank nor a comment, following includes. A data
+  // line that its file cuts off (no line end after it) throws ParseError: the deck was cut
+  // short, and the line may have lost fields.
   bool nextMeaningful(std::string& line, SourceRef& where);
   void openInclude(const Card& card);
 
@@ -58,7 +62,9 @@ class CardReader {
   std::string pending_;  // a keyword line that ended the previous card's data
   SourceRef pendingWhere_;
   bool hasPending_ = false;
+  bool seenCard_ = false;  // a keyword line came: data lines before it are an error
   int64_t topSize_ = 0;
+  int64_t topLines_ = 0;  // line count of the top file, kept when it is done
 };
 
 }  // namespace odbs::ccx

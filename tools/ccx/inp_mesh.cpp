@@ -1,5 +1,6 @@
 // Mesh keywords of the deck parser: *HEADING, *NODE, *ELEMENT, *NSET, *ELSET, *SURFACE.
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <unordered_set>
 
@@ -25,7 +26,10 @@ double DeckBuilder::number(const DataLine& line, size_t field, const std::string
                      what + " in field " + std::to_string(field + 1), "end of line");
   }
   auto value = toDouble(line.fields[field]);
-  if (!value) throw ParseError(line.where.file, line.where.line, what, line.fields[field]);
+  if (!value || !std::isfinite(*value)) {
+    throw ParseError(line.where.file, line.where.line, what + " (a finite number)",
+                     line.fields[field]);
+  }
   return *value;
 }
 
@@ -99,6 +103,15 @@ void DeckBuilder::readNodes(const Card& card) {
   }
 }
 
+int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
+                            bool zeroAllowed) const {
+  if (zeroAllowed && field < line.fields.size()) {
+    auto v = toInteger(line.fields[field]);
+    if (v && *v == 0) return 0;
+  }
+  return label(line, field, "a node label of element " + std::to_string(element));
+}
+
 void DeckBuilder::readElements(const Card& card) {
   std::string type = upper(required(card, "TYPE"));
   int count = deckNodeCount(type);
@@ -110,14 +123,15 @@ void DeckBuilder::readElements(const Card& card) {
   }
   LabelSet* set = nullptr;
   if (card.has("ELSET")) set = &setNamed(upper(required(card, "ELSET")), false, card.where);
+  // Network elements name node 0 where they have no inlet or outlet node.
+  const bool network = type == "D";
   DataLine line;
   while (reader_.nextData(line)) {
     Element element;
     element.type = type;
     element.label = label(line, 0, "an element label");
     for (size_t i = 1; i < line.fields.size(); ++i) {
-      element.nodes.push_back(
-          label(line, i, "a node label of element " + std::to_string(element.label)));
+      element.nodes.push_back(nodeOf(line, i, element.label, network));
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
@@ -130,8 +144,7 @@ void DeckBuilder::readElements(const Card& card) {
                          std::to_string(element.nodes.size()));
       }
       for (size_t i = 0; i < line.fields.size(); ++i) {
-        element.nodes.push_back(
-            label(line, i, "a node label of element " + std::to_string(element.label)));
+        element.nodes.push_back(nodeOf(line, i, element.label, network));
       }
     }
     if (count >= 0 && static_cast<int>(element.nodes.size()) != count) {

@@ -199,6 +199,18 @@ void DeckBuilder::readOutputRequest(const Card& card) {
 
 void DeckBuilder::endStep(const Card& card) {
   Step& step = currentStep(card);
+  if (!stepHasProcedure_ && step.number > 1) {
+    // A step without a procedure goes on with the procedure of the step before, as the
+    // solver does.
+    const Step& before = deck_.steps[step.number - 2];
+    step.procedure = before.procedure;
+    step.procedureParameters = before.procedureParameters;
+    step.procedureData = before.procedureData;
+    step.domain = before.domain;
+    step.timePeriod = before.timePeriod;
+    if (step.description.empty()) step.description = "*" + step.procedure;
+    stepHasProcedure_ = true;
+  }
   if (!stepHasProcedure_) {
     throw ParseError(
         card.where.file, card.where.line,
@@ -258,6 +270,12 @@ Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& prog
     throw ParseError(
         step.where.file, step.where.line,
         "a procedure (*STATIC, *FREQUENCY, ...) in step " + std::to_string(step.number));
+  }
+  if (deck.nodes.empty()) {
+    // An empty or comment-only deck, or one without a mesh: nothing to import.
+    throw ParseError(path, std::max<int64_t>(1, reader.topLines()),
+                     "*NODE lines defining the model's nodes",
+                     reader.topLines() == 0 ? "an empty file" : "none before the end of the deck");
   }
   for (const std::string& kind : passedOrder) {
     const PassedOver& p = passed.at(kind);

@@ -252,5 +252,22 @@ TEST(InpParser, StepWithoutProcedureAndSetDefinedTwice) {
   EXPECT_THAT(deck.nodeSet("A")->labels, ElementsAre(1, 2));
 }
 
+// An element line with more labels than the type has: the solver takes the first ones.
+TEST(InpParser, ExtraElementLabelsAreIgnoredWithAWarning) {
+  test::ScratchDir dir;
+  std::string path = dir.write("extra.inp",
+                               "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n"
+                               "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4, 9, 10,\n2, 4, 3, 2, 1\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  ASSERT_EQ(deck.elements.size(), 2u);
+  EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 3, 4));
+  EXPECT_THAT(deck.elements[1].nodes, ElementsAre(4, 3, 2, 1));
+  ASSERT_EQ(warnings.texts().size(), 1u);
+  EXPECT_NE(warnings.texts()[0].find("extra.inp:7: element 1 of type C3D4 lists 6 node labels"),
+            std::string::npos)
+      << warnings.texts()[0];
+}
+
 }  // namespace
 }  // namespace odbs::ccx

@@ -237,7 +237,21 @@ void DatReader::table(std::string_view title) {
     // Rows of shell elements end with the name of their orientation: not a number.
     while (!tokens.empty() && !toDouble(tokens.back())) tokens.pop_back();
     if (tokens.size() != labels + width) {
-      fail(std::to_string(labels + width) + " numbers in a row of '" + block.quantity + "'", line);
+      // A table whose rows are not what its title announces (the solver prints some, such
+      // as internal state variables, with more columns): passed over whole.
+      warnings_.warn("dat-table-form:" + block.quantity,
+                     in_.path() + ":" + std::to_string(in_.lineNumber()) + ": the rows of '" +
+                         block.quantity + "' do not have the " + std::to_string(labels + width) +
+                         " numbers its title announces; the table is not imported");
+      while (next(line)) {
+        std::string_view u = trim(line);
+        if (u.empty()) break;
+        if (isBanner(u) || isTableTitle(u)) {
+          pushBack(line);
+          break;
+        }
+      }
+      return;
     }
     for (int i = 0; i < labels; ++i) {
       auto v = toInteger(tokens[i]);

@@ -44,9 +44,11 @@ class Expansion {
   Expansion(const Deck& deck, std::string resultPath);
 
   // The result file's nodes, then its elements. Throw InputError when they belong to
-  // another model; expanded elements whose layout is not the expected one are reported
-  // with one warning and their values stay on the expanded instance only.
-  void nodes(const std::vector<FrdNode>& nodes);
+  // another model (more than a tenth of the shared nodes elsewhere, or of the shared
+  // elements on other nodes: the solver itself moves and splits a few); expanded elements whose
+  // layout is not the expected one are reported with one warning and their values stay on the
+  // expanded instance only.
+  void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);
   void elements(const std::vector<FrdElement>& elements, Warnings& warnings);
 
   const ExpandedMesh& mesh() const { return mesh_; }

@@ -155,8 +155,8 @@ void CardReader::openInclude(const Card& card) {
 
 bool CardReader::nextData(DataLine& line) {
   if (hasPending_) return false;
-  std::string text;
-  SourceRef where;
+  std::string& text = text_;
+  SourceRef& where = where_;
   if (!nextMeaningful(text, where)) return false;
   if (isKeywordLine(text)) {
     pending_ = text;
@@ -164,10 +164,11 @@ bool CardReader::nextData(DataLine& line) {
     hasPending_ = true;
     return false;
   }
-  line.fields = splitCommas(text);
+  splitCommasInto(text, line.fields);
   line.endsWithComma = line.fields.size() > 1 && line.fields.back().empty();
   if (line.endsWithComma) line.fields.pop_back();
-  line.where = where;
+  line.where.file = where.file;
+  line.where.line = where.line;
   return true;
 }
 

@@ -60,6 +60,8 @@ class CardReader {
 
   std::vector<std::unique_ptr<SourceReader>> stack_;
   std::string pending_;  // a keyword line that ended the previous card's data
+  std::string text_;     // the data line being split, kept for its capacity
+  SourceRef where_;      // and where it stands
   SourceRef pendingWhere_;
   bool hasPending_ = false;
   bool seenCard_ = false;  // a keyword line came: data lines before it are an error

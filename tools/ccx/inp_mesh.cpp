@@ -130,7 +130,20 @@ void DeckBuilder::readElements(const Card& card) {
     Element element;
     element.type = type;
     element.label = label(line, 0, "an element label");
+    size_t listed = line.fields.size() - 1;
     for (size_t i = 1; i < line.fields.size(); ++i) {
+      // The solver reads as many labels as the type has and passes over the rest of the
+      // line.
+      if (count >= 0 && static_cast<int>(element.nodes.size()) == count) {
+        warnings_.warn("element-extra-labels:" + type,
+                       line.where.file + ":" + std::to_string(line.where.line) + ": element " +
+                           std::to_string(element.label) + " of type " + type + " lists " +
+                           std::to_string(listed) + " node labels; the first " +
+                           std::to_string(count) +
+                           " are its nodes, the rest are ignored as "
+                           "the solver does");
+        break;
+      }
       element.nodes.push_back(nodeOf(line, i, element.label, network));
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
@@ -252,6 +265,14 @@ void DeckBuilder::readSurface(const Card& card) {
     }
     std::string face = upper(line.fields[1]);
     for (int32_t l : labels) surface.faces.push_back(Surface::Face{l, face});
+  }
+  // A name defined again extends the surface, as the solver does.
+  for (Surface& known : deck_.surfaces) {
+    if (known.name == surface.name && known.nodeBased == surface.nodeBased) {
+      known.faces.insert(known.faces.end(), surface.faces.begin(), surface.faces.end());
+      known.nodes.insert(known.nodes.end(), surface.nodes.begin(), surface.nodes.end());
+      return;
+    }
   }
   deck_.surfaces.push_back(std::move(surface));
 }

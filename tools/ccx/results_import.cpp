@@ -38,7 +38,7 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
 }
 
 void ResultImport::nodes(std::vector<FrdNode>&& nodes) {
-  expansion_.nodes(nodes);
+  expansion_.nodes(nodes, warnings_);
 }
 
 void ResultImport::elements(std::vector<FrdElement>&& elements) {

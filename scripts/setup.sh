@@ -2,7 +2,8 @@
 # Installs the Debian packages that building and testing need. A no-op when all are there.
 set -euo pipefail
 packages=(cmake g++ clang libclang-rt-14-dev make pkg-config zlib1g-dev libhdf5-dev hdf5-tools
-          nlohmann-json3-dev ccache libgtest-dev libgmock-dev libbenchmark-dev calculix-ccx)
+          nlohmann-json3-dev ccache libgtest-dev libgmock-dev libbenchmark-dev calculix-ccx
+          calculix-ccx-test libfast-float-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -45,7 +45,8 @@ class Expansion {
 
   // The result file's nodes, then its elements. Throw InputError when they belong to
   // another model (more than a tenth of the shared nodes elsewhere, or of the shared
-  // elements on other nodes: the solver itself moves and splits a few); expanded elements whose
+  // elements on other deck nodes: the solver itself moves a few nodes for contact and
+  // splits elements with new nodes at pre-tension sections); expanded elements whose
   // layout is not the expected one are reported with one warning and their values stay on the
   // expanded instance only.
   void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);

@@ -64,8 +64,9 @@ void FrdReader::readNodes(std::string_view line) {
 void FrdReader::readElements(std::string_view line) {
   sendHeader();
   std::vector<std::string_view> tokens = splitBlanks(line);
-  if (tokens.size() < 3) fail("an element count and a format after 3C", std::string(line));
-  long long count = tokenInteger(tokens, tokens.size() - 2, "an element count", line);
+  if (tokens.size() < 2) fail("an element count and a format after 3C", std::string(line));
+  long long count =
+      tokens.size() < 3 ? 0 : tokenInteger(tokens, tokens.size() - 2, "an element count", line);
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdElement> elements;
   if (format == 2) {
@@ -101,7 +102,9 @@ void FrdReader::readElements(std::string_view line) {
       e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
       e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
       e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
-      e.material = static_cast<int>(integerAt(r, 13 + w, 5, "an element material number"));
+      // Fluid models name the material here ("WATER"): no number then.
+      auto material = toInteger(column(r, 13 + w, 5));
+      e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
       if (nodes < 0) fail("a known element type code (1 to 12)", row);
       while (static_cast<int>(e.nodes.size()) < nodes) {

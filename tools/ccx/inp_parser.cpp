@@ -119,6 +119,20 @@ struct PassedOver {
   std::map<std::string, int> keywords;
 };
 
+// A step without a procedure goes on with the procedure of the step before, as the solver
+// does. Returns false for the first step.
+bool continuePrevious(const Deck& deck, Step& step) {
+  if (step.number < 2) return false;
+  const Step& before = deck.steps[step.number - 2];
+  step.procedure = before.procedure;
+  step.procedureParameters = before.procedureParameters;
+  step.procedureData = before.procedureData;
+  step.domain = before.domain;
+  step.timePeriod = before.timePeriod;
+  if (step.description.empty()) step.description = "*" + step.procedure;
+  return true;
+}
+
 }  // namespace
 
 Step& DeckBuilder::currentStep(const Card& card) {
@@ -199,18 +213,7 @@ void DeckBuilder::readOutputRequest(const Card& card) {
 
 void DeckBuilder::endStep(const Card& card) {
   Step& step = currentStep(card);
-  if (!stepHasProcedure_ && step.number > 1) {
-    // A step without a procedure goes on with the procedure of the step before, as the
-    // solver does.
-    const Step& before = deck_.steps[step.number - 2];
-    step.procedure = before.procedure;
-    step.procedureParameters = before.procedureParameters;
-    step.procedureData = before.procedureData;
-    step.domain = before.domain;
-    step.timePeriod = before.timePeriod;
-    if (step.description.empty()) step.description = "*" + step.procedure;
-    stepHasProcedure_ = true;
-  }
+  if (!stepHasProcedure_) stepHasProcedure_ = continuePrevious(deck_, step);
   if (!stepHasProcedure_) {
     throw ParseError(
         card.where.file, card.where.line,
@@ -264,6 +267,9 @@ Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& prog
       lastReport = reader.topOffset();
       progress(lastReport, reader.topSize());
     }
+  }
+  if (!deck.steps.empty() && deck.steps.back().procedure.empty()) {
+    continuePrevious(deck, deck.steps.back());
   }
   if (!deck.steps.empty() && deck.steps.back().procedure.empty()) {
     const Step& step = deck.steps.back();

@@ -214,7 +214,7 @@ TEST_F(ImportTest, FailedImportsWriteNothing) {
   std::string empty = scratch.write("empty.inp", "");
   std::string cut = scratch.write("cut.inp", "*NODE\n1, 0, 0, 0\n2, 1");
   const Case cases[] = {
-      {"random bytes", {bytes, "", "", out}, "bytes.inp:1: expected a keyword line"},
+      {"random bytes", {bytes, "", "", out}, "bytes.inp:17: expected a line end"},
       {"empty deck", {empty, "", "", out}, "empty.inp:1: expected *NODE lines"},
       {"deck cut mid-line", {cut, "", "", out}, "cut.inp:3: expected a line end"},
       {"bad deck", {badDeck, "", "", out}, "bad.inp:3: expected a node coordinate"},

@@ -55,8 +55,12 @@ const BadDeck kBadDecks[] = {
     {"bytes",
      "\x7f"
      "ELF\x02\x01\x01\n\x01\x02*\x03",
+     2, "a line end after this data line (the file ends inside it: cut short?)"},
+    {"bytes with line ends",
+     "\x7f"
+     "ELF\x02\x01\x01\n\x01\x02*\x03\n",
      1, "a keyword line (starting with '*') first, found '?ELF???'"},
-    {"data before any keyword", "1, 0, 0, 0\n*NODE\n", 1, "a keyword line (starting with '*')"},
+    {"data and no keyword", "1, 0, 0, 0\n2, 1, 0, 0\n", 1, "a keyword line (starting with '*')"},
     {"NaN coordinate", "*NODE\n1, 0, nan, 0\n", 2,
      "a node coordinate (a finite number), found 'nan'"},
     {"infinite coordinate", "*NODE\n1, 0, 0, -inf\n", 2, "(a finite number), found '-inf'"},

@@ -84,11 +84,18 @@ bool CardReader::nextCard(Card& card) {
       where = pendingWhere_;
       hasPending_ = false;
     } else if (!nextMeaningful(line, where)) {
+      if (!seenCard_ && stray_ > 0) {
+        throw ParseError(strayWhere_.file, strayWhere_.line,
+                         "a keyword line (starting with '*') first", strayText_);
+      }
       return false;
     }
     if (!isKeywordLine(line)) {
-      if (!seenCard_) {
-        throw ParseError(where.file, where.line, "a keyword line (starting with '*') first", line);
+      // Lines before the first keyword line: the solver passes over them; a deck with no
+      // keyword line at all is not a deck.
+      if (!seenCard_ && stray_++ == 0) {
+        strayWhere_ = where;
+        strayText_ = line;
       }
       continue;  // data lines of a card nobody read
     }

@@ -64,7 +64,17 @@ class CardReader {
   SourceRef where_;      // and where it stands
   SourceRef pendingWhere_;
   bool hasPending_ = false;
-  bool seenCard_ = false;  // a keyword line came: data lines before it are an error
+  bool seenCard_ = false;  // a keyword line came
+  int64_t stray_ = 0;      // data lines before the first keyword line
+  SourceRef strayWhere_;   // and the first of them
+  std::string strayText_;
+
+ public:
+  // Lines before the first keyword line (passed over), and where the first stands.
+  int64_t strayLines() const { return stray_; }
+  const SourceRef& firstStrayLine() const { return strayWhere_; }
+
+ private:
   int64_t topSize_ = 0;
   int64_t topLines_ = 0;  // line count of the top file, kept when it is done
 };

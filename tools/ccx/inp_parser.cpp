@@ -277,6 +277,13 @@ Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& prog
         step.where.file, step.where.line,
         "a procedure (*STATIC, *FREQUENCY, ...) in step " + std::to_string(step.number));
   }
+  if (reader.strayLines() > 0) {
+    const SourceRef& first = reader.firstStrayLine();
+    warnings.warn("stray-lines", first.file + ":" + std::to_string(first.line) + ": " +
+                                     std::to_string(reader.strayLines()) +
+                                     " lines before the first keyword line are passed over, as "
+                                     "the solver does");
+  }
   if (deck.nodes.empty()) {
     // An empty or comment-only deck, or one without a mesh: nothing to import.
     throw ParseError(path, std::max<int64_t>(1, reader.topLines()),

@@ -5,11 +5,11 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "core/record_format.h"
 #include "tools/cli/record_printer.h"
 #include "tools/common/json_values.h"
 #include "tools/common/number_text.h"
 #include "tools/common/table_writer.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 

@@ -5,9 +5,9 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "core/record_format.h"
 #include "tools/common/json_values.h"
 #include "tools/common/table_writer.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 
@@ -42,11 +42,11 @@ void SetSummaryBuilder::add(const client::RecordView& rec) {
       }
       break;
     }
-    case kRecLabelBlock8:
-    case kRecLabelBlock9:
+    case kRecNodeLabels:
+    case kRecElementLabels:
       if (open_) s_.sets.back().members += client::decodeLabelBlock(rec).size();
       break;
-    case kRecLabelBlock10:
+    case kRecFaceLabels:
       if (open_) s_.sets.back().members += client::decodeFaceBlock(rec).size();
       break;
     case kRecSetEnd:

@@ -9,12 +9,12 @@
 
 #include "client/catalogue_records.h"
 #include "client/model_records.h"
-#include "core/record_format.h"
 #include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
 #include "tools/common/json_values.h"
 #include "tools/common/number_text.h"
 #include "tools/common/table_writer.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 

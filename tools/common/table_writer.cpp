@@ -76,7 +76,8 @@ TableWriter& TableWriter::cell(int64_t v) {
   return *this;
 }
 
-TableWriter& TableWriter::cell(float v) {
+template <typename T>
+TableWriter& TableWriter::number(T v) {
   Row& r = row();
   if (format_ == TableFormat::kCsv)
     r.csv.push_back(formatNumber(v));
@@ -86,15 +87,9 @@ TableWriter& TableWriter::cell(float v) {
   return *this;
 }
 
-TableWriter& TableWriter::cell(double v) {
-  Row& r = row();
-  if (format_ == TableFormat::kCsv)
-    r.csv.push_back(formatNumber(v));
-  else
-    r.json[columns_[r.next]] = jsonNumber(v);
-  ++r.next;
-  return *this;
-}
+TableWriter& TableWriter::cell(float v) { return number(v); }
+
+TableWriter& TableWriter::cell(double v) { return number(v); }
 
 TableWriter& TableWriter::cell(std::string_view text) {
   Row& r = row();

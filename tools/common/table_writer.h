@@ -51,6 +51,8 @@ class TableWriter {
  private:
   struct Row;
   void begin();
+  template <typename T>
+  TableWriter& number(T v);  // a float or double cell
   Row& row();
 
   std::ostream& out_;

@@ -14,6 +14,9 @@ namespace odbs::exporter {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+// Integration point numbers beyond this are not elements' points (a damaged block): left
+// out of the NAME@ip arrays rather than allocated for.
+constexpr int kMaxIntegrationPoints = 1000;
 
 // Sums and counts per tuple of one output array.
 struct Accumulator {
@@ -129,8 +132,10 @@ void addFieldArrays(const odb_FieldOutput& field, const MeshIndex& index, const 
             toPoints ? index.point(entity, labelsOf[row]) : index.cell(entity, labelsOf[row]);
         if (t < 0) continue;
         acc.add(t, value.data());
-        if (!toPoints && opt.integrationPoints && block.integrationPoints() != nullptr)
-          acc.addPoint(cells, block.integrationPoints()[row], t, value.data());
+        const int* ip = block.integrationPoints();
+        if (!toPoints && opt.integrationPoints && ip != nullptr && ip[row] >= 1 &&
+            ip[row] <= kMaxIntegrationPoints)
+          acc.addPoint(cells, ip[row], t, value.data());
       }
     }
   }
@@ -159,7 +164,6 @@ void addFieldArrays(const odb_FieldOutput& field, const MeshIndex& index, const 
     if (acc.perPoint.empty()) continue;
     // All integration points side by side: ip numbers 1..max, NaN where a cell has none.
     int maxIp = acc.perPoint.rbegin()->first;
-    if (maxIp < 1 || maxIp > 1000) continue;
     size_t comps = size_t(maxIp) * acc.width;
     std::vector<double> all(cells * comps, kNaN);
     std::vector<std::string> ipNames;

@@ -76,7 +76,7 @@ camera = renderer.GetActiveCamera()
 camera.Azimuth(35)
 camera.Elevation(25)
 renderer.ResetCamera()
-camera.Zoom(1.2)
+camera.Zoom(0.9)
 
 window = vtk.vtkRenderWindow()
 window.SetOffScreenRendering(1)

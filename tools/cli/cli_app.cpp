@@ -24,14 +24,18 @@ int runCli(const std::vector<std::string>& args, std::istream& in, std::ostream&
       "odb_cli"};
   tools::setUpProgram(app);
   app.add_option("--server", ctx.options.serverPath,
-                 "The odb_server program (default: odb_server beside odb_cli)");
+                 "The odb_server program (default: odb_server beside odb_cli)")
+      ->option_text("PATH");
   const std::map<std::string, OutputFormat> formats = {
       {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
-  app.add_option("--format", ctx.options.format,
-                 "Output: text (default), json, or csv (tables: model, sets, steps)")
-      ->transform(CLI::CheckedTransformer(formats));
+  app.add_option_function<std::string>(
+         "--format", [&ctx, formats](const std::string& f) { ctx.options.format = formats.at(f); },
+         "Output: text (default), json, or csv (tables: model, sets, steps)")
+      ->option_text("text|json|csv")
+      ->check(CLI::IsMember({"text", "json", "csv"}));
   app.add_option("--timeout", ctx.options.timeoutMs,
                  "Time limit for one reply in milliseconds (default 30000)")
+      ->option_text("MS")
       ->check(CLI::Range(1, 1 << 30));
   app.require_subcommand(1);
   // Subcommands inherit this: the shared options may follow a subcommand's arguments.

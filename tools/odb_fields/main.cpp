@@ -228,6 +228,7 @@ int main(int argc, char** argv) {
   app.add_option("--values", a.values, "How many values (default: 10 as text, all as csv or json)")
       ->check(CLI::NonNegativeNumber);
   app.add_option("--format", a.format, "text (default), csv or json")
+      ->option_text("text|csv|json")
       ->check(CLI::IsMember({"text", "csv", "json"}));
   if (int code = odbs::tools::parseCommandLine(app, argc, argv); code >= 0) return code;
   try {

@@ -9,9 +9,9 @@
 #include "client/catalogue_records.h"
 #include "odb/writer.h"
 #include "platform/platform.h"
+#include "tests/access/steps_database.h"
 #include "tests/odb/sample_model.h"
 #include "tests/protocol/server_fixture.h"
-#include "tools/cli/cli_app.h"
 #include "wire/frame.h"
 
 namespace odbs::client {
@@ -21,26 +21,12 @@ using test::Bytes;
 using test::kEnd;
 using test::startServer;
 
-void writeDatabase(const std::string& path, const std::string& title) {
-  odb::Writer w(path);
-  w.setTitle(title);
-  w.setAnalysisCode(odb_Enum::IMPLICIT);
-  w.addInstance("PART-1-1").addNodes({1}, {0.f, 0.f, 0.f}, 3);
-  w.addStep({"Step-1", "first load", "*STATIC", odb_Enum::TIME, 0.0});
-  w.addFrame({0, odb_Enum::TIME, 0, 0.0, 0.0, "Increment 0"});
-  w.addFrame({1, odb_Enum::TIME, 0, 0.1, 0.0, "Increment 1"});
-  w.addStep({"Step-2", "modes", "*FREQUENCY", odb_Enum::MODAL, 1.0});
-  for (int m = 1; m <= 3; ++m)
-    w.addFrame({m, odb_Enum::MODAL, m, 10.0 * m, 10.0 * m, "Mode " + std::to_string(m)});
-  w.close();
-}
-
 class CatalogueProcessTest : public ::testing::Test {
  protected:
   void SetUp() override {
     db_ = odbtest::tempPath("cat.odb");
     base_ = odbtest::tempPath("cat.cache");
-    writeDatabase(db_, "Catalogue sample");
+    odbs::test::writeStepsDatabase(db_, "Catalogue sample");
     server_ = startServer();
   }
   void TearDown() override {
@@ -134,7 +120,7 @@ TEST_F(CatalogueProcessTest, EveryRequestNeedsItsOwnBaseName) {
 
 TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
   Bytes first = catalogue("fd");
-  writeDatabase(db_, "Catalogue sample, second run");
+  odbs::test::writeStepsDatabase(db_, "Catalogue sample, second run");
   Bytes second = catalogue("fd");
   EXPECT_NE(second, first);  // the new title, so walked again
 
@@ -167,54 +153,3 @@ TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {
 
 }  // namespace
 }  // namespace odbs::client
-
-namespace odbs::cli {
-namespace {
-
-// odb_cli steps with the options before or after the database, as a person types them.
-int steps(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-  std::vector<std::string> all = {"odb_cli", "steps", "--server", ODB_SERVER_PATH};
-  all.insert(all.end(), args.begin(), args.end());
-  std::istringstream in;
-  return runCli(all, in, out, err);
-}
-
-TEST(StepsCommand, SummaryJsonAndCsv) {
-  std::string db = odbtest::tempPath("cli-steps.odb");
-  odbs::client::writeDatabase(db, "CLI sample");
-  std::ostringstream out, err;
-  ASSERT_EQ(steps({db}, out, err), 0) << err.str();
-  EXPECT_NE(out.str().find("title: CLI sample\n2 steps, 5 frames\n"), std::string::npos);
-  EXPECT_NE(out.str().find("step 2  Step-2  *FREQUENCY  MODAL  total time 1  3 frames"),
-            std::string::npos);
-  EXPECT_NE(out.str().find("frame    3  value 30"), std::string::npos);
-
-  std::ostringstream json;
-  ASSERT_EQ(steps({db, "--format", "json"}, json, err), 0);
-  EXPECT_NE(json.str().find("{\"index\":1,\"domain\":0,\"mode\":0,\"value\":0.1,"),
-            std::string::npos)
-      << json.str();
-
-  // One CSV row per frame; the frame value 0.1 keeps its short text.
-  std::ostringstream csv;
-  ASSERT_EQ(steps({"--format", "csv", db}, csv, err), 0);
-  EXPECT_EQ(csv.str().rfind("step,step_name,procedure,step_domain,total_time,frame,", 0), 0u);
-  EXPECT_NE(csv.str().find("\n1,Step-1,*STATIC,TIME,0,1,0,0,0.1,0,"), std::string::npos)
-      << csv.str();
-
-  // With --cache the server keeps the catalogue in the named file.
-  std::string cache = odbtest::tempPath("cli-steps.cache");
-  std::ostringstream cached;
-  ASSERT_EQ(steps({db, "--cache", cache, "--format", "json"}, cached, err), 0) << err.str();
-  EXPECT_EQ(cached.str(), json.str());
-  EXPECT_TRUE(odbs::platform::fileReadable(cache));
-  odbs::platform::removeFile(cache);
-
-  std::ostringstream none, why;
-  EXPECT_EQ(steps({"/nonexistent.odb"}, none, why), 1);
-  EXPECT_NE(why.str().find("could not be opened"), std::string::npos);
-  odbs::platform::removeFile(db);
-}
-
-}  // namespace
-}  // namespace odbs::cli

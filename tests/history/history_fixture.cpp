@@ -1,0 +1,136 @@
+#include "tests/history/history_fixture.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <stdexcept>
+
+#include "core/coding.h"
+
+namespace odbs::test {
+
+odb_HistoryOutput historyOutput(const std::string& name, std::vector<float> data,
+                                std::vector<float> conjugate, int width) {
+  odb::HistoryOutputData d{name,  "desc " + name,  odb_Enum::SCALAR,
+                           width, std::move(data), std::move(conjugate)};
+  return odb_HistoryOutput(name, d.description, d.type, odb::Lazy<odb::HistoryOutputData>(d));
+}
+
+odb_HistoryOutput unreadableOutput(const std::string& name) {
+  return odb_HistoryOutput(
+      name, "", odb_Enum::SCALAR,
+      odb::Lazy<odb::HistoryOutputData>(std::function<odb::HistoryOutputData()>(
+          []() -> odb::HistoryOutputData { throw std::runtime_error("damaged samples"); })));
+}
+
+odb::HistoryPointData pointAt(int position, int node, int element, int ip, int sectionPoint,
+                              const std::string& set) {
+  odb::HistoryPointData p;
+  p.position = position;
+  p.nodeLabel = node;
+  p.elementLabel = element;
+  p.integrationPoint = ip;
+  p.sectionPoint = {sectionPoint, ""};
+  p.region.name = set;
+  return p;
+}
+
+odb_HistoryRegion historyRegion(const std::string& name, const odb::HistoryPointData& point,
+                                const std::vector<odb_HistoryOutput>& outputs) {
+  odb_HistoryOutputRepository repo;
+  for (const auto& o : outputs) repo.insert(o.name(), o);
+  return odb_HistoryRegion(name, "", odb_HistoryPoint(point),
+                           odb::Lazy<odb_HistoryOutputRepository>(std::move(repo)));
+}
+
+odb_HistoryRegion unreadableRegion(const std::string& name) {
+  return odb_HistoryRegion(
+      name, "", odb_HistoryPoint(pointAt(odb_Enum::NODAL, 1)),
+      odb::Lazy<odb_HistoryOutputRepository>(std::function<odb_HistoryOutputRepository()>(
+          []() -> odb_HistoryOutputRepository { throw std::runtime_error("damaged region"); })));
+}
+
+odb_Step historyStep(const std::string& name, int domain,
+                     const std::vector<odb_HistoryRegion>& regions) {
+  odb::StepData d;
+  d.name = name;
+  d.description = "about " + name;
+  d.domain = domain;
+  d.totalTime = 2.5;
+  odb_HistoryRegionRepository repo;
+  for (const auto& r : regions) repo.insert(r.name(), r);
+  return odb_Step(d, odb_SequenceFrame(), odb::Lazy<odb_HistoryRegionRepository>(std::move(repo)));
+}
+
+WrittenDatabase::WrittenDatabase(const std::function<void(odb::Writer&)>& fill) {
+  static std::atomic<int> counter{0};
+  path_ =
+      "/tmp/history_test_" + std::to_string(getpid()) + "_" + std::to_string(counter++) + ".odb";
+  {
+    odb::Writer w(path_);
+    fill(w);
+    w.close();
+  }
+  odb_ = &openOdb(path_);
+}
+
+WrittenDatabase::~WrittenDatabase() {
+  if (odb_) closeOdb(*odb_);
+  std::remove(path_.c_str());
+}
+
+void Frames::close() {
+  if (record_.empty()) return;
+  uint8_t count[2];
+  putU16(count, static_cast<uint16_t>(record_.size()));
+  done_.insert(done_.end(), count, count + 2);
+  done_.insert(done_.end(), record_.begin(), record_.end());
+  record_.clear();
+}
+
+Frames& Frames::begin(uint8_t type) {
+  close();
+  record_.push_back(type);
+  return *this;
+}
+
+Frames& Frames::u32(uint32_t v) {
+  uint8_t b[4];
+  putU32(b, v);
+  record_.insert(record_.end(), b, b + 4);
+  return *this;
+}
+
+Frames& Frames::f32(float v) {
+  uint8_t b[4];
+  putF32(b, v);
+  record_.insert(record_.end(), b, b + 4);
+  return *this;
+}
+
+Frames& Frames::f64(double v) {
+  uint8_t b[8];
+  putF64(b, v);
+  record_.insert(record_.end(), b, b + 8);
+  return *this;
+}
+
+Frames& Frames::text(const std::string& s) {
+  u32(static_cast<uint32_t>(s.size()));
+  record_.insert(record_.end(), s.begin(), s.end());
+  return *this;
+}
+
+Frames& Frames::values(uint8_t type, const std::vector<float>& vs) {
+  for (float v : vs) begin(type).f32(v);
+  return *this;
+}
+
+Bytes Frames::bytes() const {
+  Frames copy = *this;
+  copy.close();
+  return copy.done_;
+}
+
+}  // namespace odbs::test

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "tools/cli/cli_options.h"
+#include "tools/cli/history_command.h"
 #include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/steps_command.h"
@@ -28,6 +29,10 @@ const char kUsage[] =
     "                  node sets, element sets and surfaces with their member counts\n"
     "  steps DATABASE [--records] [--all-frames] [--cache FILE]\n"
     "                  steps and frames; --cache keeps the catalogue in FILE\n"
+    "  history DATABASE [--records] [--step N] [--output NAME]... [--plot FILE.svg]\n"
+    "          [--named REGION...]\n"
+    "                  history regions and outputs; with --named the time series of\n"
+    "                  those regions as CSV, and with --plot drawn into an SVG file\n"
     "\n"
     "options:\n"
     "  --server PATH     the odb_server program (default: beside odb_cli)\n"
@@ -55,11 +60,13 @@ int runStepsCommand(const odbs::cli::CliOptions& options, const std::string& ser
   return odbs::cli::runSteps(options, serverPath, std::cout, std::cerr);
 }
 
+int runHistoryCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runHistory(options, serverPath, std::cout, std::cerr);
+}
+
 const Subcommand kSubcommands[] = {
-    {"raw", runRawCommand},
-    {"model", runModelCommand},
-    {"sets", runSetsCommand},
-    {"steps", runStepsCommand},
+    {"raw", runRawCommand},     {"model", runModelCommand},     {"sets", runSetsCommand},
+    {"steps", runStepsCommand}, {"history", runHistoryCommand},
 };
 
 }  // namespace

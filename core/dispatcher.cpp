@@ -223,18 +223,19 @@ Reply cmdHistory(ReplyChannel& out, CommandState& st, const char* line) {
           [&] { sendHistory(lookupOrOpen(nameFrom(line, 3), out), 0, 0, st.historyNames, out); });
       return Reply::kEnd;
     case 'r': {
+      // Without a space after the number there is no database: the end record alone.
       int number = 0;
       std::string name;
+      if (!std::strchr(lineFrom(line, 3), ' ')) return Reply::kEnd;
       parseHistoryRegion(line, &number, &name);
       guarded([&] { sendHistory(lookupOrOpen(name, out), 1, number, st.historyNames, out); });
       return Reply::kEnd;
     }
     case 'o':
-      // The list is sized by the names that hb appends, not by the announced count.
-      st.historyNames.clear();
+      st.historyNames.open(std::atoi(lineFrom(line, 3)));
       return Reply::kNone;
     case 'b':
-      st.historyNames.emplace_back(lineFrom(line, 3));
+      st.historyNames.append(lineFrom(line, 3));
       return Reply::kNone;
     default:
       return Reply::kEnd;

@@ -127,6 +127,7 @@ TEST(ContactDecoders, RowsRotationsAndStatus) {
 TEST(HistoryCsv, FullPrecisionAndQuotedNames) {
   client::HistorySeries plain;
   plain.step.number = 2;
+  plain.step.totalTime = 2.0;
   plain.region.name = "Node PART-1.5";
   plain.output.name = "U1";
   plain.samples = {{0.1f, 1.0f / 3.0f, 0}, {16777216.f, -FLT_MAX, 0}};
@@ -135,14 +136,15 @@ TEST(HistoryCsv, FullPrecisionAndQuotedNames) {
   complex.region.name = "a,\"b\"";
   complex.output.name = "C";
   complex.output.conjugate = true;
+  complex.step.domain = 1;  // frequency: no total time
   complex.samples = {{1, 2, -0.5f}};
   std::ostringstream out;
   cli::writeHistoryCsv({plain, complex}, out);
   EXPECT_EQ(out.str(),
-            "step,region,output,frame_value,value,conjugate\n"
-            "2,Node PART-1.5,U1,0.1,0.33333334,\n"
-            "2,Node PART-1.5,U1,16777216,-3.4028235e+38,\n"
-            "1,\"a,\"\"b\"\"\",C,1,2,-0.5\n");
+            "step,region,output,frame_value,total_time,value,conjugate\n"
+            "2,Node PART-1.5,U1,0.1,2.100000001490116,0.33333334,\n"
+            "2,Node PART-1.5,U1,16777216,16777218,-3.4028235e+38,\n"
+            "1,\"a,\"\"b\"\"\",C,1,,2,-0.5\n");
 }
 
 TEST(HistoryCli, RequestLines) {

@@ -169,10 +169,10 @@ TEST_F(HistoryServer, CliPrintsCatalogueCsvAndPlot) {
   std::ostringstream csv;
   ASSERT_EQ(cli::runHistory(options, ODB_SERVER_PATH, csv, err), 0) << err.str();
   EXPECT_EQ(csv.str(),
-            "step,region,output,frame_value,value,conjugate\n"
-            "1,N,U1,0,1,\n"
-            "1,N,U1,1,2,\n"
-            "1,E 2,S,1,5,\n");
+            "step,region,output,frame_value,total_time,value,conjugate\n"
+            "1,N,U1,0,0,1,\n"
+            "1,N,U1,1,1,2,\n"
+            "1,E 2,S,1,1,5,\n");
   std::ifstream svg(plot);
   std::stringstream text;
   text << svg.rdbuf();

@@ -15,6 +15,12 @@ namespace {
 
 const char* const kDomains[] = {"time", "frequency", "modal", "arc length"};
 
+// Steps whose frame values continue the total time (time and arc length): their samples
+// also get the total time, the step's start plus the frame value.
+bool timeLike(const client::HistoryStepRecord& step) {
+  return step.domain == 0 || step.domain == 3;
+}
+
 std::string domainName(uint32_t d) {
   return d < 4 ? kDomains[d] : "domain " + std::to_string(d);
 }
@@ -119,19 +125,26 @@ void printCatalogueJson(const client::HistoryCollector& c, std::ostream& out) {
 
 bool writePlot(const std::vector<client::HistorySeries>& series, const std::string& database,
                const std::string& path, std::ostream& err) {
+  // Over total time the steps of one region and output continue each other: one line.
   std::vector<PlotSeries> plot;
+  std::map<std::string, size_t> lineOf;
   for (const auto& s : series) {
-    PlotSeries p;
-    p.label = "step " + std::to_string(s.step.number) + "  " + s.region.name + "  " + s.output.name;
+    std::string label = s.region.name + "  " + s.output.name;
+    if (!timeLike(s.step)) label = "step " + std::to_string(s.step.number) + "  " + label;
+    auto [it, added] = lineOf.emplace(label, plot.size());
+    if (added || !timeLike(s.step)) {
+      it->second = plot.size();
+      plot.push_back({label, {}, {}});
+    }
+    PlotSeries& p = plot[it->second];
     for (const auto& sample : s.samples) {
-      p.x.push_back(sample.frameValue);
+      p.x.push_back(timeLike(s.step) ? s.step.totalTime + sample.frameValue : sample.frameValue);
       p.y.push_back(sample.value);
     }
-    plot.push_back(std::move(p));
   }
   PlotOptions o;
   o.title = "history output of " + database;
-  o.xLabel = "frame value";
+  o.xLabel = "total time (frequency or mode for those steps)";
   o.yLabel = "value";
   std::ofstream file(path);
   file << renderSvgPlot(plot, o);
@@ -155,12 +168,14 @@ std::vector<std::string> historyLines(const std::string& database,
 }
 
 void writeHistoryCsv(const std::vector<client::HistorySeries>& series, std::ostream& out) {
-  out << "step,region,output,frame_value,value,conjugate\n";
+  out << "step,region,output,frame_value,total_time,value,conjugate\n";
   for (const auto& s : series) {
     std::string prefix = std::to_string(s.step.number) + "," + csvField(s.region.name) + "," +
                          csvField(s.output.name) + ",";
     for (const auto& sample : s.samples) {
-      out << prefix << formatNumber(sample.frameValue) << "," << formatNumber(sample.value) << ",";
+      out << prefix << formatNumber(sample.frameValue) << ",";
+      if (timeLike(s.step)) out << formatNumber(s.step.totalTime + sample.frameValue);
+      out << "," << formatNumber(sample.value) << ",";
       if (s.output.conjugate) out << formatNumber(sample.conjugate);
       out << "\n";
     }

@@ -5,8 +5,9 @@
 //
 // Without --named: the catalogue (hi) of every step, history region and output, as text or
 // JSON. With --named: the time series of the named regions (ho, hb, hr), as CSV with one
-// line per sample (step, region, output, frame value, value, conjugate), every float
-// printed with the digits that read back to the same float, ready for a plotting tool;
+// line per sample (step, region, output, frame value, total time (time and arc length
+// steps only: the step's start plus the frame value), value, conjugate), every number
+// printed with the digits that read back to the same value, ready for a plotting tool;
 // --step N limits them to the N-th step, --output to outputs of the given names, and
 // --plot draws them into an SVG file. --records prints the records as they came.
 #pragma once

@@ -13,6 +13,8 @@ namespace {
 const char* const kColors[] = {"#1f77b4", "#d62728", "#2ca02c", "#ff7f0e", "#9467bd",
                                "#8c564b", "#e377c2", "#7f7f7f", "#bcbd22", "#17becf"};
 
+constexpr size_t kMarkedPoints = 60;
+
 std::string escape(const std::string& s) {
   std::string out;
   for (char c : s) {
@@ -145,6 +147,14 @@ std::string renderSvgPlot(const std::vector<PlotSeries>& series, const PlotOptio
       first = false;
     }
     svg << "\"/>\n";
+    // Short series get a mark per point, so that a single sample shows too.
+    if (s.x.size() <= kMarkedPoints) {
+      for (size_t i = 0; i < s.x.size() && i < s.y.size(); ++i) {
+        if (!std::isfinite(s.x[i]) || !std::isfinite(s.y[i])) continue;
+        svg << "<circle cx=\"" << px(s.x[i]) << "\" cy=\"" << py(s.y[i]) << "\" r=\"2.5\" fill=\""
+            << color << "\"/>\n";
+      }
+    }
     double ly = top + ph + 50 + legendLine * static_cast<double>(k);
     svg << "<line x1=\"" << left << "\" y1=\"" << ly << "\" x2=\"" << left + 24 << "\" y2=\"" << ly
         << "\" stroke=\"" << color << "\" stroke-width=\"2\"/>\n"

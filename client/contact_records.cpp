@@ -83,10 +83,7 @@ ElementStatusRecord decodeElementStatus(const RecordView& rec) {
   expectType(rec, kRecElementStatus, "element status");
   ByteReader r = rec.reader();
   ElementStatusRecord s;
-  if (!r.getI32(&s.element) || !r.getF32(&s.value) || !r.atEnd()) {
-    throw DecodeError("element status record: body of " + std::to_string(rec.size) +
-                      " bytes does not hold its fields");
-  }
+  expectFields(r.getI32(&s.element) && r.getF32(&s.value), r, rec, "element status");
   return s;
 }
 

@@ -6,24 +6,13 @@
 
 namespace odbs::client {
 
-namespace {
-
-void check(bool ok, const ByteReader& r, const RecordView& rec, const char* what) {
-  if (!ok || !r.atEnd()) {
-    throw DecodeError(std::string(what) + " record: body of " + std::to_string(rec.size) +
-                      " bytes does not hold its fields");
-  }
-}
-
-}  // namespace
-
 HistoryStepRecord decodeHistoryStep(const RecordView& rec) {
   expectType(rec, kRecHistoryStep, "history step");
   ByteReader r = rec.reader();
   HistoryStepRecord s;
-  check(r.getU32(&s.number) && r.getU32(&s.domain) && r.getF64(&s.totalTime) &&
-            r.getText(&s.name) && r.getText(&s.description),
-        r, rec, "history step");
+  expectFields(r.getU32(&s.number) && r.getU32(&s.domain) && r.getF64(&s.totalTime) &&
+                   r.getText(&s.name) && r.getText(&s.description),
+               r, rec, "history step");
   return s;
 }
 
@@ -31,9 +20,9 @@ HistoryRegionRecord decodeHistoryRegion(const RecordView& rec) {
   expectType(rec, kRecHistoryRegion, "history region");
   ByteReader r = rec.reader();
   HistoryRegionRecord g;
-  check(r.getText(&g.name) && r.getText(&g.setName) && r.getU32(&g.positionCode) &&
-            r.getI32(&g.values[0]) && r.getI32(&g.values[1]) && r.getI32(&g.values[2]),
-        r, rec, "history region");
+  expectFields(r.getText(&g.name) && r.getText(&g.setName) && r.getU32(&g.positionCode) &&
+                   r.getI32(&g.values[0]) && r.getI32(&g.values[1]) && r.getI32(&g.values[2]),
+               r, rec, "history region");
   return g;
 }
 
@@ -50,7 +39,7 @@ HistoryOutputRecord decodeHistoryOutput(const RecordView& rec) {
   ByteReader r = rec.reader();
   HistoryOutputRecord o;
   uint32_t conjugate = 0;
-  check(
+  expectFields(
       r.getText(&o.name) && r.getText(&o.description) && r.getU32(&o.type) && r.getU32(&conjugate),
       r, rec, "history output");
   o.conjugate = conjugate != 0;
@@ -61,7 +50,7 @@ float decodeHistoryValue(const RecordView& rec) {
   expectType(rec, kRecHistoryValue, "history value");
   ByteReader r = rec.reader();
   float v = 0.f;
-  check(r.getF32(&v), r, rec, "history value");
+  expectFields(r.getF32(&v), r, rec, "history value");
   return v;
 }
 

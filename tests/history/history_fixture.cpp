@@ -80,57 +80,20 @@ WrittenDatabase::~WrittenDatabase() {
   std::remove(path_.c_str());
 }
 
-void Frames::close() {
-  if (record_.empty()) return;
-  uint8_t count[2];
-  putU16(count, static_cast<uint16_t>(record_.size()));
-  done_.insert(done_.end(), count, count + 2);
-  done_.insert(done_.end(), record_.begin(), record_.end());
-  record_.clear();
-}
-
-Frames& Frames::begin(uint8_t type) {
-  close();
-  record_.push_back(type);
-  return *this;
-}
-
-Frames& Frames::u32(uint32_t v) {
-  uint8_t b[4];
-  putU32(b, v);
-  record_.insert(record_.end(), b, b + 4);
-  return *this;
-}
-
-Frames& Frames::f32(float v) {
-  uint8_t b[4];
-  putF32(b, v);
-  record_.insert(record_.end(), b, b + 4);
-  return *this;
-}
-
 Frames& Frames::f64(double v) {
   uint8_t b[8];
   putF64(b, v);
-  record_.insert(record_.end(), b, b + 8);
-  return *this;
-}
-
-Frames& Frames::text(const std::string& s) {
-  u32(static_cast<uint32_t>(s.size()));
-  record_.insert(record_.end(), s.begin(), s.end());
-  return *this;
-}
-
-Frames& Frames::values(uint8_t type, const std::vector<float>& vs) {
-  for (float v : vs) begin(type).f32(v);
+  records_.back().raw(std::string(b, b + 8));
   return *this;
 }
 
 Bytes Frames::bytes() const {
-  Frames copy = *this;
-  copy.close();
-  return copy.done_;
+  Bytes all;
+  for (const FrameBuilder& f : records_) {
+    Bytes one = f.frame();
+    all.insert(all.end(), one.begin(), one.end());
+  }
+  return all;
 }
 
 }  // namespace odbs::test

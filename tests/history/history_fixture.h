@@ -9,10 +9,9 @@
 
 #include "odb/odb.h"
 #include "odb/writer.h"
+#include "tests/model/model_fixture.h"
 
 namespace odbs::test {
-
-using Bytes = std::vector<uint8_t>;
 
 // A history output whose samples load from data (width floats per sample).
 odb_HistoryOutput historyOutput(const std::string& name, std::vector<float> data,
@@ -47,22 +46,36 @@ class WrittenDatabase {
   odb_Odb* odb_ = nullptr;
 };
 
-// Expected frames, built field by field.
+// Expected frames, record after record, built field by field.
 class Frames {
  public:
-  Frames& begin(uint8_t type);  // starts a new record
-  Frames& u32(uint32_t v);
-  Frames& i32(int32_t v) { return u32(static_cast<uint32_t>(v)); }
-  Frames& f32(float v);
+  Frames& begin(uint8_t type) {  // starts a new record
+    records_.emplace_back(type);
+    return *this;
+  }
+  Frames& i32(int32_t v) {
+    records_.back().i32(v);
+    return *this;
+  }
+  Frames& u32(uint32_t v) { return i32(static_cast<int32_t>(v)); }
+  Frames& f32(float v) {
+    records_.back().f32(v);
+    return *this;
+  }
   Frames& f64(double v);
-  Frames& text(const std::string& s);
+  Frames& text(const std::string& s) {
+    records_.back().text(s);
+    return *this;
+  }
   // One frame per value: a record of type holding that one f32.
-  Frames& values(uint8_t type, const std::vector<float>& vs);
+  Frames& values(uint8_t type, const std::vector<float>& vs) {
+    for (float v : vs) begin(type).f32(v);
+    return *this;
+  }
   Bytes bytes() const;
 
  private:
-  void close();
-  Bytes done_, record_;
+  std::vector<FrameBuilder> records_;
 };
 
 }  // namespace odbs::test

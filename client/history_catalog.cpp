@@ -2,7 +2,7 @@
 #include "client/contact_records.h"
 #include "client/history_records.h"
 #include "client/model_records.h"
-#include "core/record_format.h"
+#include "wire/record_types.h"
 
 namespace odbs::client {
 

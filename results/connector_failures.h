@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 class odb_Step;
 

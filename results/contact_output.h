@@ -14,8 +14,8 @@
 
 #include <functional>
 
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/reply_channel.h"
 #include "results/connector_failures.h"
 
 class odb_Odb;

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 class odb_Odb;
 class odb_FieldBulkData;

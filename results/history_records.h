@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "results/history_point_fields.h"
 
 class odb_Step;

@@ -10,8 +10,8 @@
 
 #include <cstdint>
 
-#include "core/history_names.h"
-#include "core/reply.h"
+#include "context/history_names.h"
+#include "context/reply_channel.h"
 
 class odb_Odb;
 class odb_Step;

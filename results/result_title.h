@@ -3,7 +3,7 @@
 // with one write.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 class odb_Odb;
 

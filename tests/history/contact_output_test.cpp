@@ -7,9 +7,9 @@
 
 #include <cfloat>
 
-#include "core/record_format.h"
 #include "tests/history/history_fixture.h"
 #include "tests/model/model_fixture.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {

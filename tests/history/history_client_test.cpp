@@ -9,11 +9,11 @@
 #include "client/client_error.h"
 #include "client/contact_records.h"
 #include "client/history_records.h"
-#include "core/record_format.h"
 #include "tests/history/history_fixture.h"
 #include "tests/model/model_fixture.h"
 #include "tools/cli/history_command.h"
 #include "tools/cli/svg_plot.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "core/coding.h"
+#include "wire/coding.h"
 
 namespace odbs::test {
 

@@ -11,12 +11,12 @@
 #include "client/contact_records.h"
 #include "client/history_records.h"
 #include "client/server_process.h"
-#include "core/record_format.h"
 #include "tests/ccx/test_files.h"
 #include "tests/history/history_fixture.h"
 #include "tests/model/model_fixture.h"
 #include "tools/ccx/importer.h"
 #include "tools/cli/history_command.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {

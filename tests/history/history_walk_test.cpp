@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "core/record_format.h"
 #include "results/history_point_fields.h"
 #include "tests/history/history_fixture.h"
 #include "tests/model/model_fixture.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/history_names.h"
+#include "context/history_names.h"
 
 namespace odbs {
 

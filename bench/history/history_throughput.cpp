@@ -11,13 +11,14 @@
 // the medians in records/s and MB/s, and the ratio hr / m (the goal is 0.8 or better).
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
@@ -103,31 +104,15 @@ void sendNames(ServerProcess& server, const Args& a) {
 Args parseArgs(int argc, char** argv) {
   Args a;
   a.server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i < argc; ++i) {
-    auto next = [&]() -> const char* {
-      if (i + 1 >= argc) {
-        std::fprintf(stderr, "%s needs a value\n", argv[i]);
-        std::exit(2);
-      }
-      return argv[++i];
-    };
-    if (std::strcmp(argv[i], "--server") == 0) {
-      a.server = next();
-    } else if (std::strcmp(argv[i], "--runs") == 0) {
-      a.runs = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--regions") == 0) {
-      a.regions = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--samples") == 0) {
-      a.samples = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--keep") == 0) {
-      a.keep = next();
-    } else {
-      std::fprintf(stderr,
-                   "usage: history_throughput [--server PATH] [--runs N] [--regions R] "
-                   "[--samples S] [--keep PATH]\n");
-      std::exit(2);
-    }
-  }
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {{"--server", true, [&](const char* v) { a.server = v; }},
+       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+       {"--regions", true, [&](const char* v) { a.regions = std::max(1, std::atoi(v)); }},
+       {"--samples", true, [&](const char* v) { a.samples = std::max(1, std::atoi(v)); }},
+       {"--keep", true, [&](const char* v) { a.keep = v; }}},
+      "usage: history_throughput [--server PATH] [--runs N] [--regions R] [--samples S] "
+      "[--keep PATH]");
   return a;
 }
 

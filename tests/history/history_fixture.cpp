@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <stdexcept>
 
-#include "wire/coding.h"
-
 namespace odbs::test {
 
 odb_HistoryOutput historyOutput(const std::string& name, std::vector<float> data,
@@ -78,22 +76,6 @@ WrittenDatabase::WrittenDatabase(const std::function<void(odb::Writer&)>& fill) 
 WrittenDatabase::~WrittenDatabase() {
   if (odb_) closeOdb(*odb_);
   std::remove(path_.c_str());
-}
-
-Frames& Frames::f64(double v) {
-  uint8_t b[8];
-  putF64(b, v);
-  records_.back().raw(std::string(b, b + 8));
-  return *this;
-}
-
-Bytes Frames::bytes() const {
-  Bytes all;
-  for (const FrameBuilder& f : records_) {
-    Bytes one = f.frame();
-    all.insert(all.end(), one.begin(), one.end());
-  }
-  return all;
 }
 
 }  // namespace odbs::test

@@ -5,11 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "odb/odb.h"
 #include "odb/writer.h"
-#include "tests/model/model_fixture.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::test {
 
@@ -46,36 +47,39 @@ class WrittenDatabase {
   odb_Odb* odb_ = nullptr;
 };
 
-// Expected frames, record after record, built field by field.
+// Expected frames, record after record, built field by field (by hand, not with the
+// encoders under test).
 class Frames {
  public:
   Frames& begin(uint8_t type) {  // starts a new record
-    records_.emplace_back(type);
+    records_.push_back({type, {}});
     return *this;
   }
-  Frames& i32(int32_t v) {
-    records_.back().i32(v);
-    return *this;
-  }
-  Frames& u32(uint32_t v) { return i32(static_cast<int32_t>(v)); }
-  Frames& f32(float v) {
-    records_.back().f32(v);
-    return *this;
-  }
-  Frames& f64(double v);
-  Frames& text(const std::string& s) {
-    records_.back().text(s);
-    return *this;
-  }
+  Frames& u32(uint32_t v) { return add(le32(v)); }
+  Frames& i32(int32_t v) { return u32(static_cast<uint32_t>(v)); }
+  Frames& f32(float v) { return add(leF32(v)); }
+  Frames& f64(double v) { return add(leF64(v)); }
+  Frames& text(const std::string& s) { return add(textBody(s)); }
   // One frame per value: a record of type holding that one f32.
   Frames& values(uint8_t type, const std::vector<float>& vs) {
     for (float v : vs) begin(type).f32(v);
     return *this;
   }
-  Bytes bytes() const;
+  Bytes bytes() const {
+    Bytes all;
+    for (const auto& [type, body] : records_) {
+      Bytes one = frame(type, body);
+      all.insert(all.end(), one.begin(), one.end());
+    }
+    return all;
+  }
 
  private:
-  std::vector<FrameBuilder> records_;
+  Frames& add(const Bytes& b) {
+    records_.back().second.insert(records_.back().second.end(), b.begin(), b.end());
+    return *this;
+  }
+  std::vector<std::pair<uint8_t, Bytes>> records_;
 };
 
 }  // namespace odbs::test

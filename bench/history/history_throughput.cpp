@@ -106,8 +106,8 @@ Args parseArgs(int argc, char** argv) {
   a.server = odbs::bench::serverBeside(argv[0]);
   odbs::bench::parseBenchArgs(
       argc, argv,
-      {{"--server", true, [&](const char* v) { a.server = v; }},
-       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+      {odbs::bench::serverOption(a.server),
+       odbs::bench::runsOption(a.runs),
        {"--regions", true, [&](const char* v) { a.regions = std::max(1, std::atoi(v)); }},
        {"--samples", true, [&](const char* v) { a.samples = std::max(1, std::atoi(v)); }},
        {"--keep", true, [&](const char* v) { a.keep = v; }}},

@@ -6,23 +6,12 @@
 
 namespace odbs::client {
 
-namespace {
-
-void check(bool ok, const ByteReader& r, const RecordView& rec, const char* what) {
-  if (!ok || !r.atEnd()) {
-    throw DecodeError(std::string(what) + " record: body of " + std::to_string(rec.size) +
-                      " bytes does not hold its fields");
-  }
-}
-
-}  // namespace
-
 StepRecord decodeStep(const RecordView& rec) {
   expectType(rec, kRecStep, "step");
   ByteReader r = rec.reader();
   StepRecord s;
   std::string text;
-  check(r.getI32(&s.number) && r.getF64(&s.totalTime) && r.getText(&text), r, rec, "step");
+  expectFields(r.getI32(&s.number) && r.getF64(&s.totalTime) && r.getText(&text), r, rec, "step");
   size_t sep = text.find('\x01');
   s.name = text.substr(0, sep);
   if (sep != std::string::npos) s.description = text.substr(sep + 1);
@@ -33,7 +22,7 @@ std::string decodeProcedure(const RecordView& rec) {
   expectType(rec, kRecProcedure, "procedure");
   ByteReader r = rec.reader();
   std::string text;
-  check(r.getText(&text), r, rec, "procedure");
+  expectFields(r.getText(&text), r, rec, "procedure");
   return text;
 }
 
@@ -41,7 +30,7 @@ StepTextsRecord decodeStepTexts(const RecordView& rec) {
   expectType(rec, kRecStepTexts, "step texts");
   ByteReader r = rec.reader();
   StepTextsRecord t;
-  check(r.getText(&t.domain) && r.getText(&t.name), r, rec, "step texts");
+  expectFields(r.getText(&t.domain) && r.getText(&t.name), r, rec, "step texts");
   return t;
 }
 
@@ -49,10 +38,10 @@ FrameRecord decodeFrame(const RecordView& rec) {
   expectType(rec, kRecFrame, "frame");
   ByteReader r = rec.reader();
   FrameRecord f;
-  check(r.getI32(&f.frameIndex) && r.getI32(&f.domain) && r.getI32(&f.mode) &&
-            r.getF64(&f.frameValue) && r.getF64(&f.frequency) && r.getI32(&f.stepNumber) &&
-            r.getI32(&f.lastFrameIndex) && r.getText(&f.description),
-        r, rec, "frame");
+  expectFields(r.getI32(&f.frameIndex) && r.getI32(&f.domain) && r.getI32(&f.mode) &&
+                   r.getF64(&f.frameValue) && r.getF64(&f.frequency) && r.getI32(&f.stepNumber) &&
+                   r.getI32(&f.lastFrameIndex) && r.getText(&f.description),
+               r, rec, "frame");
   return f;
 }
 

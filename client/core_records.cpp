@@ -13,6 +13,13 @@ void expectType(const RecordView& rec, uint8_t type, const char* what) {
   }
 }
 
+void expectFields(bool ok, const ByteReader& r, const RecordView& rec, const char* what) {
+  if (!ok || !r.atEnd()) {
+    throw DecodeError(std::string(what) + " record: body of " + std::to_string(rec.size) +
+                      " bytes does not hold its fields");
+  }
+}
+
 namespace {
 
 void expectConsumed(const ByteReader& r, const char* what) {

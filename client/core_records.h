@@ -40,4 +40,7 @@ TestRecord decodeTestRecord(const RecordView& rec);
 // Throws DecodeError unless rec has type `type`; `what` names the record in the message.
 void expectType(const RecordView& rec, uint8_t type, const char* what);
 
+// Throws DecodeError unless ok (every field was read) and r has read the whole body.
+void expectFields(bool ok, const ByteReader& r, const RecordView& rec, const char* what);
+
 }  // namespace odbs::client

@@ -1,6 +1,8 @@
 #include "client/record_catalog.h"
 
 #include "client/catalogue_records.h"
+#include "client/contact_records.h"
+#include "client/history_records.h"
 #include "client/model_records.h"
 
 namespace odbs::client {
@@ -29,6 +31,8 @@ const RecordCatalog& standardCatalog() {
     addCoreRecords(c);
     addCatalogueRecords(c);
     addModelRecords(c);
+    addHistoryRecords(c);
+    addContactRecords(c);
     // Each further record family adds its registration here.
     return c;
   }();

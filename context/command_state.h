@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "context/history_names.h"
+
 namespace odbs {
 
 // Set by D (defined = true) and d (defined = false); read by the forms of r.
@@ -67,7 +69,7 @@ struct CommandState {
   SelectionList selection;
   SectionPointPair sectionPoints;
   std::vector<Criterion> criteria;
-  std::vector<std::string> historyNames;
+  HistoryNameList historyNames;
   int32_t catalogueMode = 0;  // 1 after fD/fS/fV/fN, 0 after the lower-case forms
   ResultCache resultCache;
   int32_t vFlag = -1;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "context/command_state.h"
+#include "context/history_names.h"
 #include "context/odb_context.h"
 #include "context/reply_channel.h"
 
@@ -18,9 +19,9 @@ void walkField(OdbContext& ctx, const FieldRequest& request, ResultCache& cache,
 void sendContactStatus(OdbContext& ctx, const RequestParams& request,
                        const SelectionList& selection, ReplyChannel& out);
 
-// hi (form 0) and hr (form 1, region number): history output.
-void sendHistory(OdbContext& ctx, int form, int number, const std::vector<std::string>& names,
-                 ReplyChannel& out);
+// hi (form 0) and hr (form 1, step number, 0 for all): history output; the walk empties
+// names when it reaches its end.
+void sendHistory(OdbContext& ctx, int form, int number, HistoryNameList& names, ReplyChannel& out);
 
 // rn / rg: field output of two regions.
 void sendRegionField(OdbContext& ctx, const RequestParams& request, bool upperCase,

@@ -110,12 +110,11 @@ void cmdVFlag(Call& c) {
 }
 
 void cmdHistoryNew(Call& c) {
-  // The list is sized by the names that hb appends, not by the announced count.
-  c.st.historyNames.clear();
+  c.st.historyNames.open(std::atoi(lineFrom(c.line, 3)));
 }
 
 void cmdHistoryName(Call& c) {
-  c.st.historyNames.emplace_back(lineFrom(c.line, 3));
+  c.st.historyNames.append(lineFrom(c.line, 3));
 }
 
 void cmdCriterion(Call& c) {
@@ -213,6 +212,8 @@ void cmdHistoryAll(Call& c) {
 }
 
 void cmdHistoryRegion(Call& c) {
+  // Without a space after the number there is no database: the end record alone.
+  if (!std::strchr(lineFrom(c.line, 3), ' ')) return;
   int number = 0;
   std::string name;
   parseHistoryRegion(c.line, &number, &name);

@@ -28,6 +28,14 @@ inline Bytes leF32(float v) {
   std::memcpy(&bits, &v, 4);
   return le32(bits);
 }
+inline Bytes leF64(double v) {
+  uint64_t bits;
+  std::memcpy(&bits, &v, 8);
+  Bytes out = le32(static_cast<uint32_t>(bits));
+  Bytes high = le32(static_cast<uint32_t>(bits >> 32));
+  out.insert(out.end(), high.begin(), high.end());
+  return out;
+}
 
 inline Bytes concat(std::initializer_list<Bytes> parts) {
   Bytes out;

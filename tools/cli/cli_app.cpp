@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <map>
 
+#include "tools/cli/history_command.h"
 #include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/steps_command.h"
@@ -44,6 +45,7 @@ int runCli(const std::vector<std::string>& args, std::istream& in, std::ostream&
   addRawCommand(app, ctx);
   addModelCommands(app, ctx);
   addStepsCommand(app, ctx);
+  addHistoryCommand(app, ctx);
 
   int code = tools::parseCommandLine(app, args, out, err);
   return code >= 0 ? code : ctx.exitCode;

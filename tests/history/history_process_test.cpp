@@ -1,0 +1,245 @@
+// ho, hb, hi, hr and rd through the real server: replies, the history name list kept
+// between commands, the connector failure table kept per database, odb_cli history, and
+// the history of an imported CalculiX model against the solver's own prints.
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cstdio>
+#include <fstream>
+#include <sstream>
+
+#include "client/contact_records.h"
+#include "client/history_records.h"
+#include "client/server_process.h"
+#include "tests/ccx/test_files.h"
+#include "tests/history/history_fixture.h"
+#include "tests/model/model_fixture.h"
+#include "tools/ccx/importer.h"
+#include "tools/cli/cli_app.h"
+#include "tools/cli/history_command.h"
+#include "wire/record_types.h"
+
+namespace odbs::test {
+namespace {
+
+std::string types(const client::Reply& reply) {
+  return typeSequence(reply.records);
+}
+
+// Two steps; region "N" (node 1) in both, "E 2" (whole element 2) in the first only.
+void twoSteps(odb::Writer& w) {
+  w.setTitle("history job");
+  w.addInstance("P").addNodes({1}, {0, 0, 0});
+  w.addStep({"Step-1", "", "*STATIC", odb_Enum::TIME, 0.0});
+  w.addHistoryRegion({"N", "", pointAt(odb_Enum::NODAL, 1), {{"U1", "", 2, 2, {0, 1, 1, 2}, {}}}});
+  w.addHistoryRegion(
+      {"E 2", "", pointAt(odb_Enum::WHOLE_ELEMENT, -1, 2, 1), {{"S", "", 2, 2, {1, 5}, {}}}});
+  w.addStep({"Step-2", "", "*STATIC", odb_Enum::TIME, 1.0});
+  w.addHistoryRegion({"N", "", pointAt(odb_Enum::NODAL, 1), {{"U1", "", 2, 2, {0, 3}, {}}}});
+}
+
+class HistoryServer : public ::testing::Test {
+ protected:
+  std::unique_ptr<client::ServerProcess> server_ =
+      std::make_unique<client::ServerProcess>(client::ServerOptions{ODB_SERVER_PATH, 0, 10000});
+};
+
+TEST_F(HistoryServer, NameListLivesUntilAWalkEnds) {
+  WrittenDatabase db(twoSteps);
+  // Without ho: the step records only.
+  EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 2 ~");
+  // ho and hb answer nothing at all.
+  server_->send("ho 3");
+  server_->send("hb E 2");
+  server_->send("hb N");
+  EXPECT_FALSE(server_->replyPending(200));
+  // A failed look-up keeps the list; so does a line without a database.
+  EXPECT_EQ(types(server_->request("hr 0 /no/such.odb")), "~");
+  EXPECT_EQ(types(server_->request("hr 0")), "~");
+  // List order, step by step; the unfilled third slot finds nothing.
+  client::Reply all = server_->request("hr 0 " + db.path());
+  EXPECT_EQ(types(all), "2 4 6 8 8 4 6 8 8 8 8 2 4 6 8 8 ~");
+  client::HistoryCollector c;
+  for (const auto& r : all.records) c.add(r);
+  ASSERT_EQ(c.series().size(), 3u);
+  EXPECT_EQ(c.series()[0].region.name, "E 2");
+  EXPECT_EQ(c.series()[0].region.positionCode, 6u);
+  EXPECT_EQ(c.series()[1].samples.size(), 2u);
+  EXPECT_EQ(c.series()[2].step.number, 2u);
+  EXPECT_EQ(c.series()[2].samples[0].value, 3.f);
+  // The walk reached its end: the list is empty again.
+  EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 2 ~");
+}
+
+TEST_F(HistoryServer, StepFilterAndCatalogue) {
+  WrittenDatabase db(twoSteps);
+  auto listed = [&](const std::string& line) {
+    server_->send("ho 1");
+    server_->send("hb N");
+    return types(server_->request(line));
+  };
+  EXPECT_EQ(listed("hr 2 " + db.path()), "2 4 6 8 8 ~");
+  EXPECT_EQ(listed("hr 3 " + db.path()), "~");
+  EXPECT_EQ(listed("hr x " + db.path()), "2 4 6 8 8 8 8 2 4 6 8 8 ~");  // a bad number is 0
+  EXPECT_EQ(types(server_->request("hi " + db.path())), "2 4 6 4 6 2 4 6 ~");
+  EXPECT_EQ(types(server_->request("hz " + db.path())), "~");
+}
+
+// Step 1: a frame at 0.4 with U, history of connector 21 failing at 0.3. Step 2: a frame
+// with U and no history.
+void connectorModel(odb::Writer& w) {
+  w.setTitle("connectors");
+  w.addInstance("P").addNodes({1}, {0, 0, 0});
+  odb::FieldBlockData u;
+  u.instance = "P";
+  u.width = 1;
+  u.data = {0.5f};
+  u.nodeLabels = {1};
+  w.addStep({"Step-1", "", "*STATIC", odb_Enum::TIME, 0.0});
+  w.addFrame({-1, odb_Enum::TIME, 0, 0.4, 0.0, ""});
+  w.addFieldOutput({"U", "", odb_Enum::SCALAR, {}, false, 0, {}});
+  w.addFieldBlock(u);
+  odb::HistoryRegionData r{"E21",
+                           "",
+                           pointAt(odb_Enum::WHOLE_ELEMENT, -1, 21),
+                           {{"CFAILST1", "", 2, 2, {0, 0, 0.3f, 1}, {}}}};
+  r.point.elementType = "CONN3D2";
+  w.addHistoryRegion(r);
+  w.addStep({"Step-2", "", "*STATIC", odb_Enum::TIME, 0.4});
+  w.addFrame({-1, odb_Enum::TIME, 0, 0.1, 0.0, ""});
+  w.addFieldOutput({"U", "", odb_Enum::SCALAR, {}, false, 0, {}});
+  w.addFieldBlock(u);
+}
+
+TEST_F(HistoryServer, ConnectorFailureTableComesFromTheFirstRequestsStep) {
+  WrittenDatabase db(connectorModel);
+  server_->send("D 1 0 0 U");
+  EXPECT_EQ(types(server_->request("rd " + db.path())), "1 2 17 \" ~");
+  server_->send("D 2 0 0 U");  // step 2 has no connector history, but the table is kept
+  EXPECT_EQ(types(server_->request("rd " + db.path())), "1 2 17 \" ~");
+
+  auto fresh =
+      std::make_unique<client::ServerProcess>(client::ServerOptions{ODB_SERVER_PATH, 0, 10000});
+  fresh->send("D 2 0 0 U");
+  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
+  fresh->send("D 1 0 0 U");  // the empty table built from step 2 stays
+  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
+  // Position code 2 (D's 1) asks for no connector failures; step 0 for nothing.
+  fresh->send("D 1 0 1 U");
+  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
+  fresh->send("d 0 0 0 U");
+  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 ~");
+}
+
+TEST_F(HistoryServer, RotationsFollowTheSelectionList) {
+  WrittenDatabase db([](odb::Writer& w) {
+    connectorModel(w);
+    odb::FieldBlockData ur;
+    ur.instance = "P";
+    ur.width = 3;
+    ur.data = {1, 2, 3};
+    ur.nodeLabels = {1};
+    w.addFieldOutput({"UR", "", odb_Enum::VECTOR, {}, false, 0, {}});
+    w.addFieldBlock(ur);
+  });
+  server_->send("D 2 0 1 U");
+  EXPECT_EQ(types(server_->request("rd " + db.path())), "1 2 17 ~");
+  server_->request("a 2");
+  server_->request("b 1");
+  client::Reply reply = server_->request("rd " + db.path());
+  ASSERT_EQ(types(reply), "1 2 17 19 ~");
+  client::ContactRow row = client::decodeContactRow(reply.records[3]);
+  EXPECT_EQ(row.label, 1);
+  EXPECT_EQ(row.values, (std::vector<float>{1, 2, 3}));
+}
+
+TEST_F(HistoryServer, CliPrintsCatalogueCsvAndPlot) {
+  WrittenDatabase db(twoSteps);
+  const std::vector<std::string> base = {"odb_cli", "--server", ODB_SERVER_PATH, "--timeout",
+                                         "10000", "history"};
+  auto args = [&](std::vector<std::string> rest) {
+    std::vector<std::string> all = base;
+    all.insert(all.end(), rest.begin(), rest.end());
+    return all;
+  };
+  std::istringstream in;
+  std::ostringstream out, err;
+  ASSERT_EQ(cli::runCli(args({db.path()}), in, out, err), 0) << err.str();
+  EXPECT_NE(out.str().find("2 steps, 3 history regions"), std::string::npos) << out.str();
+  EXPECT_NE(out.str().find("  E 2  (whole element element 2 point 1 section point 0)"),
+            std::string::npos)
+      << out.str();
+
+  std::string plot = db.path() + ".svg";
+  std::ostringstream csv;
+  ASSERT_EQ(
+      cli::runCli(args({db.path(), "--step", "1", "--plot", plot, "--named", "N", "E 2"}), in,
+                  csv, err),
+      0)
+      << err.str();
+  EXPECT_EQ(csv.str(),
+            "step,region,output,frame_value,total_time,value,conjugate\n"
+            "1,N,U1,0,0,1,\n"
+            "1,N,U1,1,1,2,\n"
+            "1,E 2,S,1,1,5,\n");
+  std::ifstream svg(plot);
+  std::stringstream text;
+  text << svg.rdbuf();
+  EXPECT_NE(text.str().find("<polyline"), std::string::npos);
+  std::remove(plot.c_str());
+
+  EXPECT_EQ(cli::runCli(args({"--named", "N"}), in, csv, err), 2);
+}
+
+// The displacement history of node 11 of the beam example, through the server, against the
+// values that the solver printed in its .dat file (*NODE PRINT, NSET=TIP).
+TEST_F(HistoryServer, ImportedBeamHistoryIsTheSolversPrint) {
+  ccx::test::ScratchDir dir;
+  ccx::ImportRequest request;
+  request.deck = ccx::test::exampleFile("beam_steps.inp");
+  request.results = ccx::test::dataFile("beam_steps.frd");
+  request.prints = ccx::test::dataFile("beam_steps.dat");
+  request.output = dir.path() + "/beam.odb";
+  ccx::Warnings warnings;
+  ccx::importCalculix(request, warnings);
+
+  server_->send("ho 1");
+  server_->send("hb Node PART-1-1.11");
+  client::Reply reply = server_->request("hr 0 " + request.output);
+  client::HistoryCollector c;
+  for (const auto& r : reply.records) c.add(r);
+  // Printed total times and U1, U2, U3 of node 11.
+  struct Row {
+    double time;
+    float u[3];
+  };
+  const Row printed[] = {
+      {0.25, {-2.236878E-03f, -3.788922E-07f, -2.978704E-02f}},
+      {0.5, {-4.484408E-03f, -7.558588E-07f, -5.957306E-02f}},
+      {0.75, {-6.742588E-03f, -1.130900E-06f, -8.935805E-02f}},
+      {1.0, {-9.011416E-03f, -1.504014E-06f, -1.191420E-01f}},
+      {1.5, {-1.070067E-02f, -1.740340E-06f, -1.439888E-01f}},
+      {2.0, {-1.239704E-02f, -1.976665E-06f, -1.688352E-01f}},
+  };
+  struct At {
+    double time;
+    float value;
+  };
+  for (int k = 0; k < 3; ++k) {
+    std::vector<At> got;
+    for (const auto& s : c.series()) {
+      if (s.region.name != "Node PART-1-1.11" || s.output.name != "U" + std::to_string(k + 1))
+        continue;
+      for (const auto& sample : s.samples)
+        got.push_back({s.step.totalTime + sample.frameValue, sample.value});
+    }
+    ASSERT_GE(got.size(), 6u) << "U" << k + 1;
+    for (size_t i = 0; i < 6; ++i) {
+      EXPECT_NEAR(got[i].time, printed[i].time, 1e-6) << "U" << k + 1 << " sample " << i;
+      EXPECT_EQ(got[i].value, printed[i].u[k]) << "U" << k + 1 << " sample " << i;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace odbs::test

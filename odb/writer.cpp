@@ -7,6 +7,7 @@
 #include "odb/format.h"
 #include "odb/h5.h"
 #include "odb/model_store.h"
+#include "odb/names.h"
 #include "odb/results_store.h"
 
 namespace odb {
@@ -157,8 +158,8 @@ Writer::Writer(const std::string& path)
     : path_(path), tmpPath_(path + ".tmp" + std::to_string(odbs::platform::processId())) {
   file_ = std::make_unique<h5::File>(h5::File::create(tmpPath_));
   h5::Group root = file_->root();
-  root.setString("format", kFormatTag);
-  root.setInt("format_version", kFormatVersion);
+  root.setString(name::kFormat, kFormatTag);
+  root.setInt(name::kFormatVersion, kFormatVersion);
   assembly_.name = "ASSEMBLY";
   results_ = std::make_unique<ResultsWriter>(std::move(root));
 }

@@ -4,14 +4,15 @@
 
 #include "odb/format.h"
 #include "odb/model_store.h"
+#include "odb/names.h"
 
 namespace odbtest {
 namespace {
 
 void padConnectivity(const odb::h5::Group& entity, const odb::ElementData& e) {
   odb::h5::Group g = entity.open("elements");
-  H5Ldelete(g.id(), "offsets", H5P_DEFAULT);
-  H5Ldelete(g.id(), "connectivity", H5P_DEFAULT);
+  g.remove(odb::name::kOffsets);
+  g.remove(odb::name::kConnectivity);
   size_t width = 1;
   for (size_t i = 0; i < e.size(); ++i)
     width = std::max(width, size_t(e.offsets[i + 1] - e.offsets[i]));
@@ -27,8 +28,8 @@ void padConnectivity(const odb::h5::Group& entity, const odb::ElementData& e) {
 void writeVersion1(const std::string& path, const odb::ModelData& m) {
   odb::h5::File f = odb::h5::File::create(path);
   odb::h5::Group root = f.root();
-  root.setString("format", odb::kFormatTag);
-  root.setInt("format_version", 1);
+  root.setString(odb::name::kFormat, odb::kFormatTag);
+  root.setInt(odb::name::kFormatVersion, 1);
   odb::storeModel(root, m);
   padConnectivity(root.open("assembly"), m.assembly.elements);
   for (size_t i = 0; i < m.instances.size(); ++i)

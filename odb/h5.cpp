@@ -9,7 +9,13 @@ namespace odb::h5 {
 
 void silenceErrors() {
   static std::once_flag once;
-  std::call_once(once, [] { H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr); });
+  std::call_once(once, [] {
+    // HDF5's own shutdown at exit would close what is still open; after a close that
+    // failed on a full disk that means touching a half-destroyed file and crashing. Files
+    // are closed explicitly by their owners, so the shutdown is left to the system.
+    H5dont_atexit();
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+  });
 }
 
 void fail(const std::string& what) {
@@ -27,7 +33,9 @@ herr_t collectError(unsigned n, const H5E_error2_t* e, void* data) {
   if (!text->empty()) *text += "; ";
   *text += e->func_name ? e->func_name : "?";
   *text += ": ";
-  *text += e->desc && *e->desc ? e->desc : minor;
+  std::string desc = e->desc && *e->desc ? e->desc : minor;
+  std::replace(desc.begin(), desc.end(), '\n', ' ');
+  *text += desc.size() > 300 ? desc.substr(0, 300) + "..." : desc;
   return 0;
 }
 
@@ -450,20 +458,9 @@ void File::flush() const {
 
 void File::close() {
   if (!h_.valid()) return;
-  hid_t id = h_.release();
-  if (H5Fclose(id) >= 0) return;
-  std::string stack;
-  try {
-    failH5("cannot close '" + path_ + "'");
-  } catch (const std::runtime_error& e) {
-    stack = e.what();
-  }
-  // The close failed while writing what was cached: the file stays open inside HDF5 with
-  // dirty metadata. Drop its identifier for good so that nothing retries the write.
-  while (H5Iis_valid(id) > 0 && H5Idec_ref(id) > 0) {
-  }
-  H5Eclear2(H5E_DEFAULT);
-  throw std::runtime_error(stack);
+  // A close that fails (writing the cached metadata to a full disk) leaves the identifier
+  // registered but its file half destroyed: it is abandoned, never used or closed again.
+  if (H5Fclose(h_.release()) < 0) failH5("cannot close '" + path_ + "'");
 }
 
 File::~File() {

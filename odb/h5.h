@@ -21,7 +21,8 @@
 
 namespace odb::h5 {
 
-// Turns off HDF5's automatic error printing for the whole process. Idempotent.
+// Turns off HDF5's automatic error printing and its clean-up at exit for the whole
+// process; called before any other HDF5 call of the library. Idempotent.
 void silenceErrors();
 
 // Throws std::runtime_error("odb: " + what).
@@ -173,9 +174,9 @@ class File {
   static File open(const std::string& path, bool readOnly);
   Group root() const;
   void flush() const;
-  // Closes now and reports errors; the destructor closes silently. After a failed close
-  // nothing of the file stays open in HDF5 (its objects are closed as well), so a full
-  // disk leaves no handle behind for the library's shutdown to trip over.
+  // Closes now (with every object still open in the file) and reports errors; the
+  // destructor closes silently. After a failed close (a full disk) the file is abandoned:
+  // nothing touches it again, not even at exit, where HDF5's clean-up is switched off.
   void close();
   ~File();
   File() = default;

@@ -28,7 +28,7 @@ void buildDatabaseFromJson(const std::string& text, const std::string& outputPat
   }
   JsonAt root(doc, "");
   ModelData m = readModelJson(root);
-  std::vector<JsonStep> steps = readResultsJson(root);
+  std::vector<JsonStep> steps = readResultsJson(root, m);
   try {
     validateModel(m);
   } catch (const std::invalid_argument& e) {

@@ -5,11 +5,11 @@
 #include <set>
 #include <stdexcept>
 
-#include "core/platform.h"
 #include "odb/model_store.h"
 #include "odb/names.h"
 #include "odb/repository.h"
 #include "odb/results_store.h"
+#include "platform/platform.h"
 
 namespace odb {
 

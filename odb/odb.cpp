@@ -9,7 +9,7 @@
 #include "odb/names.h"
 #include "odb/repository.h"
 #include "odb/results_store.h"
-#include "platform/platform.h"
+#include "platform/file_safety.h"
 
 namespace odb {
 
@@ -28,8 +28,18 @@ int checkFormat(const h5::Group& root, const std::string& path) {
 namespace {
 
 std::shared_ptr<Source> openSource(const std::string& path) {
-  odbs::platform::FileStat st;
-  if (!odbs::platform::statFile(path, &st)) h5::fail("cannot open '" + path + "': no such file");
+  // Only regular files are opened: a FIFO would block the open forever, a device could
+  // be read without end.
+  switch (odbs::platform::fileKind(path)) {
+    case odbs::platform::FileKind::kMissing:
+      h5::fail("cannot open '" + path + "': no such file");
+    case odbs::platform::FileKind::kDirectory:
+      h5::fail("cannot open '" + path + "': it is a folder");
+    case odbs::platform::FileKind::kOther:
+      h5::fail("cannot open '" + path + "': not a regular file");
+    case odbs::platform::FileKind::kRegular:
+      break;
+  }
   if (!h5::isHdf5(path))
     h5::fail("'" + path + "' is not a results database (not an HDF5 file, or truncated)");
   auto src = std::make_shared<Source>();

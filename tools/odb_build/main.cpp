@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
   text << in.rdbuf();
   try {
     odb_initializeAPI();
-    odb::buildDatabaseFromJson(text.str(), argv[2]);
+    odb::buildDatabaseFromJson(text.str(), argv[2], {argv[1]});
   } catch (const std::exception& e) {
     std::cerr << "odb_build: " << argv[1] << ": " << e.what() << "\n";
     return 1;

@@ -33,9 +33,13 @@ std::vector<MaterialData> loadMaterials(const h5::Group& root);
 
 void storeSet(const h5::Group& g, const SetData& s);
 SetData loadSet(const h5::Group& g);
-void storeSetList(const h5::Group& entity, const std::string& list,
+// A set list group named list in parent: every set's members in one array per list.
+void storeSetList(const h5::Group& parent, const std::string& list,
                   const std::vector<SetData>& sets);
-// The sets of the list at path (a catalogue; members load per set on first use).
+// Every set of the set list group g (format version 3), read in one go.
+std::vector<SetData> loadSetList(const h5::Group& g);
+// The sets of the list at path (a catalogue; the members of all sets of the list load
+// together on first use; version 2 and older: one set group per set, loaded per set).
 odb_SetRepository lazySetList(const SourcePtr& src, const std::string& path,
                               odb_Enum::odb_SetTypeEnum type);
 void storeSectionAssignments(const h5::Group& entity, const std::vector<SectionAssignmentData>& v);

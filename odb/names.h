@@ -87,6 +87,13 @@ inline constexpr char kInstanceNames[] = "instance_names";
 inline constexpr char kCounts[] = "counts";
 inline constexpr char kFaces[] = "faces";
 
+// Set lists (format version 3): every set of one list, members contiguous.
+inline constexpr char kSetTypes[] = "types";
+inline constexpr char kGroupOffsets[] = "group_offsets";
+inline constexpr char kGroupInstances[] = "group_instances";
+inline constexpr char kMemberStarts[] = "member_starts";
+inline constexpr char kMemberCounts[] = "member_counts";
+
 // Step groups.
 inline constexpr char kProcedure[] = "procedure";
 inline constexpr char kDomain[] = "domain";
@@ -125,9 +132,33 @@ inline constexpr char kBlocks[] = "blocks";
 inline constexpr char kData[] = "data";
 inline constexpr char kConjugateData[] = "conjugate_data";
 inline constexpr char kElementLabels[] = "element_labels";
-inline constexpr char kNodeLabels[] = "node_labels";
+inline constexpr char kNodeLabels[] = "node_labels";  // also of history points
 inline constexpr char kIntegrationPoints[] = "integration_points";
 inline constexpr char kLocalCsys[] = "local_csys";
+
+// History of a step (format version 3): a region catalogue, outputs stored column-wise.
+inline constexpr char kDescriptionsList[] = "descriptions";
+inline constexpr char kPositions[] = "positions";
+inline constexpr char kElementTypes[] = "element_types";
+inline constexpr char kPointSectionPoints[] = "section_points";
+inline constexpr char kPointSectionPointDescriptions[] = "section_point_descriptions";
+inline constexpr char kPointInstances[] = "instances";
+inline constexpr char kRegionSets[] = "region_sets";
+inline constexpr char kSets[] = "sets";
+inline constexpr char kOutputOffsets[] = "output_offsets";
+inline constexpr char kOutputColumns[] = "output_columns";
+inline constexpr char kOutputSamples[] = "output_samples";
+inline constexpr char kOutputFirst[] = "output_first";
+inline constexpr char kOutputTimes[] = "output_times";
+inline constexpr char kColumnNames[] = "column_names";
+inline constexpr char kColumnDescriptions[] = "column_descriptions";
+inline constexpr char kColumnTypes[] = "column_types";
+inline constexpr char kColumnWidths[] = "column_widths";
+inline constexpr char kColumnComplex[] = "column_complex";
+inline constexpr char kColumns[] = "columns";
+inline constexpr char kValues[] = "values";
+inline constexpr char kConjugates[] = "conjugates";
+inline constexpr char kTimes[] = "times";
 
 // History region groups (format version 2 and older).
 inline constexpr char kPosition[] = "position";

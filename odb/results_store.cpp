@@ -117,29 +117,33 @@ void ResultsWriter::endFrame() {
 
 void ResultsWriter::addHistoryRegion(const HistoryRegionData& r) {
   if (!inStep_) bad("a history region needs a step first");
-  for (const auto& n : historyNames_)
-    if (n == r.name) bad("duplicate history region '" + r.name + "'");
+  if (historyNames_.count(r.name)) bad("duplicate history region '" + r.name + "'");
   std::set<std::string> outputs;
   for (const auto& o : r.outputs) {
     if (!outputs.insert(o.name).second) bad("duplicate history output '" + o.name + "'");
-    if (o.width < 1 || o.data.size() % size_t(o.width) != 0)
-      bad("history output '" + o.name + "' has a bad width");
+    if (o.width < 2 || o.width > 1024 || o.data.size() % size_t(o.width) != 0)
+      bad("history output '" + o.name + "' has a bad width (2 to 1024 values per sample)");
     if (!o.conjugateData.empty() && o.conjugateData.size() != o.data.size())
       bad("history output '" + o.name + "': conjugate data does not match the data");
+    if (!o.frameValues.empty() && o.frameValues.size() != o.samples())
+      bad("history output '" + o.name + "': frame values do not match the samples");
   }
-  h5::Group history =
-      step_.has(name::kHistory) ? step_.open(name::kHistory) : step_.create(name::kHistory);
-  storeHistoryRegion(history.create(std::to_string(historyNames_.size())), r);
-  historyNames_.push_back(r.name);
+  const SetData& set = r.point.region;
+  int64_t members = 0;
+  for (int64_t c : set.counts) members += c < 0 ? -1 - members : c;
+  if (set.counts.size() != set.instanceNames.size() || members != int64_t(set.labels.size()) ||
+      (set.type == odb_Enum::SURFACE_SET && set.faces.size() != set.labels.size()))
+    bad("history region '" + r.name + "': its region set is inconsistent");
+  history_.add(r);
+  historyNames_.insert(r.name);
 }
 
 void ResultsWriter::endStep() {
   if (!inStep_) return;
   endFrame();
   storeFrameCatalogue(step_, frameCatalogue_);
-  h5::Group history =
-      step_.has(name::kHistory) ? step_.open(name::kHistory) : step_.create(name::kHistory);
-  history.writeStrings(name::kNames, historyNames_);
+  history_.store(step_);
+  history_.clear();
   historyNames_.clear();
   frameCatalogue_.clear();
   inStep_ = false;

@@ -6,10 +6,12 @@
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "odb/format.h"
+#include "odb/history_columns.h"
 #include "odb/results.h"
 #include "odb/results_data.h"
 
@@ -38,8 +40,8 @@ FieldBlockData loadBlock(const h5::Group& block, const BlockRow& row, bool compl
 // The field outputs of the frame group at framePath; blocks load on first use.
 odb_FieldOutputRepository loadFieldOutputs(const SourcePtr& src, const std::string& framePath);
 
-void storeHistoryRegion(const h5::Group& region, const HistoryRegionData& r);
-// The history regions of the step group at stepPath; outputs load on first use.
+// The history regions of the step group at stepPath in any format version; outputs load
+// on first use.
 odb_HistoryRegionRepository loadHistory(const SourcePtr& src, const std::string& stepPath);
 
 // The step catalogue (steps with their frame catalogues); empty when the file holds no
@@ -70,7 +72,9 @@ class ResultsWriter {
   void endStep();
 
   h5::Group root_, steps_, step_, frames_, frame_, field_, blocks_;
-  std::vector<std::string> stepNames_, fieldNames_, historyNames_;
+  std::vector<std::string> stepNames_, fieldNames_;
+  std::set<std::string> historyNames_;
+  HistoryColumns history_;
   std::vector<FrameData> frameCatalogue_;
   FieldOutputData fieldHeader_;
   std::vector<BlockRow> blockRows_;

@@ -1,4 +1,7 @@
-// History regions of a step with their points and outputs: store and load side by side.
+// History of a step: the loader of format version 2 and older (one group per region, one
+// per output; their writer is kept with the tests), and the choice between it and the
+// column-wise layout of version 3 (history_columns.cpp).
+#include "odb/history_columns.h"
 #include "odb/model_store.h"
 #include "odb/results_store.h"
 #include "odb/store_util.h"
@@ -6,18 +9,6 @@
 namespace odb {
 
 namespace {
-
-void storePoint(const h5::Group& g, const HistoryPointData& p) {
-  g.setInt(name::kPosition, p.position);
-  g.setInt(name::kNodeLabel, p.nodeLabel);
-  g.setInt(name::kElementLabel, p.elementLabel);
-  g.setString(name::kElementType, p.elementType);
-  g.setInt(name::kIntegrationPoint, p.integrationPoint);
-  g.setInt(name::kSectionPoint, p.sectionPoint.number);
-  g.setString(name::kSectionPointDescription, p.sectionPoint.description);
-  g.setString(name::kInstance, p.instance);
-  storeSet(g.create(name::kRegion), p.region);
-}
 
 HistoryPointData loadPoint(const h5::Group& g) {
   HistoryPointData p;
@@ -33,14 +24,6 @@ HistoryPointData loadPoint(const h5::Group& g) {
   return p;
 }
 
-void storeOutput(const h5::Group& g, const HistoryOutputData& o) {
-  g.setString(name::kDescription, o.description);
-  g.setInt(name::kType, o.type);
-  const hsize_t w = static_cast<hsize_t>(o.width);
-  g.write(name::kData, o.data.data(), {o.data.size() / w, w});
-  g.write(name::kConjugateData, o.conjugateData.data(), {o.conjugateData.size() / w, w});
-}
-
 HistoryOutputData loadOutputSamples(const h5::Group& g) {
   HistoryOutputData o;
   std::vector<hsize_t> dims = g.dims(name::kData);
@@ -48,6 +31,8 @@ HistoryOutputData loadOutputSamples(const h5::Group& g) {
   o.width = static_cast<int32_t>(dims[1]);
   o.data = g.read<float>(name::kData);
   o.conjugateData = g.read<float>(name::kConjugateData);
+  for (size_t i = 0; i < o.data.size(); i += static_cast<size_t>(o.width))
+    o.frameValues.push_back(o.data[i]);  // single precision in these versions
   if (!o.conjugateData.empty() && o.conjugateData.size() != o.data.size())
     damaged(g, "conjugate data does not match the data");
   return o;
@@ -71,20 +56,8 @@ odb_HistoryOutputRepository loadOutputs(const SourcePtr& src, const std::string&
 
 }  // namespace
 
-void storeHistoryRegion(const h5::Group& region, const HistoryRegionData& r) {
-  region.setString(name::kName, r.name);
-  region.setString(name::kDescription, r.description);
-  storePoint(region, r.point);
-  std::vector<std::string> names;
-  h5::Group outputs = region.create(name::kOutputs);
-  for (size_t i = 0; i < r.outputs.size(); ++i) {
-    names.push_back(r.outputs[i].name);
-    storeOutput(outputs.create(std::to_string(i)), r.outputs[i]);
-  }
-  region.writeStrings(name::kOutputNames, names);
-}
-
 odb_HistoryRegionRepository loadHistory(const SourcePtr& src, const std::string& stepPath) {
+  if (src->version >= 3) return loadHistoryColumns(src, stepPath);
   odb_HistoryRegionRepository repo;
   std::string historyPath = stepPath + "/" + name::kHistory;
   if (!src->file.root().has(historyPath)) return repo;

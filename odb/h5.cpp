@@ -9,11 +9,43 @@ namespace odb::h5 {
 
 void silenceErrors() {
   static std::once_flag once;
-  std::call_once(once, [] { H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr); });
+  std::call_once(once, [] {
+    // HDF5's own shutdown at exit would close what is still open; after a close that
+    // failed on a full disk that means touching a half-destroyed file and crashing. Files
+    // are closed explicitly by their owners, so the shutdown is left to the system.
+    H5dont_atexit();
+    H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+  });
 }
 
 void fail(const std::string& what) {
   throw std::runtime_error("odb: " + what);
+}
+
+namespace {
+
+// Collects the descriptions on HDF5's error stack, outermost call first.
+herr_t collectError(unsigned n, const H5E_error2_t* e, void* data) {
+  auto* text = static_cast<std::string*>(data);
+  if (n >= 4) return 0;  // the innermost few say what went wrong; the rest is plumbing
+  char minor[128] = "";
+  H5Eget_msg(e->min_num, nullptr, minor, sizeof minor);
+  if (!text->empty()) *text += "; ";
+  *text += e->func_name ? e->func_name : "?";
+  *text += ": ";
+  std::string desc = e->desc && *e->desc ? e->desc : minor;
+  std::replace(desc.begin(), desc.end(), '\n', ' ');
+  *text += desc.size() > 300 ? desc.substr(0, 300) + "..." : desc;
+  return 0;
+}
+
+}  // namespace
+
+void failH5(const std::string& what) {
+  std::string stack;
+  H5Ewalk2(H5E_DEFAULT, H5E_WALK_UPWARD, collectError, &stack);
+  H5Eclear2(H5E_DEFAULT);
+  fail(stack.empty() ? what : what + " [" + stack + "]");
 }
 
 Handle& Handle::operator=(Handle&& o) noexcept {
@@ -52,79 +84,132 @@ void Handle::reset() {
     default:
       break;
   }
+  H5Eclear2(H5E_DEFAULT);
   id_ = H5I_INVALID_HID;
 }
 
 namespace {
 
-Handle check(hid_t id, const std::string& what) {
-  if (id < 0) fail(what);
+// ---- One checked wrapper per HDF5 call ----------------------------------------------
+
+Handle checked(hid_t id, const std::string& what) {
+  if (id < 0) failH5(what);
   return Handle(id);
 }
 
 void checkStatus(herr_t s, const std::string& what) {
-  if (s < 0) fail(what);
+  if (s < 0) failH5(what);
+}
+
+bool checkedTri(htri_t t, const std::string& what) {
+  if (t < 0) failH5(what);
+  return t > 0;
+}
+
+H5T_class_t typeClass(const Handle& t, const std::string& what) {
+  H5T_class_t c = H5Tget_class(t.id());
+  if (c == H5T_NO_CLASS) failH5("cannot read the type class of " + what);
+  return c;
+}
+
+size_t typeSize(const Handle& t, const std::string& what) {
+  size_t n = H5Tget_size(t.id());
+  if (n == 0) failH5("cannot read the element size of " + what);
+  return n;
+}
+
+int64_t pointCount(const Handle& space, const std::string& what) {
+  hssize_t n = H5Sget_simple_extent_npoints(space.id());
+  if (n < 0) failH5("cannot read the extent of " + what);
+  return static_cast<int64_t>(n);
 }
 
 Handle stringType(size_t len) {
-  Handle t = check(H5Tcopy(H5T_C_S1), "cannot make a string type");
+  Handle t = checked(H5Tcopy(H5T_C_S1), "cannot make a string type");
   checkStatus(H5Tset_size(t.id(), len == 0 ? 1 : len), "cannot size a string type");
-  H5Tset_cset(t.id(), H5T_CSET_UTF8);
-  H5Tset_strpad(t.id(), H5T_STR_NULLPAD);
+  checkStatus(H5Tset_cset(t.id(), H5T_CSET_UTF8), "cannot set a string encoding");
+  checkStatus(H5Tset_strpad(t.id(), H5T_STR_NULLPAD), "cannot set a string padding");
   return t;
 }
 
-Handle openAttr(const Group& g, const std::string& name) {
-  return check(H5Aopen(g.id(), name.c_str(), H5P_DEFAULT),
-               "missing attribute '" + name + "' on " + g.path());
+// The element sizes the format allows for a stored numeric class.
+bool allowedNumber(H5T_class_t c, size_t size) {
+  if (c == H5T_INTEGER) return size == 1 || size == 2 || size == 4 || size == 8;
+  if (c == H5T_FLOAT) return size == 4 || size == 8;
+  return false;
 }
 
-H5T_class_t attrClass(const Handle& a) {
-  Handle t = check(H5Aget_type(a.id()), "cannot read an attribute type");
-  return H5Tget_class(t.id());
+// True when values stored with class stored may be read as memory class wanted: integers
+// as integers, floats (or integers) as floats.
+bool convertible(H5T_class_t stored, H5T_class_t wanted) {
+  return stored == wanted || (stored == H5T_INTEGER && wanted == H5T_FLOAT);
 }
 
-Handle newAttr(const Group& g, const std::string& name, hid_t type) {
-  if (H5Aexists(g.id(), name.c_str()) > 0) H5Adelete(g.id(), name.c_str());
-  Handle space = check(H5Screate(H5S_SCALAR), "cannot make a dataspace");
-  return check(H5Acreate2(g.id(), name.c_str(), type, space.id(), H5P_DEFAULT, H5P_DEFAULT),
-               "cannot create attribute '" + name + "' on " + g.path());
+uint64_t fileSizeOf(hid_t file, const std::string& path) {
+  hsize_t n = 0;
+  checkStatus(H5Fget_filesize(file, &n), "cannot read the size of '" + path + "'");
+  return n;
 }
 
 }  // namespace
 
 bool Group::has(const std::string& name) const {
-  return H5Lexists(id(), name.c_str(), H5P_DEFAULT) > 0;
+  // H5Lexists fails (rather than answering no) on a damaged link table.
+  return checkedTri(H5Lexists(id(), name.c_str(), H5P_DEFAULT), "cannot look up " + where(name));
 }
 
 Group Group::open(const std::string& name) const {
   if (!has(name)) fail("missing group " + where(name));
   H5O_info_t info;
-  if (H5Oget_info_by_name(id(), name.c_str(), &info, H5P_DEFAULT) < 0 ||
-      info.type != H5O_TYPE_GROUP)
-    fail(where(name) + " is not a group");
-  return Group(check(H5Gopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open group " + where(name)),
-               where(name));
+  checkStatus(H5Oget_info_by_name(id(), name.c_str(), &info, H5P_DEFAULT),
+              "cannot read the object header of " + where(name));
+  if (info.type != H5O_TYPE_GROUP) fail(where(name) + " is not a group");
+  return Group(
+      checked(H5Gopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open group " + where(name)),
+      where(name), fileSize_);
 }
 
 Group Group::create(const std::string& name) const {
-  Handle lcpl = check(H5Pcreate(H5P_LINK_CREATE), "cannot make a property list");
-  H5Pset_char_encoding(lcpl.id(), H5T_CSET_UTF8);
-  return Group(check(H5Gcreate2(id(), name.c_str(), lcpl.id(), H5P_DEFAULT, H5P_DEFAULT),
-                     "cannot create group " + where(name)),
-               where(name));
+  Handle lcpl = checked(H5Pcreate(H5P_LINK_CREATE), "cannot make a property list");
+  checkStatus(H5Pset_char_encoding(lcpl.id(), H5T_CSET_UTF8), "cannot set a link encoding");
+  return Group(checked(H5Gcreate2(id(), name.c_str(), lcpl.id(), H5P_DEFAULT, H5P_DEFAULT),
+                       "cannot create group " + where(name)),
+               where(name), fileSize_);
 }
 
 bool Group::isDataset(const std::string& name) const {
   if (!has(name)) return false;
   H5O_info_t info;
-  return H5Oget_info_by_name(id(), name.c_str(), &info, H5P_DEFAULT) >= 0 &&
-         info.type == H5O_TYPE_DATASET;
+  checkStatus(H5Oget_info_by_name(id(), name.c_str(), &info, H5P_DEFAULT),
+              "cannot read the object header of " + where(name));
+  return info.type == H5O_TYPE_DATASET;
+}
+
+void Group::remove(const std::string& name) const {
+  checkStatus(H5Ldelete(id(), name.c_str(), H5P_DEFAULT), "cannot remove " + where(name));
 }
 
 bool Group::hasAttr(const std::string& name) const {
-  return H5Aexists(id(), name.c_str()) > 0;
+  return checkedTri(H5Aexists(id(), name.c_str()), "cannot look up attribute " + where(name));
 }
+
+Handle Group::openAttr(const std::string& name) const {
+  if (!hasAttr(name)) fail("missing attribute '" + name + "' on " + path_);
+  return checked(H5Aopen(id(), name.c_str(), H5P_DEFAULT), "cannot open attribute " + where(name));
+}
+
+namespace {
+
+Handle newAttr(const Group& g, const std::string& name, hid_t type) {
+  std::string where = g.path() + "/" + name;
+  if (checkedTri(H5Aexists(g.id(), name.c_str()), "cannot look up attribute " + where))
+    checkStatus(H5Adelete(g.id(), name.c_str()), "cannot replace attribute " + where);
+  Handle space = checked(H5Screate(H5S_SCALAR), "cannot make a dataspace");
+  return checked(H5Acreate2(g.id(), name.c_str(), type, space.id(), H5P_DEFAULT, H5P_DEFAULT),
+                 "cannot create attribute " + where);
+}
+
+}  // namespace
 
 void Group::setInt(const std::string& name, int64_t v) const {
   Handle a = newAttr(*this, name, H5T_STD_I64LE);
@@ -143,37 +228,48 @@ void Group::setString(const std::string& name, const std::string& v) const {
   checkStatus(H5Awrite(a.id(), t.id(), padded.data()), "cannot write attribute " + where(name));
 }
 
+// Reads a numeric attribute that must hold exactly one value of an allowed class and size:
+// H5Aread writes the whole extent into out, so an attribute crafted with more values must
+// be refused before the read.
+void Group::readScalarAttr(const std::string& name, hid_t mtype, void* out) const {
+  Handle a = openAttr(name);
+  std::string w = "attribute " + where(name);
+  Handle t = checked(H5Aget_type(a.id()), "cannot read the type of " + w);
+  Handle mt = checked(H5Tcopy(mtype), "cannot copy a memory type");
+  H5T_class_t c = typeClass(t, w);
+  if (!allowedNumber(c, typeSize(t, w)) || !convertible(c, typeClass(mt, "a memory type")))
+    fail(w + " is not " + (H5Tget_class(mtype) == H5T_INTEGER ? "an integer" : "a number"));
+  Handle space = checked(H5Aget_space(a.id()), "cannot read the shape of " + w);
+  if (pointCount(space, w) != 1) fail(w + " is not one value");
+  checkStatus(H5Aread(a.id(), mtype, out), "cannot read " + w);
+}
+
 int64_t Group::getInt(const std::string& name) const {
-  Handle a = openAttr(*this, name);
-  if (attrClass(a) != H5T_INTEGER) fail("attribute " + where(name) + " is not an integer");
   int64_t v = 0;
-  checkStatus(H5Aread(a.id(), H5T_NATIVE_INT64, &v), "cannot read attribute " + where(name));
+  readScalarAttr(name, H5T_NATIVE_INT64, &v);
   return v;
 }
 
 double Group::getDouble(const std::string& name) const {
-  Handle a = openAttr(*this, name);
-  H5T_class_t c = attrClass(a);
-  if (c != H5T_FLOAT && c != H5T_INTEGER) fail("attribute " + where(name) + " is not a number");
   double v = 0;
-  checkStatus(H5Aread(a.id(), H5T_NATIVE_DOUBLE, &v), "cannot read attribute " + where(name));
+  readScalarAttr(name, H5T_NATIVE_DOUBLE, &v);
   return v;
 }
 
 std::string Group::getString(const std::string& name) const {
-  Handle a = openAttr(*this, name);
-  Handle t = check(H5Aget_type(a.id()), "cannot read the type of " + where(name));
-  if (H5Tget_class(t.id()) != H5T_STRING) fail("attribute " + where(name) + " is not a text");
-  Handle space = check(H5Aget_space(a.id()), "cannot read the shape of " + where(name));
-  if (H5Sget_simple_extent_npoints(space.id()) != 1)
-    fail("attribute " + where(name) + " is not one text");
-  if (H5Tis_variable_str(t.id()) != 0)
-    fail("attribute " + where(name) + " is not a fixed-length text");
-  size_t n = H5Tget_size(t.id());
-  if (n == 0 || n > (size_t(1) << 30)) fail("attribute " + where(name) + " has a bad size");
+  Handle a = openAttr(name);
+  std::string w = "attribute " + where(name);
+  Handle t = checked(H5Aget_type(a.id()), "cannot read the type of " + w);
+  if (typeClass(t, w) != H5T_STRING) fail(w + " is not a text");
+  Handle space = checked(H5Aget_space(a.id()), "cannot read the shape of " + w);
+  if (pointCount(space, w) != 1) fail(w + " is not one text");
+  if (checkedTri(H5Tis_variable_str(t.id()), "cannot read the type of " + w))
+    fail(w + " is not a fixed-length text");
+  size_t n = typeSize(t, w);
+  if (n > fileSize_) fail(w + " is larger than the file");
   std::string s(n, '\0');
   Handle mt = stringType(n);
-  checkStatus(H5Aread(a.id(), mt.id(), s.data()), "cannot read attribute " + where(name));
+  checkStatus(H5Aread(a.id(), mt.id(), s.data()), "cannot read " + w);
   s.resize(s.find('\0') == std::string::npos ? n : s.find('\0'));
   return s;
 }
@@ -188,9 +284,9 @@ std::string Group::getStringOr(const std::string& name, const std::string& fallb
 
 void Group::writeRaw(const std::string& name, hid_t ftype, hid_t mtype, const void* data,
                      const std::vector<hsize_t>& dims) const {
-  Handle space = check(H5Screate_simple(static_cast<int>(dims.size()), dims.data(), nullptr),
-                       "cannot make the shape of " + where(name));
-  Handle ds = check(
+  Handle space = checked(H5Screate_simple(static_cast<int>(dims.size()), dims.data(), nullptr),
+                         "cannot make the shape of " + where(name));
+  Handle ds = checked(
       H5Dcreate2(id(), name.c_str(), ftype, space.id(), H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT),
       "cannot create dataset " + where(name));
   hsize_t n = 1;
@@ -212,16 +308,19 @@ void Group::writeStrings(const std::string& name, const std::vector<std::string>
 }
 
 Handle Group::openDataset(const std::string& name) const {
-  return check(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "missing dataset " + where(name));
+  if (!has(name)) fail("missing dataset " + where(name));
+  return checked(H5Dopen2(id(), name.c_str(), H5P_DEFAULT), "cannot open dataset " + where(name));
 }
 
 std::vector<hsize_t> Group::shape(const Handle& ds, const std::string& name) const {
-  Handle space = check(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
+  Handle space = checked(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
   int rank = H5Sget_simple_extent_ndims(space.id());
-  if (rank < 0 || rank > 8) fail("dataset " + where(name) + " has a bad shape");
+  if (rank < 0) failH5("cannot read the shape of " + where(name));
+  if (rank > 8) fail("dataset " + where(name) + " has a bad shape");
   std::vector<hsize_t> d(static_cast<size_t>(rank));
-  if (rank > 0 && H5Sget_simple_extent_dims(space.id(), d.data(), nullptr) < 0)
-    fail("cannot read the shape of " + where(name));
+  if (rank > 0)
+    checkStatus(H5Sget_simple_extent_dims(space.id(), d.data(), nullptr),
+                "cannot read the shape of " + where(name));
   return d;
 }
 
@@ -229,59 +328,78 @@ std::vector<hsize_t> Group::dims(const std::string& name) const {
   return shape(openDataset(name), name);
 }
 
-size_t Group::elementSize(const std::string& name, bool* isFloat) const {
-  Handle ds = openDataset(name);
-  Handle t = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
-  if (isFloat) *isFloat = H5Tget_class(t.id()) == H5T_FLOAT;
-  return H5Tget_size(t.id());
-}
-
-size_t Group::countChecked(const Handle& ds, const std::string& name, int64_t expectedCount) const {
+// Checks the stored type and extent of a dataset against the memory type it is read as
+// and against the file: a numeric class of an allowed size, and no more stored bytes
+// than the file holds (every dataset is stored contiguously inside the file).
+size_t Group::countChecked(const Handle& ds, const std::string& name, int64_t expectedCount,
+                           hid_t mtype) const {
+  std::string w = "dataset " + where(name);
+  Handle ft = checked(H5Dget_type(ds.id()), "cannot read the type of " + w);
+  Handle mt = checked(H5Tcopy(mtype), "cannot copy a memory type");
+  H5T_class_t fc = typeClass(ft, w), mc = typeClass(mt, "a memory type");
+  size_t esize = typeSize(ft, w);
+  if (!convertible(fc, mc))
+    fail(w + " does not hold " + (mc == H5T_FLOAT ? "numbers" : "integers"));
+  if (!allowedNumber(fc, esize)) fail(w + " has a bad element size");
   uint64_t n = 1;
   for (hsize_t d : shape(ds, name)) {
-    if (d > (uint64_t(1) << 40)) fail("dataset " + where(name) + " is impossibly large");
+    if (d > fileSize_) fail(w + " is larger than the file");
     n *= d;
+    if (n > fileSize_ / esize) fail(w + " is larger than the file");
   }
-  if (n > (uint64_t(1) << 40)) fail("dataset " + where(name) + " is impossibly large");
   if (expectedCount >= 0 && n != static_cast<uint64_t>(expectedCount))
-    fail("dataset " + where(name) + " holds " + std::to_string(n) + " values, expected " +
-         std::to_string(expectedCount));
+    fail(w + " holds " + std::to_string(n) + " values, expected " + std::to_string(expectedCount));
+  if (n > 0 && H5Dget_storage_size(ds.id()) < n * esize)
+    fail(w + " has no stored values for its extent (damaged or truncated file?)");
   return static_cast<size_t>(n);
 }
 
-void Group::readRaw(const std::string& name, hid_t mtype, void* out, size_t bytes) const {
-  readRaw(openDataset(name), name, mtype, out, bytes);
-}
-
-void Group::readRaw(const Handle& ds, const std::string& name, hid_t mtype, void* out,
-                    size_t bytes) const {
-  Handle space = check(H5Dget_space(ds.id()), "cannot read the shape of " + where(name));
-  hssize_t n = H5Sget_simple_extent_npoints(space.id());
-  if (n < 0 || static_cast<size_t>(n) * H5Tget_size(mtype) != bytes)
-    fail("dataset " + where(name) + " does not have the expected size");
-  Handle ft = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
-  H5T_class_t fc = H5Tget_class(ft.id()), mc = H5Tget_class(mtype);
-  bool numeric = (fc == H5T_INTEGER || fc == H5T_FLOAT) && (mc == H5T_INTEGER || mc == H5T_FLOAT);
-  if (!numeric) fail("dataset " + where(name) + " does not hold numbers");
-  checkStatus(H5Dread(ds.id(), mtype, H5S_ALL, H5S_ALL, H5P_DEFAULT, out),
-              "cannot read dataset " + where(name) + " (damaged or truncated file?)");
+void Group::readInto(const Handle& ds, const std::string& name, hid_t mtype, void* out,
+                     const Rows* rows) const {
+  std::string w = "dataset " + where(name);
+  if (!rows) {
+    checkStatus(H5Dread(ds.id(), mtype, H5S_ALL, H5S_ALL, H5P_DEFAULT, out),
+                "cannot read " + w + " (damaged or truncated file?)");
+    return;
+  }
+  Handle fspace = checked(H5Dget_space(ds.id()), "cannot read the shape of " + w);
+  std::vector<hsize_t> d = shape(ds, name);
+  std::vector<hsize_t> start(d.size(), 0), count = d;
+  start[0] = rows->first;
+  count[0] = rows->count;
+  checkStatus(H5Sselect_hyperslab(fspace.id(), H5S_SELECT_SET, start.data(), nullptr, count.data(),
+                                  nullptr),
+              "cannot select rows of " + w);
+  Handle mspace = checked(H5Screate_simple(static_cast<int>(count.size()), count.data(), nullptr),
+                          "cannot make the shape of rows of " + w);
+  checkStatus(H5Dread(ds.id(), mtype, mspace.id(), fspace.id(), H5P_DEFAULT, out),
+              "cannot read rows of " + w + " (damaged or truncated file?)");
 }
 
 std::vector<std::string> Group::readStrings(const std::string& name, int64_t expectedCount) const {
   Handle ds = openDataset(name);
-  size_t n = countChecked(ds, name, expectedCount);
-  Handle ft = check(H5Dget_type(ds.id()), "cannot read the type of " + where(name));
-  if (H5Tget_class(ft.id()) != H5T_STRING || H5Tis_variable_str(ft.id()) != 0)
-    fail("dataset " + where(name) + " does not hold fixed-length texts");
-  size_t width = H5Tget_size(ft.id());
-  if (width == 0 || width > (size_t(1) << 20) || n * width > (size_t(1) << 34))
-    fail("dataset " + where(name) + " has a bad text size");
+  std::string w = "dataset " + where(name);
+  Handle ft = checked(H5Dget_type(ds.id()), "cannot read the type of " + w);
+  if (typeClass(ft, w) != H5T_STRING ||
+      checkedTri(H5Tis_variable_str(ft.id()), "cannot read the type of " + w))
+    fail(w + " does not hold fixed-length texts");
+  size_t width = typeSize(ft, w);
+  uint64_t n = 1;
+  for (hsize_t d : shape(ds, name)) {
+    if (d > fileSize_) fail(w + " is larger than the file");
+    n *= d;
+  }
+  if (width > fileSize_ || (n > 0 && n > fileSize_ / width)) fail(w + " is larger than the file");
+  if (expectedCount >= 0 && n != static_cast<uint64_t>(expectedCount))
+    fail(w + " holds " + std::to_string(n) + " values, expected " + std::to_string(expectedCount));
+  if (n > 0 && H5Dget_storage_size(ds.id()) < n * width)
+    fail(w + " has no stored texts for its extent (damaged or truncated file?)");
   std::vector<std::string> out(n);
   if (n == 0) return out;
   std::string buf(n * width, '\0');
   Handle mt = stringType(width);
   checkStatus(H5Dread(ds.id(), mt.id(), H5S_ALL, H5S_ALL, H5P_DEFAULT, buf.data()),
-              "cannot read dataset " + where(name) + " (damaged or truncated file?)");
+              "cannot read " + w + " (damaged or truncated file?)");
   for (size_t i = 0; i < n; ++i) {
     const char* p = buf.data() + i * width;
     out[i].assign(p, strnlen(p, width));
@@ -289,28 +407,49 @@ std::vector<std::string> Group::readStrings(const std::string& name, int64_t exp
   return out;
 }
 
+namespace {
+
+// Closing a file closes every object still open in it, so that a failed close (a full
+// disk) leaves nothing open that the library's shutdown would try to flush again.
+Handle fileAccess(bool forCreate) {
+  Handle fapl = checked(H5Pcreate(H5P_FILE_ACCESS), "cannot make a property list");
+  checkStatus(H5Pset_fclose_degree(fapl.id(), H5F_CLOSE_STRONG), "cannot set the close degree");
+  if (forCreate)
+    checkStatus(H5Pset_libver_bounds(fapl.id(), H5F_LIBVER_V18, H5F_LIBVER_LATEST),
+                "cannot set the object format");
+  return fapl;
+}
+
+}  // namespace
+
 File File::create(const std::string& path) {
   silenceErrors();
-  Handle fapl = check(H5Pcreate(H5P_FILE_ACCESS), "cannot make a property list");
-  H5Pset_libver_bounds(fapl.id(), H5F_LIBVER_V18, H5F_LIBVER_LATEST);
+  Handle fapl = fileAccess(true);
   File f;
   f.path_ = path;
-  f.h_ = check(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, fapl.id()),
-               "cannot create file '" + path + "'");
+  f.h_ = checked(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, fapl.id()),
+                 "cannot create file '" + path + "'");
   return f;
 }
 
 File File::open(const std::string& path, bool readOnly) {
   silenceErrors();
+  Handle fapl = fileAccess(false);
   File f;
   f.path_ = path;
-  f.h_ = check(H5Fopen(path.c_str(), readOnly ? H5F_ACC_RDONLY : H5F_ACC_RDWR, H5P_DEFAULT),
-               "cannot open '" + path + "' as a database file (truncated or damaged)");
+  f.h_ = checked(H5Fopen(path.c_str(), readOnly ? H5F_ACC_RDONLY : H5F_ACC_RDWR, fapl.id()),
+                 "cannot open '" + path + "' as a database file (truncated or damaged)");
   return f;
 }
 
 Group File::root() const {
-  return Group(check(H5Gopen2(h_.id(), "/", H5P_DEFAULT), "cannot open the root of " + path_), "");
+  uint64_t size = fileSizeOf(h_.id(), path_);
+  // A file being written grows; its own reads are bounded by what it may become.
+  unsigned intent = 0;
+  checkStatus(H5Fget_intent(h_.id(), &intent), "cannot read the mode of '" + path_ + "'");
+  if (intent & H5F_ACC_RDWR) size = UINT64_MAX / 2;
+  return Group(checked(H5Gopen2(h_.id(), "/", H5P_DEFAULT), "cannot open the root of " + path_), "",
+               size);
 }
 
 void File::flush() const {
@@ -319,14 +458,23 @@ void File::flush() const {
 
 void File::close() {
   if (!h_.valid()) return;
-  // Release ownership first so that a failed close is not retried by the destructor.
-  herr_t s = H5Fclose(h_.release());
-  checkStatus(s, "cannot close '" + path_ + "'");
+  // A close that fails (writing the cached metadata to a full disk) leaves the identifier
+  // registered but its file half destroyed: it is abandoned, never used or closed again.
+  if (H5Fclose(h_.release()) < 0) failH5("cannot close '" + path_ + "'");
+}
+
+File::~File() {
+  try {
+    close();
+  } catch (...) {
+  }
 }
 
 bool isHdf5(const std::string& path) {
   silenceErrors();
-  return H5Fis_hdf5(path.c_str()) > 0;
+  htri_t r = H5Fis_hdf5(path.c_str());
+  H5Eclear2(H5E_DEFAULT);
+  return r > 0;
 }
 
 }  // namespace odb::h5

@@ -6,16 +6,17 @@
 #include <stdexcept>
 
 #include "odb/model_store.h"
+#include "odb/names.h"
 #include "odb/repository.h"
 #include "odb/results_store.h"
-#include "platform/platform.h"
+#include "platform/file_safety.h"
 
 namespace odb {
 
 int checkFormat(const h5::Group& root, const std::string& path) {
-  if (!root.hasAttr("format") || root.getString("format") != kFormatTag)
+  if (!root.hasAttr(name::kFormat) || root.getString(name::kFormat) != kFormatTag)
     h5::fail("'" + path + "' is an HDF5 file but not a results database (no format tag)");
-  int64_t v = root.getInt("format_version");
+  int64_t v = root.getInt(name::kFormatVersion);
   if (v > kFormatVersion)
     h5::fail("'" + path + "' has format version " + std::to_string(v) +
              ", newer than this library's " + std::to_string(kFormatVersion));
@@ -27,8 +28,18 @@ int checkFormat(const h5::Group& root, const std::string& path) {
 namespace {
 
 std::shared_ptr<Source> openSource(const std::string& path) {
-  odbs::platform::FileStat st;
-  if (!odbs::platform::statFile(path, &st)) h5::fail("cannot open '" + path + "': no such file");
+  // Only regular files are opened: a FIFO would block the open forever, a device could
+  // be read without end.
+  switch (odbs::platform::fileKind(path)) {
+    case odbs::platform::FileKind::kMissing:
+      h5::fail("cannot open '" + path + "': no such file");
+    case odbs::platform::FileKind::kDirectory:
+      h5::fail("cannot open '" + path + "': it is a folder");
+    case odbs::platform::FileKind::kOther:
+      h5::fail("cannot open '" + path + "': not a regular file");
+    case odbs::platform::FileKind::kRegular:
+      break;
+  }
   if (!h5::isHdf5(path))
     h5::fail("'" + path + "' is not a results database (not an HDF5 file, or truncated)");
   auto src = std::make_shared<Source>();
@@ -65,31 +76,28 @@ odb_Odb::odb_Odb(const std::string& path, bool readOnly, bool allowOldVersion)
                     " and needs an upgrade (upgradeOdb)");
     src_ = src;
     odb::h5::Group root = src_->file.root();
-    name_ = root.getStringOr("name", "");
+    name_ = root.getStringOr(odb::name::kName, "");
     if (name_.empty()) name_ = odb::baseName(path);
-    title_ = root.getStringOr("title", "");
-    description_ = root.getStringOr("description", "");
-    jobData_ = odb_JobData(static_cast<int>(root.getIntOr("analysis_code", odb_Enum::IMPLICIT)));
-    if (root.has("annotations")) {
-      odb::h5::Group ann = root.open("annotations");
-      std::vector<std::string> keys = ann.readStrings("keys");
-      std::vector<std::string> texts = ann.readStrings("texts", static_cast<int64_t>(keys.size()));
-      for (size_t i = 0; i < keys.size(); ++i)
-        userData_.mutableTexts().insert(keys[i], odb_Text(texts[i]));
-    }
+    title_ = root.getStringOr(odb::name::kTitle, "");
+    description_ = root.getStringOr(odb::name::kDescription, "");
+    jobData_ =
+        odb_JobData(static_cast<int>(root.getIntOr(odb::name::kAnalysisCode, odb_Enum::IMPLICIT)));
+    for (auto& [key, text] : odb::loadAnnotations(root))
+      userData_.mutableTexts().insert(key, odb_Text(std::move(text)));
     auto cats = std::make_shared<std::vector<odb_SectionCategory>>();
     for (const auto& c : odb::loadSectionCategories(root)) {
       cats->emplace_back(c);
       categoryRepo_.insert(c.name, odb_SectionCategory(c));
     }
     categories_ = cats;
-    odb::h5::Group a = root.open("assembly");
+    odb::h5::Group a = root.open(odb::name::kAssembly);
     odb_InstanceRepository instances;
-    if (a.has("instances")) {
-      odb::h5::Group ig = a.open("instances");
-      std::vector<std::string> names = ig.readStrings("names");
+    if (a.has(odb::name::kInstances)) {
+      odb::h5::Group ig = a.open(odb::name::kInstances);
+      std::vector<std::string> names = ig.readStrings(odb::name::kNames);
       for (size_t i = 0; i < names.size(); ++i) {
-        std::string p = "assembly/instances/" + std::to_string(i);
+        std::string p = std::string(odb::name::kAssembly) + "/" + odb::name::kInstances + "/" +
+                        std::to_string(i);
         instances.insert(names[i],
                          odb_Instance(names[i], odb::lazyEntityParts(src_, p, categories_)));
       }
@@ -98,13 +106,14 @@ odb_Odb::odb_Odb(const std::string& path, bool readOnly, bool allowOldVersion)
     odb::Lazy<odb_SequenceConnectorOrientation> orientations(
         std::function<odb_SequenceConnectorOrientation()>([s] {
           odb_SequenceConnectorOrientation seq;
-          for (const auto& c : odb::loadConnectorOrientations(s->group("assembly")))
+          for (const auto& c : odb::loadConnectorOrientations(s->group(odb::name::kAssembly)))
             seq.append(odb_ConnectorOrientation(c));
           return seq;
         }));
-    assembly_ = std::make_unique<odb_Assembly>(a.getStringOr("name", "ASSEMBLY"),
-                                               odb::lazyEntityParts(src_, "assembly", categories_),
-                                               std::move(instances), std::move(orientations));
+    assembly_ = std::make_unique<odb_Assembly>(
+        a.getStringOr(odb::name::kName, "ASSEMBLY"),
+        odb::lazyEntityParts(src_, odb::name::kAssembly, categories_), std::move(instances),
+        std::move(orientations));
     steps_ = odb::Lazy<odb_StepRepository>(
         std::function<odb_StepRepository()>([s] { return odb::loadSteps(s); }));
   } catch (const std::out_of_range& e) {

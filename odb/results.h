@@ -202,6 +202,9 @@ class odb_HistoryOutput {
   virtual ~odb_HistoryOutput() = default;
   virtual const odb_SequenceSequenceFloat& data() const;
   virtual const odb_SequenceSequenceFloat& conjugateData() const;
+  // The frame value of every sample in double precision (element 0 of each sample of
+  // data() is the same value in single precision).
+  const std::vector<double>& frameValues() const { return raw_.get().frameValues; }
   const std::string& name() const { return name_; }
   const std::string& description() const { return description_; }
   int type() const { return type_; }

@@ -84,13 +84,19 @@ struct HistoryPointData {
 };
 
 // Samples of width floats each (width 2: frame value, value), row after row.
+// frameValues, when not empty, holds the frame value of every sample in double precision
+// (one per sample); the writer stores it in place of element 0 of the samples, and the
+// reader fills it. Element 0 of a conjugate sample is its frame value again.
 struct HistoryOutputData {
   std::string name;
   std::string description;
   int32_t type = odb_Enum::SCALAR;
   int32_t width = 2;
   std::vector<float> data;
-  std::vector<float> conjugateData;  // empty, or the same shape as data
+  std::vector<float> conjugateData;      // empty, or the same shape as data
+  std::vector<double> frameValues = {};  // empty, or one per sample
+
+  size_t samples() const { return width > 0 ? data.size() / static_cast<size_t>(width) : 0; }
 };
 
 struct HistoryRegionData {

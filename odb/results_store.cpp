@@ -4,7 +4,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "odb/model_store.h"
+#include "odb/names.h"
 
 namespace odb {
 namespace {
@@ -37,23 +37,6 @@ void checkBlock(const FieldOutputData& f, const FieldBlockData& b) {
     bad(where + ": bad element count");
 }
 
-void storeLocations(const h5::Group& g, const std::vector<FieldLocationData>& locations) {
-  std::vector<int32_t> positions, counts, numbers;
-  std::vector<std::string> descriptions;
-  for (const auto& l : locations) {
-    positions.push_back(l.position);
-    counts.push_back(static_cast<int32_t>(l.sectionPoints.size()));
-    for (const auto& p : l.sectionPoints) {
-      numbers.push_back(p.number);
-      descriptions.push_back(p.description);
-    }
-  }
-  g.write("location_positions", positions);
-  g.write("location_point_counts", counts);
-  g.write("location_point_numbers", numbers);
-  g.writeStrings("location_point_descriptions", descriptions);
-}
-
 }  // namespace
 
 ResultsWriter::ResultsWriter(h5::Group root) : root_(std::move(root)) {}
@@ -62,15 +45,11 @@ void ResultsWriter::addStep(const StepData& step) {
   for (const auto& n : stepNames_)
     if (n == step.name) bad("duplicate step '" + step.name + "'");
   endStep();
-  if (steps_.id() < 0) steps_ = root_.create("steps");
+  if (steps_.id() < 0) steps_ = root_.create(name::kSteps);
   step_ = steps_.create(std::to_string(stepNames_.size()));
   stepNames_.push_back(step.name);
-  step_.setString("name", step.name);
-  step_.setString("description", step.description);
-  step_.setString("procedure", step.procedure);
-  step_.setInt("domain", step.domain);
-  step_.setDouble("total_time", step.totalTime);
-  frames_ = step_.create("frames");
+  storeStepHeader(step_, step);
+  frames_ = step_.create(name::kFrames);
   inStep_ = true;
 }
 
@@ -92,7 +71,7 @@ void ResultsWriter::addFieldOutput(const FieldOutputData& field) {
   if (field.type < odb_Enum::UNKNOWN_DATATYPE || field.type > odb_Enum::TENSOR_2D_SURFACE)
     bad("field output '" + field.name + "' has an unknown type");
   field_ = frame_.create(std::to_string(fieldNames_.size()));
-  blocks_ = field_.create("blocks");
+  blocks_ = field_.create(name::kBlocks);
   fieldNames_.push_back(field.name);
   fieldHeader_ = field;
   blockRows_.clear();
@@ -102,46 +81,13 @@ void ResultsWriter::addFieldOutput(const FieldOutputData& field) {
 void ResultsWriter::addFieldBlock(const FieldBlockData& b) {
   if (!inField_) bad("a block needs a field output first");
   checkBlock(fieldHeader_, b);
-  h5::Group g = blocks_.create(std::to_string(blockRows_.size()));
-  const hsize_t rows = static_cast<hsize_t>(b.rows()), w = static_cast<hsize_t>(b.width);
-  int32_t arrays = 0;
-  if (b.doublePrecision) {
-    g.write("data", b.dataDouble.data(), {rows, w});
-    if (fieldHeader_.isComplex) g.write("conjugate_data", b.conjugateDataDouble.data(), {rows, w});
-  } else {
-    g.write("data", b.data.data(), {rows, w});
-    if (fieldHeader_.isComplex) g.write("conjugate_data", b.conjugateData.data(), {rows, w});
-  }
-  if (fieldHeader_.isComplex) arrays |= kConjugate;
-  if (!b.elementLabels.empty())
-    g.write("element_labels", b.elementLabels), arrays |= kElementLabels;
-  if (!b.nodeLabels.empty()) g.write("node_labels", b.nodeLabels), arrays |= kNodeLabels;
-  if (!b.integrationPoints.empty())
-    g.write("integration_points", b.integrationPoints), arrays |= kIntegrationPoints;
-  if (b.csysWidth > 0) {
-    g.write("local_csys", b.localCsys.data(), {rows, static_cast<hsize_t>(b.csysWidth)});
-    arrays |= kLocalCsys;
-  }
-  // Readers step through element labels with a stride of rows / numberOfElements, so a
-  // block with element labels always gets a count (the distinct labels when not given).
-  int32_t elementCount = b.numberOfElements;
-  if (elementCount == 0 && !b.elementLabels.empty())
-    elementCount = static_cast<int32_t>(
-        std::set<int32_t>(b.elementLabels.begin(), b.elementLabels.end()).size());
-  blockRows_.push_back({b.position, b.type, b.width, b.doublePrecision ? 1 : 0,
-                        b.sectionPoint.number, elementCount, b.csysWidth, arrays, b.rows(),
-                        b.sectionPoint.description, b.elementType, b.instance});
+  blockRows_.push_back(
+      storeBlock(blocks_.create(std::to_string(blockRows_.size())), b, fieldHeader_.isComplex));
 }
 
 void ResultsWriter::endField() {
   if (!inField_) return;
   FieldOutputData& f = fieldHeader_;
-  field_.setString("name", f.name);
-  field_.setString("description", f.description);
-  field_.setInt("type", f.type);
-  field_.setInt("complex", f.isComplex ? 1 : 0);
-  field_.setInt("matrix_order", f.matrixOrder);
-  field_.writeStrings("component_labels", f.componentLabels);
   std::vector<FieldLocationData> locations = f.locations;
   if (locations.empty()) {
     for (const auto& r : blockRows_) {
@@ -154,29 +100,8 @@ void ResultsWriter::endField() {
       if (!seen) l->sectionPoints.push_back({r.sectionPoint, r.sectionPointDescription});
     }
   }
-  storeLocations(field_, locations);
-  std::vector<int32_t> pos, type, width, prec, sp, count, csys, arrays;
-  std::vector<int64_t> rows;
-  std::vector<std::string> spd, et, inst;
-  for (const auto& r : blockRows_) {
-    pos.push_back(r.position), type.push_back(r.type), width.push_back(r.width);
-    prec.push_back(r.precision), sp.push_back(r.sectionPoint), count.push_back(r.elementCount);
-    csys.push_back(r.csysWidth), arrays.push_back(r.arrays), rows.push_back(r.rows);
-    spd.push_back(r.sectionPointDescription), et.push_back(r.elementType),
-        inst.push_back(r.instance);
-  }
-  field_.write("block_positions", pos);
-  field_.write("block_types", type);
-  field_.write("block_widths", width);
-  field_.write("block_precision", prec);
-  field_.write("block_section_points", sp);
-  field_.writeStrings("block_section_point_descriptions", spd);
-  field_.write("block_element_counts", count);
-  field_.write("block_csys_widths", csys);
-  field_.write("block_arrays", arrays);
-  field_.write("block_rows", rows);
-  field_.writeStrings("block_element_types", et);
-  field_.writeStrings("block_instances", inst);
+  storeFieldHeader(field_, f, locations);
+  storeBlockCatalogue(field_, blockRows_);
   blockRows_.clear();
   blockRows_.shrink_to_fit();
   inField_ = false;
@@ -185,72 +110,40 @@ void ResultsWriter::endField() {
 void ResultsWriter::endFrame() {
   if (!inFrame_) return;
   endField();
-  frame_.writeStrings("field_names", fieldNames_);
+  frame_.writeStrings(name::kFieldNames, fieldNames_);
   fieldNames_.clear();
   inFrame_ = false;
 }
 
 void ResultsWriter::addHistoryRegion(const HistoryRegionData& r) {
   if (!inStep_) bad("a history region needs a step first");
-  for (const auto& n : historyNames_)
-    if (n == r.name) bad("duplicate history region '" + r.name + "'");
+  if (historyNames_.count(r.name)) bad("duplicate history region '" + r.name + "'");
   std::set<std::string> outputs;
   for (const auto& o : r.outputs) {
     if (!outputs.insert(o.name).second) bad("duplicate history output '" + o.name + "'");
-    if (o.width < 1 || o.data.size() % size_t(o.width) != 0)
-      bad("history output '" + o.name + "' has a bad width");
+    if (o.width < 2 || o.width > 1024 || o.data.size() % size_t(o.width) != 0)
+      bad("history output '" + o.name + "' has a bad width (2 to 1024 values per sample)");
     if (!o.conjugateData.empty() && o.conjugateData.size() != o.data.size())
       bad("history output '" + o.name + "': conjugate data does not match the data");
+    if (!o.frameValues.empty() && o.frameValues.size() != o.samples())
+      bad("history output '" + o.name + "': frame values do not match the samples");
   }
-  h5::Group history = step_.has("history") ? step_.open("history") : step_.create("history");
-  h5::Group g = history.create(std::to_string(historyNames_.size()));
-  historyNames_.push_back(r.name);
-  const HistoryPointData& p = r.point;
-  g.setString("name", r.name);
-  g.setString("description", r.description);
-  g.setInt("position", p.position);
-  g.setInt("node_label", p.nodeLabel);
-  g.setInt("element_label", p.elementLabel);
-  g.setString("element_type", p.elementType);
-  g.setInt("integration_point", p.integrationPoint);
-  g.setInt("section_point", p.sectionPoint.number);
-  g.setString("section_point_description", p.sectionPoint.description);
-  g.setString("instance", p.instance);
-  storeSet(g.create("region"), p.region);
-  std::vector<std::string> names;
-  h5::Group og = g.create("outputs");
-  for (size_t i = 0; i < r.outputs.size(); ++i) {
-    const HistoryOutputData& o = r.outputs[i];
-    names.push_back(o.name);
-    h5::Group x = og.create(std::to_string(i));
-    x.setString("description", o.description);
-    x.setInt("type", o.type);
-    const hsize_t w = static_cast<hsize_t>(o.width);
-    x.write("data", o.data.data(), {o.data.size() / w, w});
-    x.write("conjugate_data", o.conjugateData.data(), {o.conjugateData.size() / w, w});
-  }
-  g.writeStrings("output_names", names);
+  const SetData& set = r.point.region;
+  int64_t members = 0;
+  for (int64_t c : set.counts) members += c < 0 ? -1 - members : c;
+  if (set.counts.size() != set.instanceNames.size() || members != int64_t(set.labels.size()) ||
+      (set.type == odb_Enum::SURFACE_SET && set.faces.size() != set.labels.size()))
+    bad("history region '" + r.name + "': its region set is inconsistent");
+  history_.add(r);
+  historyNames_.insert(r.name);
 }
 
 void ResultsWriter::endStep() {
   if (!inStep_) return;
   endFrame();
-  std::vector<int32_t> index, domain, mode;
-  std::vector<double> value, frequency;
-  std::vector<std::string> description;
-  for (const auto& f : frameCatalogue_) {
-    index.push_back(f.frameIndex), domain.push_back(f.domain), mode.push_back(f.mode);
-    value.push_back(f.frameValue), frequency.push_back(f.frequency),
-        description.push_back(f.description);
-  }
-  step_.write("frame_index", index);
-  step_.write("frame_domain", domain);
-  step_.write("frame_mode", mode);
-  step_.write("frame_value", value);
-  step_.write("frame_frequency", frequency);
-  step_.writeStrings("frame_description", description);
-  h5::Group history = step_.has("history") ? step_.open("history") : step_.create("history");
-  history.writeStrings("names", historyNames_);
+  storeFrameCatalogue(step_, frameCatalogue_);
+  history_.store(step_);
+  history_.clear();
   historyNames_.clear();
   frameCatalogue_.clear();
   inStep_ = false;
@@ -258,7 +151,7 @@ void ResultsWriter::endStep() {
 
 void ResultsWriter::finish() {
   endStep();
-  if (!stepNames_.empty()) steps_.writeStrings("names", stepNames_);
+  if (!stepNames_.empty()) steps_.writeStrings(name::kNames, stepNames_);
 }
 
 }  // namespace odb

@@ -1,17 +1,48 @@
-// Storing and loading the results side of a database (steps, frames, field output,
-// history) in the layout of docs/format.md. Loaders check what they read and throw
-// std::runtime_error naming the damaged object.
+// Storing and loading the results side of a database in the layout of docs/format.md,
+// each table's store and load side by side: store_steps.cpp (steps and frame catalogues),
+// store_fields.cpp (field outputs, block catalogues, block arrays), store_history.cpp
+// (history). Loaders check what they read and throw std::runtime_error naming the damaged
+// object. ResultsWriter (results_store.cpp) drives the store functions as results come.
 #pragma once
 
 #include <functional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "odb/format.h"
+#include "odb/history_columns.h"
 #include "odb/results.h"
 #include "odb/results_data.h"
 
 namespace odb {
+
+// One row of a field output's block catalogue.
+struct BlockRow {
+  int32_t position, type, width, precision, sectionPoint, elementCount, csysWidth, arrays;
+  int64_t rows;
+  std::string sectionPointDescription, elementType, instance;
+};
+
+void storeStepHeader(const h5::Group& step, const StepData& s);
+StepData loadStepHeader(const h5::Group& step, const std::string& stepName);
+void storeFrameCatalogue(const h5::Group& step, const std::vector<FrameData>& frames);
+std::vector<FrameData> loadFrameCatalogue(const h5::Group& step);
+
+void storeFieldHeader(const h5::Group& field, const FieldOutputData& f,
+                      const std::vector<FieldLocationData>& locations);
+FieldOutputData loadFieldHeader(const h5::Group& field, const std::string& fieldName);
+void storeBlockCatalogue(const h5::Group& field, const std::vector<BlockRow>& blocks);
+std::vector<BlockRow> loadBlockCatalogue(const h5::Group& field);
+// Writes the arrays of one block into its group and returns its catalogue row.
+BlockRow storeBlock(const h5::Group& block, const FieldBlockData& b, bool complex);
+FieldBlockData loadBlock(const h5::Group& block, const BlockRow& row, bool complex);
+// The field outputs of the frame group at framePath; blocks load on first use.
+odb_FieldOutputRepository loadFieldOutputs(const SourcePtr& src, const std::string& framePath);
+
+// The history regions of the step group at stepPath in any format version; outputs load
+// on first use.
+odb_HistoryRegionRepository loadHistory(const SourcePtr& src, const std::string& stepPath);
 
 // The step catalogue (steps with their frame catalogues); empty when the file holds no
 // steps. Field outputs and history load lazily from src.
@@ -36,17 +67,14 @@ class ResultsWriter {
   void finish();
 
  private:
-  struct BlockRow {
-    int32_t position, type, width, precision, sectionPoint, elementCount, csysWidth, arrays;
-    int64_t rows;
-    std::string sectionPointDescription, elementType, instance;
-  };
   void endField();
   void endFrame();
   void endStep();
 
   h5::Group root_, steps_, step_, frames_, frame_, field_, blocks_;
-  std::vector<std::string> stepNames_, fieldNames_, historyNames_;
+  std::vector<std::string> stepNames_, fieldNames_;
+  std::set<std::string> historyNames_;
+  HistoryColumns history_;
   std::vector<FrameData> frameCatalogue_;
   FieldOutputData fieldHeader_;
   std::vector<BlockRow> blockRows_;

@@ -6,7 +6,9 @@
 #include "odb/format.h"
 #include "odb/h5.h"
 #include "odb/model_store.h"
+#include "odb/names.h"
 #include "odb/results_store.h"
+#include "platform/file_safety.h"
 #include "platform/platform.h"
 
 namespace odb {
@@ -153,14 +155,59 @@ void EntityWriter::addSectionAssignment(const std::string& sectionName, const Se
   e_->sectionAssignments.push_back({sectionName, region});
 }
 
-Writer::Writer(const std::string& path)
+namespace {
+
+namespace os = odbs::platform;
+
+// Refuses an output that would destroy something: a folder, a device, a FIFO or any
+// other file that is not a regular one, or one of the writer's own inputs.
+void checkOutput(const std::string& path, const std::vector<std::string>& inputs) {
+  os::FileKind kind = os::fileKind(path);
+  if (kind == os::FileKind::kDirectory || kind == os::FileKind::kOther)
+    throw std::runtime_error("odb writer: '" + path +
+                             "' is not a regular file; refusing to replace it");
+  for (const auto& in : inputs)
+    if (kind == os::FileKind::kRegular && os::sameFile(path, in))
+      throw std::runtime_error("odb writer: the output '" + path + "' is the input '" + in +
+                               "'; refusing to replace it");
+}
+
+// Removes the temporaries of writers of path whose process is gone (killed before they
+// could clean up): path.tmp<pid> beside it.
+void removeStaleTemporaries(const std::string& path) {
+  std::string dir = os::directoryOf(path);
+  std::string prefix = path.substr(path.find_last_of('/') + 1) + ".tmp";
+  for (const auto& name : os::listDirectory(dir)) {
+    if (name.size() <= prefix.size() || name.compare(0, prefix.size(), prefix) != 0) continue;
+    std::string digits = name.substr(prefix.size());
+    if (digits.size() > 9 || digits.find_first_not_of("0123456789") != std::string::npos) continue;
+    int pid = std::stoi(digits);
+    if (pid == os::processId() || os::processAlive(pid)) continue;
+    std::string stale = dir + "/" + name;
+    if (os::fileKind(stale) == os::FileKind::kRegular) os::removeFile(stale);
+  }
+}
+
+}  // namespace
+
+Writer::Writer(const std::string& path, const std::vector<std::string>& inputs)
     : path_(path), tmpPath_(path + ".tmp" + std::to_string(odbs::platform::processId())) {
-  file_ = std::make_unique<h5::File>(h5::File::create(tmpPath_));
-  h5::Group root = file_->root();
-  root.setString("format", kFormatTag);
-  root.setInt("format_version", kFormatVersion);
-  assembly_.name = "ASSEMBLY";
-  results_ = std::make_unique<ResultsWriter>(std::move(root));
+  checkOutput(path, inputs);
+  removeStaleTemporaries(path);
+  os::removeOnSignal(tmpPath_);
+  try {
+    file_ = std::make_unique<h5::File>(h5::File::create(tmpPath_));
+    h5::Group root = file_->root();
+    root.setString(name::kFormat, kFormatTag);
+    root.setInt(name::kFormatVersion, kFormatVersion);
+    assembly_.name = "ASSEMBLY";
+    results_ = std::make_unique<ResultsWriter>(std::move(root));
+  } catch (...) {
+    file_.reset();
+    os::removeFile(tmpPath_);
+    os::forgetOnSignal(tmpPath_);
+    throw;
+  }
 }
 
 Writer::~Writer() {
@@ -170,7 +217,8 @@ Writer::~Writer() {
     file_.reset();
   } catch (...) {
   }
-  odbs::platform::removeFile(tmpPath_);
+  os::removeFile(tmpPath_);
+  os::forgetOnSignal(tmpPath_);
 }
 
 void Writer::checkOpen() const {
@@ -270,14 +318,21 @@ void Writer::close() {
   storeModel(file_->root(), m);
   file_->close();
   file_.reset();
-  int err = odbs::platform::renameFile(tmpPath_, path_);
-  if (err != 0) {
-    odbs::platform::removeFile(tmpPath_);
-    closed_ = true;
-    throw std::runtime_error("odb writer: cannot rename '" + tmpPath_ + "' to '" + path_ +
-                             "' (error " + std::to_string(err) + ")");
+  // The data reaches the disk before the new name does, and the new name after the rename:
+  // a power loss leaves the old file or the whole new one, never an empty one.
+  std::string failure;
+  if (!os::syncFile(tmpPath_)) {
+    failure = "cannot write '" + tmpPath_ + "' to the disk";
+  } else if (int err = os::renameFile(tmpPath_, path_); err != 0) {
+    failure =
+        "cannot rename '" + tmpPath_ + "' to '" + path_ + "' (error " + std::to_string(err) + ")";
+  } else {
+    os::syncDirectory(os::directoryOf(path_));
   }
   closed_ = true;
+  if (!failure.empty()) os::removeFile(tmpPath_);
+  os::forgetOnSignal(tmpPath_);
+  if (!failure.empty()) throw std::runtime_error("odb writer: " + failure);
 }
 
 void writeModel(const std::string& path, const ModelData& m) {

@@ -74,8 +74,12 @@ class EntityWriter {
 
 class Writer {
  public:
-  // Creates the temporary file beside path. Throws std::runtime_error when it cannot.
-  explicit Writer(const std::string& path);
+  // Creates the temporary file path.tmp<pid> beside path, first removing temporaries of
+  // path left by writers whose process is gone. Throws std::runtime_error, before writing
+  // anything, when path names a folder or anything but a regular file, or the same file
+  // as one of inputs (the files the database is made from), or when the file cannot be
+  // created. The temporary is removed when the process ends by SIGINT, SIGTERM or SIGHUP.
+  explicit Writer(const std::string& path, const std::vector<std::string>& inputs = {});
   Writer(const Writer&) = delete;
   Writer& operator=(const Writer&) = delete;
   // Without a successful close(): closes and removes the temporary file.
@@ -112,8 +116,9 @@ class Writer {
   void addFieldBlock(const FieldBlockData& block);
   void addHistoryRegion(const HistoryRegionData& region);
 
-  // Writes the model, closes the file and renames it to the final path (replacing a file
-  // there). After close() the writer accepts no more calls.
+  // Writes the model, closes the file, syncs it to the disk and renames it to the final
+  // path (replacing a file there), then syncs the folder. After close() the writer
+  // accepts no more calls; when close() throws, the temporary file is gone.
   void close();
 
   // Everything added so far (used by copies and upgrades).

@@ -137,7 +137,9 @@ TEST(SendSets, DamagedSetSendsTheSetErrorAndTheWalkGoesOn) {
   m.instances[0].elementSets.clear();
   TestDatabase db(m, [](const std::string& path) {
     odb::h5::File f = odb::h5::File::open(path, false);
-    f.root().open("assembly/instances/0/node_sets/0").setInt("type", ELEMENT_SET);
+    odb::h5::Group sets = f.root().open("assembly/instances/0/node_sets");
+    sets.remove("member_counts");  // BAD's members run past the end of the list
+    sets.write("member_counts", std::vector<int64_t>{1000, 1});
   });
   Expected e;
   e.add(FrameBuilder(1).text("sets")).add(FrameBuilder(2).i32(0));

@@ -84,6 +84,16 @@ TEST_F(DamagedFile, TruncatedAtManyOffsetsThrows) {
   }
 }
 
+TEST_F(DamagedFile, ExceptionCarriesTheMessageOfTheFileLibrary) {
+  writeAll(bad_, bytes_.substr(0, bytes_.size() / 2));
+  std::string what = openAndReadAll(bad_);
+  EXPECT_NE(what.find("truncated or damaged"), std::string::npos) << what;
+  // The innermost cause, as the file library reports it.
+  EXPECT_NE(what.find("truncated file: eof = " + std::to_string(bytes_.size() / 2)),
+            std::string::npos)
+      << what;
+}
+
 TEST_F(DamagedFile, OverwrittenBytesNeverCrash) {
   std::mt19937 rng(12345);
   int failures = 0;
@@ -122,7 +132,7 @@ TEST_F(DamagedFile, BadBlockCatalogueIsReportedWhenBlocksLoad) {
   {
     odb::h5::File f = odb::h5::File::open(good_, false);
     odb::h5::Group field = f.root().open("steps/0/frames/0/1");  // field "S"
-    H5Ldelete(field.id(), "block_rows", H5P_DEFAULT);
+    field.remove("block_rows");
     field.write("block_rows", std::vector<int64_t>{2, 1000000});
   }
   odb_Odb& odb = openOdb(good_, true);
@@ -136,7 +146,7 @@ TEST_F(DamagedFile, InconsistentArraysAreReportedOnFirstUse) {
   {
     odb::h5::File f = odb::h5::File::open(good_, false);
     odb::h5::Group el = f.root().open("assembly/instances/1/elements");
-    H5Ldelete(el.id(), "offsets", H5P_DEFAULT);
+    el.remove("offsets");
     el.write("offsets", std::vector<int64_t>{0, 8, 4});  // decreasing
   }
   odb_Odb& odb = openOdb(good_, true);

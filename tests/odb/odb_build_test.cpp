@@ -117,4 +117,49 @@ TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
   EXPECT_FALSE(exists(out));
 }
 
+// A copy of text with the first occurrence of from replaced by to.
+std::string edited(std::string text, const std::string& from, const std::string& to) {
+  size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return at == std::string::npos ? text : text.replace(at, from.size(), to);
+}
+
+// What the solver's importer refuses, the builder refuses too, naming the place, before
+// anything is written.
+TEST(OdbBuild, ModelThatCannotExistIsRefused) {
+  std::string out = odbtest::tempPath("refused.odb");
+  const std::string text = fixture();
+  const std::string nodes = "\"nodes\": [[1, 0, 0, 0], [2, 1, 0, 0]";
+  const std::string connectivity = "[1, 2, 3, 4, 5, 6, 7, 8]";
+  struct Case {
+    std::string text, message;
+  } cases[] = {
+      {edited(text, connectivity, "[1, 2, 3, 4, 5, 6, 7, 9]"),
+       "at /instances/0/elements/0/nodes/7: no node 9 in \"BLOCK-1\""},
+      {edited(text, nodes, "\"nodes\": [[1, 0, 0, 0], [1, 1, 0, 0]"),
+       "at /instances/0/nodes/1/0: duplicate node label 1"},
+      {edited(text, nodes, "\"nodes\": [[0, 0, 0, 0], [2, 1, 0, 0]"),
+       "at /instances/0/nodes/0/0: node labels must be positive"},
+      {edited(text, "\"label\": 1, \"nodes\": [1, 2", "\"label\": -1, \"nodes\": [1, 2"),
+       "at /instances/0/elements/0/label: element labels must be positive"},
+      {edited(text, "\"BASE\": [1, 2, 3, 4]", "\"BASE\": [1, 2, 3, 40]"),
+       "at /instances/0/nodeSets/BASE/3: no node 40 in \"BLOCK-1\""},
+      {edited(text, "\"BASE\": [1, 2, 3, 4]", "\"BASE\": {\"SKIN-1\": [1]}"),
+       "at /instances/0/nodeSets/BASE/SKIN-1: no instance \"SKIN-1\" for the members of a set of "
+       "\"BLOCK-1\""},
+      {edited(text, "\"SKIN-1\": [1]}", "\"SKIN-1\": [9]}"),
+       "at /assembly/nodeSets/ALL_BASE/SKIN-1/0: no node 9 in \"SKIN-1\""},
+      {edited(text, "\"Two parts and a connector\"", "\"Two parts\\u0000and a connector\""),
+       "at /title: a text holds a NUL character"},
+      {edited(text, "\"title\"", "\"titel\""), "at /: unknown member \"titel\""},
+      {edited(text, "\"label\": 1, \"nodes\"", "\"lable\": 1, \"label\": 1, \"nodes\""),
+       "at /instances/0/elements/0: unknown member \"lable\""},
+  };
+  for (const Case& c : cases) {
+    EXPECT_NE(errorOf(c.text, out).find(c.message), std::string::npos)
+        << "expected: " << c.message << "\n     got: " << errorOf(c.text, out);
+    EXPECT_FALSE(exists(out));
+  }
+}
+
 }  // namespace

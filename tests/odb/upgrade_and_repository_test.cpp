@@ -28,7 +28,7 @@ TEST(Upgrade, Version1FileNeedsUpgradeAndCopyReadsTheSame) {
   upgradeOdb(old, copy);
   EXPECT_FALSE(isUpgradeRequiredForOdb(copy));
   odb_Odb& odb = openOdb(copy, true);
-  EXPECT_EQ(odb.formatVersion(), 2);
+  EXPECT_EQ(odb.formatVersion(), 3);
   odb::ModelData back = odb::readModel(odb);
   for (size_t i = 0; i < m.instances.size(); ++i) {
     // readModel lists instances in key order; the sample stores them in reverse.

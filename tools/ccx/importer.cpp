@@ -131,7 +131,7 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
       resultFile.size > kLargeInput) {
     progress("writing " + request.output + " from " + megabytes(resultFile.size) + " of results");
   }
-  odb::Writer writer(request.output);
+  odb::Writer writer(request.output, {request.deck, request.results, request.prints});
   addModel(deck, writer, warnings);
   OdbSink database(deck, writer);
   CountingSink sink(summary, database);

@@ -30,17 +30,30 @@ size_t JsonAt::size() const {
   return v_->size();
 }
 
+void JsonAt::allowOnly(std::initializer_list<const char*> keys) const {
+  if (!v_->is_object()) fail("expected an object");
+  for (auto it = v_->begin(); it != v_->end(); ++it) {
+    bool known = false;
+    for (const char* k : keys) known = known || it.key() == k;
+    if (!known) fail("unknown member \"" + escapeKey(it.key()) + "\"");
+  }
+}
+
 std::vector<std::pair<std::string, JsonAt>> JsonAt::members() const {
   if (!v_->is_object()) fail("expected an object");
   std::vector<std::pair<std::string, JsonAt>> out;
-  for (auto it = v_->begin(); it != v_->end(); ++it)
+  for (auto it = v_->begin(); it != v_->end(); ++it) {
+    if (it.key().find('\0') != std::string::npos) fail("a name holds a NUL character");
     out.emplace_back(it.key(), JsonAt(it.value(), path_ + "/" + escapeKey(it.key())));
+  }
   return out;
 }
 
 std::string JsonAt::str() const {
   if (!v_->is_string()) fail("expected a text");
-  return v_->get<std::string>();
+  std::string s = v_->get<std::string>();
+  if (s.find('\0') != std::string::npos) fail("a text holds a NUL character");
+  return s;
 }
 
 double JsonAt::num() const {

@@ -2,6 +2,7 @@
 // odb::JsonError naming the JSON pointer of the offending value.
 #pragma once
 
+#include <initializer_list>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -20,13 +21,17 @@ class JsonAt {
     throw JsonError("at " + (path_.empty() ? std::string("/") : path_) + ": " + what);
   }
   bool has(const std::string& key) const { return v_->is_object() && v_->contains(key); }
+  // Fails unless this is an object whose members all have one of the given names: a
+  // misspelt member is an error, not a default.
+  void allowOnly(std::initializer_list<const char*> keys) const;
   JsonAt operator[](const std::string& key) const;  // a missing key fails
   JsonAt operator[](size_t i) const;
   size_t size() const;  // of an array (fails for anything else)
-  // Members of an object, in the document's key order (sorted by nlohmann).
+  // Members of an object, in the document's key order (sorted by nlohmann); a key with a
+  // NUL character fails.
   std::vector<std::pair<std::string, JsonAt>> members() const;
 
-  std::string str() const;
+  std::string str() const;  // a text without NUL characters
   int32_t i32() const;
   double num() const;
   bool boolean() const;

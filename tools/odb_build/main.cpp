@@ -29,7 +29,7 @@ int main(int argc, char** argv) {
   text << in.rdbuf();
   try {
     odb_initializeAPI();
-    odb::buildDatabaseFromJson(text.str(), output);
+    odb::buildDatabaseFromJson(text.str(), output, {description});
   } catch (const std::exception& e) {
     std::cerr << "odb_build: " << description << ": " << e.what() << "\n";
     return 1;

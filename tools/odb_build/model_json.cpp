@@ -2,6 +2,7 @@
 #include "tools/odb_build/model_json.h"
 
 #include <map>
+#include <unordered_set>
 
 namespace odb {
 namespace {
@@ -19,39 +20,97 @@ const std::map<std::string, int> kSectionKinds = {{"other", kseO_OTHER_SECTION},
                                                   {"cohesive", kseO_COHESIVE},
                                                   {"beam", kseO_BEAM}};
 
+// The labels of one entity, for checking references to its nodes and elements.
+struct Labels {
+  std::unordered_set<int32_t> nodes, elements;
+};
+
+Labels labelsOf(const EntityData& e) {
+  return {{e.nodes.labels.begin(), e.nodes.labels.end()},
+          {e.elements.labels.begin(), e.elements.labels.end()}};
+}
+
+// The entities a set of owner may hold members of: the owner itself and, for the root
+// assembly, every instance.
+struct SetScope {
+  const EntityData& owner;
+  const Labels& ownerLabels;
+  const ModelData* model;  // null for an instance's own sets
+  std::map<std::string, Labels> instanceLabels;
+
+  const Labels* find(const std::string& name) {
+    if (name == owner.name) return &ownerLabels;
+    if (!model) return nullptr;
+    auto it = instanceLabels.find(name);
+    if (it != instanceLabels.end()) return &it->second;
+    for (const auto& i : model->instances)
+      if (i.name == name) return &(instanceLabels[name] = labelsOf(i));
+    return nullptr;
+  }
+};
+
 // A set's members: a plain array belongs to the entity itself; an object maps instance
-// names to arrays (assembly-level sets).
+// names to arrays (assembly-level sets). Every member must exist in its instance.
 SetData readSet(const std::string& name, odb_Enum::odb_SetTypeEnum type, const JsonAt& j,
-                const std::string& owner) {
+                SetScope& scope) {
   SetData s;
   s.name = name;
   s.type = type;
   auto add = [&](const std::string& instance, const JsonAt& members) {
-    if (type != odb_Enum::SURFACE_SET) return s.addMembers(instance, members.ints());
-    std::vector<int32_t> labels, faces;
+    const Labels* labels = scope.find(instance);
+    if (!labels)
+      members.fail("no instance \"" + instance + "\" for the members of a set of \"" +
+                   scope.owner.name + "\"");
+    const std::unordered_set<int32_t>& known =
+        type == odb_Enum::NODE_SET ? labels->nodes : labels->elements;
+    std::vector<int32_t> memberLabels, faces;
     for (size_t i = 0; i < members.size(); ++i) {
-      JsonAt pair = members[i];
-      if (pair.size() != 2) pair.fail("expected [element label, face number]");
-      labels.push_back(pair[0].i32());
-      faces.push_back(pair[1].i32());
+      JsonAt m = members[i];
+      if (type == odb_Enum::SURFACE_SET) {
+        if (m.size() != 2) m.fail("expected [element label, face number]");
+        memberLabels.push_back(m[0].i32());
+        faces.push_back(m[1].i32());
+        if (faces.back() < 0 || faces.back() > 15) m[1].fail("unknown face number");
+      } else {
+        memberLabels.push_back(m.i32());
+      }
+      if (!known.count(memberLabels.back()))
+        m.fail(std::string("no ") + (type == odb_Enum::NODE_SET ? "node " : "element ") +
+               std::to_string(memberLabels.back()) + " in \"" + instance + "\"");
     }
-    s.addMembers(instance, labels, faces);
+    s.addMembers(instance, memberLabels, faces);
   };
   if (j.value().is_object()) {
     for (const auto& [instance, members] : j.members()) add(instance, members);
   } else {
-    add(owner, j);
+    add(scope.owner.name, j);
   }
   return s;
 }
 
 std::vector<SetData> readSets(const JsonAt& e, const std::string& key,
-                              odb_Enum::odb_SetTypeEnum type, const std::string& owner) {
+                              odb_Enum::odb_SetTypeEnum type, SetScope& scope) {
   std::vector<SetData> out;
   if (!e.has(key)) return out;
   for (const auto& [name, members] : e[key].members())
-    out.push_back(readSet(name, type, members, owner));
+    out.push_back(readSet(name, type, members, scope));
   return out;
+}
+
+// A label of a node or element: positive and not seen before in its entity.
+int32_t newLabel(const JsonAt& j, std::unordered_set<int32_t>& seen, const char* kind) {
+  int32_t label = j.i32();
+  if (label <= 0) j.fail(std::string(kind) + " labels must be positive");
+  if (!seen.insert(label).second)
+    j.fail("duplicate " + std::string(kind) + " label " + std::to_string(label));
+  return label;
+}
+
+bool inAnyInstance(const ModelData& m, int32_t node) {
+  for (const auto& i : m.instances)
+    for (int32_t label : i.nodes.labels)
+      if (label == node) return true;
+  return false;
 }
 
 const SetData& findRegion(const EntityData& d, const JsonAt& ref) {
@@ -62,9 +121,18 @@ const SetData& findRegion(const EntityData& d, const JsonAt& ref) {
   ref.fail("no set \"" + name + "\" in \"" + d.name + "\"");
 }
 
-EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData& m) {
+// Reads an instance (assembly false) or the root assembly, whose elements and sets may
+// also refer to the instances' nodes and elements.
+EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData& m, bool assembly) {
+  if (assembly)
+    e.allowOnly({"name", "nodes", "elements", "nodeSets", "elementSets", "surfaces",
+                 "sectionAssignments", "connectorOrientations"});
+  else
+    e.allowOnly(
+        {"name", "nodes", "elements", "nodeSets", "elementSets", "surfaces", "sectionAssignments"});
   EntityData d;
   d.name = name;
+  std::unordered_set<int32_t> nodeLabels, elementLabels;
   if (e.has("nodes")) {
     JsonAt nodes = e["nodes"];
     for (size_t i = 0; i < nodes.size(); ++i) {
@@ -74,7 +142,7 @@ EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData&
       if (i == 0) d.nodes.dimension = static_cast<int>(k - 1);
       if (static_cast<int>(k - 1) != d.nodes.dimension)
         n.fail("all nodes need the same number of coordinates");
-      d.nodes.labels.push_back(n[0].i32());
+      d.nodes.labels.push_back(newLabel(n[0], nodeLabels, "node"));
       for (size_t c = 1; c < k; ++c) d.nodes.coordinates.push_back(static_cast<float>(n[c].num()));
     }
   }
@@ -82,6 +150,7 @@ EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData&
     JsonAt els = e["elements"];
     for (size_t i = 0; i < els.size(); ++i) {
       JsonAt el = els[i];
+      el.allowOnly({"type", "label", "nodes", "sectionCategory"});
       int32_t category = -1;
       if (el.has("sectionCategory")) {
         std::string c = el["sectionCategory"].str();
@@ -90,22 +159,31 @@ EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData&
         if (category < 0) el["sectionCategory"].fail("unknown section category \"" + c + "\"");
       }
       std::vector<int32_t> nodes = el["nodes"].ints();
-      d.elements.add(el["type"].str(), el["label"].i32(), nodes.data(),
-                     static_cast<int>(nodes.size()), category);
+      for (size_t k = 0; k < nodes.size(); ++k)
+        if (!nodeLabels.count(nodes[k]) && !(assembly && inAnyInstance(m, nodes[k])))
+          el["nodes"][k].fail("no node " + std::to_string(nodes[k]) + " in \"" + name + "\"" +
+                              (assembly ? " or its instances" : ""));
+      d.elements.add(el["type"].str(), newLabel(el["label"], elementLabels, "element"),
+                     nodes.data(), static_cast<int>(nodes.size()), category);
     }
   }
-  d.nodeSets = readSets(e, "nodeSets", odb_Enum::NODE_SET, name);
-  d.elementSets = readSets(e, "elementSets", odb_Enum::ELEMENT_SET, name);
-  d.surfaces = readSets(e, "surfaces", odb_Enum::SURFACE_SET, name);
+  Labels own{std::move(nodeLabels), std::move(elementLabels)};
+  SetScope scope{d, own, assembly ? &m : nullptr, {}};
+  d.nodeSets = readSets(e, "nodeSets", odb_Enum::NODE_SET, scope);
+  d.elementSets = readSets(e, "elementSets", odb_Enum::ELEMENT_SET, scope);
+  d.surfaces = readSets(e, "surfaces", odb_Enum::SURFACE_SET, scope);
   if (e.has("sectionAssignments")) {
     JsonAt list = e["sectionAssignments"];
-    for (size_t i = 0; i < list.size(); ++i)
+    for (size_t i = 0; i < list.size(); ++i) {
+      list[i].allowOnly({"section", "region"});
       d.sectionAssignments.push_back({list[i]["section"].str(), findRegion(d, list[i]["region"])});
+    }
   }
   return d;
 }
 
 SectionData readSection(const JsonAt& j) {
+  j.allowOnly({"name", "kind", "material", "thickness", "mass", "layers"});
   SectionData s;
   s.name = j["name"].str();
   std::string kind = j["kind"].str();
@@ -119,6 +197,7 @@ SectionData readSection(const JsonAt& j) {
     JsonAt layers = j["layers"];
     for (size_t i = 0; i < layers.size(); ++i) {
       JsonAt l = layers[i];
+      l.allowOnly({"material", "thickness", "orientAngle"});
       LayerData ld{l["material"].str(), static_cast<float>(l["thickness"].num()), {}};
       if (l.has("orientAngle")) {
         JsonAt a = l["orientAngle"];
@@ -134,11 +213,13 @@ SectionData readSection(const JsonAt& j) {
 }
 
 MaterialData readMaterial(const JsonAt& j) {
+  j.allowOnly({"name", "density", "elastic", "acousticMedium"});
   MaterialData m;
   m.name = j["name"].str();
   if ((m.hasDensity = j.has("density"))) m.density = j["density"].table();
   if ((m.hasElastic = j.has("elastic"))) {
     JsonAt e = j["elastic"];
+    e.allowOnly({"type", "table", "failStrain", "failStress"});
     m.elasticType = e.str("type", "ISOTROPIC");
     m.elastic = e["table"].table();
     if ((m.hasFailStrain = e.has("failStrain"))) m.failStrain = e["failStrain"].table();
@@ -152,7 +233,8 @@ MaterialData readMaterial(const JsonAt& j) {
 }  // namespace
 
 ModelData readModelJson(const JsonAt& root) {
-  if (!root.value().is_object()) root.fail("expected an object");
+  root.allowOnly({"name", "title", "description", "analysisCode", "annotations",
+                  "sectionCategories", "sections", "materials", "instances", "assembly", "steps"});
   ModelData m;
   m.name = root.str("name", "");
   m.title = root.str("title", "");
@@ -163,6 +245,7 @@ ModelData readModelJson(const JsonAt& root) {
   if (root.has("sectionCategories")) {
     JsonAt cats = root["sectionCategories"];
     for (size_t i = 0; i < cats.size(); ++i) {
+      cats[i].allowOnly({"name", "description", "sectionPoints"});
       SectionCategoryData c{cats[i]["name"].str(), cats[i].str("description", ""), {}};
       if (cats[i].has("sectionPoints")) {
         JsonAt sp = cats[i]["sectionPoints"];
@@ -182,15 +265,20 @@ ModelData readModelJson(const JsonAt& root) {
       m.materials.push_back(readMaterial(root["materials"][i]));
   if (root.has("instances")) {
     JsonAt list = root["instances"];
-    for (size_t i = 0; i < list.size(); ++i)
-      m.instances.push_back(readEntity(list[i], list[i]["name"].str(), m));
+    for (size_t i = 0; i < list.size(); ++i) {
+      std::string name = list[i]["name"].str();
+      for (const auto& other : m.instances)
+        if (other.name == name) list[i]["name"].fail("duplicate instance '" + name + "'");
+      m.instances.push_back(readEntity(list[i], name, m, false));
+    }
   }
   if (root.has("assembly")) {
     JsonAt a = root["assembly"];
-    m.assembly = readEntity(a, a.str("name", "ASSEMBLY"), m);
+    m.assembly = readEntity(a, a.str("name", "ASSEMBLY"), m, true);
     if (a.has("connectorOrientations")) {
       JsonAt list = a["connectorOrientations"];
       for (size_t i = 0; i < list.size(); ++i) {
+        list[i].allowOnly({"region", "csys1", "csys2"});
         ConnectorOrientationData c;
         c.region = findRegion(m.assembly, list[i]["region"]);
         if ((c.hasCsys1 = list[i].has("csys1"))) c.csys1 = list[i]["csys1"].str();

@@ -6,7 +6,8 @@
 
 namespace odb {
 
-void buildDatabaseFromJson(const std::string& text, const std::string& outputPath) {
+void buildDatabaseFromJson(const std::string& text, const std::string& outputPath,
+                           const std::vector<std::string>& inputs) {
   nlohmann::json doc;
   try {
     doc = nlohmann::json::parse(text);
@@ -28,7 +29,7 @@ void buildDatabaseFromJson(const std::string& text, const std::string& outputPat
   }
   JsonAt root(doc, "");
   ModelData m = readModelJson(root);
-  std::vector<JsonStep> steps = readResultsJson(root);
+  std::vector<JsonStep> steps = readResultsJson(root, m);
   try {
     validateModel(m);
   } catch (const std::invalid_argument& e) {
@@ -36,7 +37,7 @@ void buildDatabaseFromJson(const std::string& text, const std::string& outputPat
   }
   // Results are checked as they are added; an error leaves no file (the writer removes
   // its temporary file when it is destroyed without close).
-  Writer w(outputPath);
+  Writer w(outputPath, inputs);
   addModel(w, m);
   writeResultsJson(steps, w);
   w.close();

@@ -8,6 +8,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "odb/model_data.h"
 
@@ -18,7 +19,11 @@ class JsonError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-// Parses text into a model (and results, see results_json.h). Throws JsonError.
-void buildDatabaseFromJson(const std::string& text, const std::string& outputPath);
+// Parses and checks text, a whole description (model and results, see results_json.h),
+// then writes it to outputPath. Throws JsonError for a bad description, and
+// std::runtime_error when outputPath cannot be written or names one of inputs (the
+// files the description came from), in which case nothing is written.
+void buildDatabaseFromJson(const std::string& text, const std::string& outputPath,
+                           const std::vector<std::string>& inputs = {});
 
 }  // namespace odb

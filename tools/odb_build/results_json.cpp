@@ -68,6 +68,9 @@ std::vector<T> rowsOf(const JsonAt& j, int32_t* width) {
 }
 
 FieldBlockData readBlock(const JsonAt& j, const FieldOutputData& field) {
+  j.allowOnly({"instance", "elementType", "position", "type", "sectionPoint", "precision", "data",
+               "conjugateData", "elementLabels", "nodeLabels", "integrationPoints",
+               "numberOfElements", "localCsys"});
   FieldBlockData b;
   b.instance = j.str("instance", "");
   b.elementType = j.str("elementType", "");
@@ -109,6 +112,8 @@ FieldBlockData readBlock(const JsonAt& j, const FieldOutputData& field) {
 }
 
 JsonField readField(const JsonAt& j) {
+  j.allowOnly(
+      {"name", "description", "type", "componentLabels", "complex", "matrixOrder", "blocks"});
   JsonField f{j.path(), {}, {}};
   FieldOutputData& h = f.header;
   h.name = j["name"].str();
@@ -125,51 +130,77 @@ JsonField readField(const JsonAt& j) {
   return f;
 }
 
-HistoryRegionData readRegion(const JsonAt& j) {
+// The set named by a history point's "region": a set of the point's instance (or of the
+// root assembly), searched among node sets, element sets and surfaces.
+SetData regionSet(const JsonAt& ref, const std::string& instance, const ModelData& m) {
+  std::string name = ref.str();
+  const EntityData* owner = instance.empty() ? &m.assembly : nullptr;
+  for (const auto& i : m.instances)
+    if (i.name == instance) owner = &i;
+  if (!owner) ref.fail("no instance \"" + instance + "\" for the region set");
+  for (const auto* list : {&owner->nodeSets, &owner->elementSets, &owner->surfaces})
+    for (const auto& set : *list)
+      if (set.name == name) return set;
+  ref.fail("no set \"" + name + "\" in \"" + owner->name + "\"");
+}
+
+HistoryPointData readPoint(const JsonAt& p, const ModelData& m) {
+  p.allowOnly({"position", "node", "element", "elementType", "integrationPoint", "sectionPoint",
+               "instance", "region"});
+  HistoryPointData point;
+  point.position = enumOf(p, "position", kPositions, odb_Enum::NODAL);
+  point.nodeLabel = p.i32("node", -1);
+  point.elementLabel = p.i32("element", -1);
+  point.elementType = p.str("elementType", "");
+  point.integrationPoint = p.i32("integrationPoint", 0);
+  point.sectionPoint = sectionPointOf(p, "sectionPoint");
+  point.instance = p.str("instance", "");
+  if (p.has("region")) point.region = regionSet(p["region"], point.instance, m);
+  return point;
+}
+
+// Samples [frame value, value, ...]: the frame values are kept in double precision.
+HistoryOutputData readHistoryOutput(const JsonAt& o) {
+  o.allowOnly({"name", "description", "type", "data", "conjugateData"});
+  HistoryOutputData d;
+  d.name = o["name"].str();
+  d.description = o.str("description", "");
+  d.type = enumOf(o, "type", kTypes, odb_Enum::SCALAR);
+  int32_t w = 0, cw = 0;
+  std::vector<double> rows = rowsOf<double>(o["data"], &w);
+  if (w > 0) d.width = w;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (i % size_t(d.width) == 0) d.frameValues.push_back(rows[i]);
+    d.data.push_back(static_cast<float>(rows[i]));
+  }
+  if (o.has("conjugateData")) {
+    d.conjugateData = rowsOf<float>(o["conjugateData"], &cw);
+    if (d.conjugateData.size() != d.data.size())
+      o["conjugateData"].fail("expected the shape of \"data\"");
+  }
+  return d;
+}
+
+HistoryRegionData readRegion(const JsonAt& j, const ModelData& m) {
+  j.allowOnly({"name", "description", "point", "outputs"});
   HistoryRegionData r{j["name"].str(), j.str("description", ""), {}, {}};
-  if (j.has("point")) {
-    JsonAt p = j["point"];
-    r.point.position = enumOf(p, "position", kPositions, odb_Enum::NODAL);
-    r.point.nodeLabel = p.i32("node", -1);
-    r.point.elementLabel = p.i32("element", -1);
-    r.point.elementType = p.str("elementType", "");
-    r.point.integrationPoint = p.i32("integrationPoint", 0);
-    r.point.sectionPoint = sectionPointOf(p, "sectionPoint");
-    r.point.instance = p.str("instance", "");
-    r.point.region.name = p.str("region", "");
-  }
-  if (j.has("outputs")) {
-    JsonAt list = j["outputs"];
-    for (size_t i = 0; i < list.size(); ++i) {
-      JsonAt o = list[i];
-      HistoryOutputData d{o["name"].str(),
-                          o.str("description", ""),
-                          enumOf(o, "type", kTypes, odb_Enum::SCALAR),
-                          2,
-                          {},
-                          {}};
-      int32_t w = 0, cw = 0;
-      d.data = rowsOf<float>(o["data"], &w);
-      if (w > 0) d.width = w;
-      if (o.has("conjugateData")) {
-        d.conjugateData = rowsOf<float>(o["conjugateData"], &cw);
-        if (d.conjugateData.size() != d.data.size())
-          o["conjugateData"].fail("expected the shape of \"data\"");
-      }
-      r.outputs.push_back(std::move(d));
-    }
-  }
+  if (j.has("point")) r.point = readPoint(j["point"], m);
+  if (j.has("outputs"))
+    for (size_t i = 0; i < j["outputs"].size(); ++i)
+      r.outputs.push_back(readHistoryOutput(j["outputs"][i]));
   return r;
 }
 
 }  // namespace
 
-std::vector<JsonStep> readResultsJson(const JsonAt& root) {
+std::vector<JsonStep> readResultsJson(const JsonAt& root, const ModelData& m) {
   std::vector<JsonStep> steps;
   if (!root.has("steps")) return steps;
   JsonAt list = root["steps"];
   for (size_t i = 0; i < list.size(); ++i) {
     JsonAt s = list[i];
+    s.allowOnly(
+        {"name", "description", "procedure", "domain", "totalTime", "frames", "historyRegions"});
     JsonStep st{s.path(), {}, {}, {}};
     st.step = {s["name"].str(), s.str("description", ""), s.str("procedure", ""),
                enumOf(s, "domain", kDomains, odb_Enum::TIME), s.num("totalTime", 0)};
@@ -177,6 +208,8 @@ std::vector<JsonStep> readResultsJson(const JsonAt& root) {
       JsonAt frames = s["frames"];
       for (size_t k = 0; k < frames.size(); ++k) {
         JsonAt f = frames[k];
+        f.allowOnly(
+            {"index", "domain", "mode", "value", "frequency", "description", "fieldOutputs"});
         JsonFrame fr{f.path(), {}, {}};
         fr.frame = {f.i32("index", -1),    enumOf(f, "domain", kDomains, st.step.domain),
                     f.i32("mode", 0),      f.num("value", 0),
@@ -189,7 +222,7 @@ std::vector<JsonStep> readResultsJson(const JsonAt& root) {
     }
     if (s.has("historyRegions"))
       for (size_t k = 0; k < s["historyRegions"].size(); ++k)
-        st.history.push_back(readRegion(s["historyRegions"][k]));
+        st.history.push_back(readRegion(s["historyRegions"][k], m));
     steps.push_back(std::move(st));
   }
   return steps;

@@ -30,8 +30,9 @@ struct JsonStep {
   std::vector<HistoryRegionData> history;
 };
 
-// Reads the "steps" member of the root object (none: no steps). Throws odb::JsonError.
-std::vector<JsonStep> readResultsJson(const JsonAt& root);
+// Reads the "steps" member of the root object (none: no steps) of the model m (history
+// points name its sets). Throws odb::JsonError.
+std::vector<JsonStep> readResultsJson(const JsonAt& root, const ModelData& m);
 
 // Adds the steps to w in order. A rejected item throws odb::JsonError naming its place.
 void writeResultsJson(const std::vector<JsonStep>& steps, Writer& w);

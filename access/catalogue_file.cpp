@@ -3,6 +3,7 @@
 #include <zlib.h>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -65,6 +66,21 @@ bool unescape(const std::string& s, std::string* out) {
   return true;
 }
 
+// True when base's lock exists and belongs to a live writer: the lock or the temporary
+// file changed within kStaleLockSeconds (or lies in the future: a clock set back).
+bool lockedByLiveWriter(const std::string& base) {
+  if (!platform::fileReadable(base + "_lock")) return false;
+  int64_t now = std::chrono::duration_cast<std::chrono::seconds>(
+                    std::chrono::system_clock::now().time_since_epoch())
+                    .count();
+  for (const char* companion : {"_lock", "_tmp"}) {
+    platform::FileStat st;
+    if (platform::statFile(base + companion, &st) && now - st.mtimeSec < kStaleLockSeconds)
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 int64_t catalogueTime(const platform::FileStat& st) {
@@ -74,7 +90,9 @@ int64_t catalogueTime(const platform::FileStat& st) {
 // ---- Writer ------------------------------------------------------------------------
 
 CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
-  if (base_.empty() || platform::fileReadable(base_ + "_lock")) return;
+  if (base_.empty() || lockedByLiveWriter(base_)) return;
+  // Either no lock, or a stale one whose writer was killed half-way: its file is dropped.
+  platform::removeFile(base_ + "_tmp");
   gzFile f = gzopen((base_ + "_tmp").c_str(), "wb");
   if (f == nullptr) return;
   file_ = f;

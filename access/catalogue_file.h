@@ -12,7 +12,9 @@
 //   return escaped as "\\\\", "\\n" and "\\r" so that every value stays on its line.
 //
 // While a writer is active the file is base + "_tmp" and an empty marker base + "_lock"
-// exists; a finished file is renamed to base.
+// exists; a finished file is renamed to base. A lock is stale when neither it nor the
+// temporary file has changed for kStaleLockSeconds (its writer was killed): the next writer
+// removes both and writes the catalogue itself.
 #pragma once
 
 #include <cstdint>
@@ -23,13 +25,18 @@
 
 namespace odbs {
 
+// Age past which an unchanged lock and temporary file are taken to belong to a writer that
+// is gone. A live writer adds to its temporary file far more often than this.
+inline constexpr int64_t kStaleLockSeconds = 600;
+
 // Writes one catalogue file. Not copyable. finish() publishes it; a writer destroyed
 // without finish() (an error half-way) removes its temporary file and lock, so a partial
 // catalogue is never taken for a whole one.
 class CatalogueWriter {
  public:
-  // Starts writing base + "_tmp" unless another writer holds base + "_lock" or the file
-  // cannot be created; active() tells which. An empty base never writes.
+  // Starts writing base + "_tmp" unless another writer holds base + "_lock" (a stale lock
+  // is taken over) or the file cannot be created; active() tells which. An empty base
+  // never writes.
   explicit CatalogueWriter(const std::string& base);
   ~CatalogueWriter();
   CatalogueWriter(const CatalogueWriter&) = delete;

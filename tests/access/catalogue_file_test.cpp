@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <limits>
 #include <string>
 
@@ -114,6 +116,41 @@ TEST_F(CatalogueFileTest, LockOfAnotherWriterMeansNoFile) {
   EXPECT_FALSE(platform::fileReadable(base_));
   EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
   EXPECT_TRUE(platform::fileReadable(base_ + "_lock"));  // not ours to remove
+}
+
+// Sets a file's modification time seconds into the past.
+void age(const std::string& path, int64_t seconds) {
+  namespace fs = std::filesystem;
+  fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(seconds));
+}
+
+// What a server killed half-way through writing leaves behind: a partial file and the lock.
+void leaveKilledWriter(const std::string& base) {
+  ASSERT_TRUE(platform::createEmptyFile(base + "_lock"));
+  gzFile f = gzopen((base + "_tmp").c_str(), "wb");
+  ASSERT_NE(f, nullptr);
+  gzputs(f, "1.0\r1.0A\n/old\n");
+  gzclose(f);
+}
+
+TEST_F(CatalogueFileTest, StaleLockIsTakenOverFreshOneIsNot) {
+  leaveKilledWriter(base_);
+  age(base_ + "_lock", kStaleLockSeconds + 5);
+  {
+    // The temporary file still changes: its writer is alive.
+    CatalogueWriter w(base_);
+    EXPECT_FALSE(w.active());
+  }
+  age(base_ + "_tmp", kStaleLockSeconds - 60);
+  EXPECT_FALSE(CatalogueWriter(base_).active());
+
+  age(base_ + "_tmp", kStaleLockSeconds + 5);
+  writeSample(1);  // takes the lock over, writes and publishes
+  CatalogueReader r;
+  ASSERT_TRUE(r.open(base_, 1, db_));
+  int64_t v = 0;
+  ASSERT_TRUE(r.integer(&v));
+  EXPECT_EQ(v, -7);
 }
 
 TEST_F(CatalogueFileTest, SpecialValuesAndLongTexts) {

@@ -9,8 +9,10 @@
 
 #include "client/client_error.h"
 #include "client/server_process.h"
+#include "core/record_format.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/model_summary.h"
+#include "tools/cli/open_failure.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/set_summary.h"
 
@@ -23,8 +25,15 @@ int runModel(const CliOptions& options, const std::string& serverPath, std::ostr
   std::vector<std::string> lines = {(req.has("--nodes-only") ? "G " : "g ") + req.database};
   if (req.has("--records")) return printRecords(options, serverPath, lines, out);
   ModelSummaryBuilder builder;
+  bool opened = false;  // every reply for an open database starts with its title
   int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
+      options, serverPath, lines,
+      [&](const client::RecordView& rec) {
+        opened = opened || rec.type == kRecTitle;
+        builder.add(rec);
+      },
+      err);
+  if (code == 0 && !opened) return reportOpenFailure(req.database, err);
   if (code == 0) printModelSummary(builder.finish(), options.format, out);
   return code;
 }
@@ -45,8 +54,15 @@ int runSets(const CliOptions& options, const std::string& serverPath, std::ostre
   }
   if (req.has("--records")) return printRecords(options, serverPath, lines, out);
   SetSummaryBuilder builder;
+  bool opened = false;
   int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
+      options, serverPath, lines,
+      [&](const client::RecordView& rec) {
+        opened = opened || rec.type == kRecTitle;
+        builder.add(rec);
+      },
+      err);
+  if (code == 0 && !opened) return reportOpenFailure(req.database, err);
   if (code == 0) printSetSummary(builder.finish(), options.format, out);
   return code;
 }

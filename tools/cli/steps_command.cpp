@@ -10,6 +10,7 @@
 #include "core/record_format.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/json_text.h"
+#include "tools/cli/open_failure.h"
 
 namespace odbs::cli {
 
@@ -27,11 +28,13 @@ struct Catalogue {
   std::string title;
   int32_t analysisCode = 0;
   std::vector<StepSummary> steps;
+  bool opened = false;  // the reply for an open database starts with its title
 
   // Records 12 to 15 come once per frame; a new step number starts a new step.
   void add(const client::RecordView& rec) {
     switch (rec.type) {
       case kRecTitle:
+        opened = true;
         title = client::decodeTitle(rec);
         break;
       case kRecAnalysisCode:
@@ -156,10 +159,7 @@ int runSteps(const CliOptions& options, const std::string& serverPath, std::ostr
   int code = exchange(
       options, serverPath, lines, [&](const client::RecordView& rec) { catalogue.add(rec); }, err);
   if (code != 0) return code;
-  if (catalogue.steps.empty() && catalogue.title.empty()) {
-    err << "odb_cli: " << req.database << " could not be opened\n";
-    return 1;
-  }
+  if (!catalogue.opened) return reportOpenFailure(req.database, err);
   if (options.format == OutputFormat::kJson)
     printJson(catalogue, out);
   else

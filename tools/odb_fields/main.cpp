@@ -5,10 +5,14 @@
 // Lists the field outputs of the frame (default: the last frame of the last step) and
 // prints the first N values (default 10) of one of them (default: the first in name
 // order) with their node or element labels. Exit status 0, 1 when the database cannot be
-// read, 2 for bad arguments.
+// read or has no such step, frame or field, 2 for bad arguments (a frame or count that is
+// not a whole number of 0 or more).
+#include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <stdexcept>
 #include <string>
 
 #include "odb/odb.h"
@@ -21,8 +25,40 @@ struct Args {
   int values = 10;
 };
 
+// The message for arguments that parse but make no sense, or "" when they are fine.
+std::string checkArgs(const Args& a) {
+  if (a.frame < -1) return "--frame needs a frame number of 0 or more";
+  if (a.values < 0) return "--values needs a count of 0 or more";
+  return "";
+}
+
+// Closes the database however run() leaves it, so an error path leaks nothing.
+class OpenDatabase {
+ public:
+  explicit OpenDatabase(const std::string& path) : odb_(&openOdb(path, true)) {}
+  ~OpenDatabase() {
+    closeOdb(*odb_);
+    odb_finalizeAPI();
+  }
+  OpenDatabase(const OpenDatabase&) = delete;
+  OpenDatabase& operator=(const OpenDatabase&) = delete;
+  odb_Odb& get() const { return *odb_; }
+
+ private:
+  odb_Odb* odb_;
+};
+
 const char kUsage[] =
     "usage: odb_fields DATABASE [--step NAME] [--frame N] [--field NAME] [--values N]\n";
+
+// A whole decimal number, or INT_MIN for anything else (which checkArgs refuses).
+int wholeNumber(const std::string& v) {
+  char* end = nullptr;
+  errno = 0;
+  long n = std::strtol(v.c_str(), &end, 10);
+  if (v.empty() || *end != '\0' || errno != 0 || n < INT_MIN + 1 || n > INT_MAX) return INT_MIN;
+  return static_cast<int>(n);
+}
 
 bool parse(int argc, char** argv, Args* a) {
   for (int i = 1; i < argc; ++i) {
@@ -37,11 +73,11 @@ bool parse(int argc, char** argv, Args* a) {
     if (k == "--step")
       a->step = v;
     else if (k == "--frame")
-      a->frame = std::atoi(v.c_str());
+      a->frame = wholeNumber(v);
     else if (k == "--field")
       a->field = v;
     else if (k == "--values")
-      a->values = std::atoi(v.c_str());
+      a->values = wholeNumber(v);
     else
       return false;
   }
@@ -101,7 +137,8 @@ void printValues(const odb_FieldOutput& field, int limit) {
 
 int run(const Args& a) {
   odb_initializeAPI();
-  odb_Odb& odb = openOdb(a.database, true);
+  OpenDatabase db(a.database);
+  const odb_Odb& odb = db.get();
   const odb_StepRepository& steps = odb.steps();
   if (steps.size() == 0) {
     std::printf("%s has no steps\n", a.database.c_str());
@@ -113,6 +150,9 @@ int run(const Args& a) {
     std::printf("%s has no frames\n", step.name().c_str());
     return 0;
   }
+  if (a.frame >= frames.size())
+    throw std::runtime_error(step.name() + " has no frame " + std::to_string(a.frame) +
+                             " (frames 0 to " + std::to_string(frames.size() - 1) + ")");
   const odb_Frame& frame = frames[a.frame < 0 ? frames.size() - 1 : a.frame];
   const odb_FieldOutputRepository& fields = frame.fieldOutputs();
   std::printf("%s, frame %d (%s): %d field outputs\n", step.name().c_str(), frame.frameIndex(),
@@ -128,7 +168,6 @@ int run(const Args& a) {
     std::printf("%s, first %d values:\n", chosen.c_str(), a.values);
     printValues(fields[chosen], a.values);
   }
-  closeOdb(odb);
   return 0;
 }
 
@@ -138,6 +177,11 @@ int main(int argc, char** argv) {
   Args a;
   if (!parse(argc, argv, &a)) {
     std::fputs(kUsage, stderr);
+    return 2;
+  }
+  std::string bad = checkArgs(a);
+  if (!bad.empty()) {
+    std::fprintf(stderr, "odb_fields: %s\n%s", bad.c_str(), kUsage);
     return 2;
   }
   try {

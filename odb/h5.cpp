@@ -324,6 +324,12 @@ void File::close() {
   checkStatus(s, "cannot close '" + path_ + "'");
 }
 
+void File::closeFromAnotherThread() const {
+  // Error printing is switched off per thread; this one may never have called the library.
+  H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+  if (h_.valid()) H5Fclose(h_.id());
+}
+
 bool isHdf5(const std::string& path) {
   silenceErrors();
   return H5Fis_hdf5(path.c_str()) > 0;

@@ -130,6 +130,11 @@ class File {
   Group root() const;
   void flush() const;
   void close();  // closes now and reports errors; the destructor closes silently
+  // Releases the file's identifier now, from any thread, leaving this object as it is (the
+  // file library serialises its calls): later opens through it fail with an error, objects
+  // already open in the file stay readable until they are closed, and the destructor's
+  // close finds nothing left to close. Call it once.
+  void closeFromAnotherThread() const;
   const std::string& path() const { return path_; }
 
  private:

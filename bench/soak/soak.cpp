@@ -16,6 +16,7 @@
 #include <fstream>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bench/bench_util.h"
@@ -70,13 +71,14 @@ const std::vector<std::string> kStateLines = {
 // drawn rarely.
 const std::vector<std::string> kThroughputLines = {"m 5 3", "M 3 100"};
 
-// Random bytes without a newline, and without the letters that end the server (q) or
-// ask for unbounded output (M, m) or a huge selection list (a) at the start of any line.
+// Random bytes without a newline, and without the letters that end the server (q), ask
+// for unbounded output (M, m) or a huge selection list (a), or name a catalogue file (T:
+// the next f would write a file of a random name in the current folder).
 std::string randomBytes(std::mt19937& random, size_t n) {
   std::string s;
   while (s.size() < n) {
     char c = char(random() & 0xFF);
-    if (c != '\n' && c != 'q' && c != 'M' && c != 'm' && c != 'a') s += c;
+    if (std::string_view("\nqMmaT").find(c) == std::string_view::npos) s += c;
   }
   return s;
 }

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "client/client_error.h"
-#include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 #include "tests/protocol/server_fixture.h"
 
 namespace odbs::client {

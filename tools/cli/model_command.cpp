@@ -9,12 +9,12 @@
 
 #include "client/client_error.h"
 #include "client/server_process.h"
-#include "core/record_format.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/model_summary.h"
 #include "tools/cli/open_failure.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/set_summary.h"
+#include "wire/record_types.h"
 
 namespace odbs::cli {
 

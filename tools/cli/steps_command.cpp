@@ -7,10 +7,10 @@
 
 #include "client/catalogue_records.h"
 #include "client/model_records.h"
-#include "core/record_format.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/json_text.h"
 #include "tools/cli/open_failure.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 

@@ -1,4 +1,4 @@
-#include "core/dispatcher.h"
+#include "server/dispatcher.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,19 +8,19 @@
 
 #include "access/catalogue.h"
 #include "access/registry.h"
-#include "core/command_parse.h"
-#include "core/line_reader.h"
-#include "core/platform.h"
-#include "core/throughput.h"
 #include "model/model_export.h"
+#include "platform/platform.h"
 #include "results/results.h"
+#include "server/command_parse.h"
+#include "server/line_reader.h"
+#include "server/throughput.h"
 
 namespace odbs {
 
 namespace {
 
-// What the dispatcher writes after a handler.
-enum class Reply { kEnd, kNone };
+// What the dispatcher writes after a handler; kQuit writes nothing and ends the loop.
+enum class Reply { kEnd, kNone, kQuit };
 
 using Proc = Reply (*)(ReplyChannel& out, CommandState& st, const char* line);
 
@@ -103,7 +103,7 @@ Reply cmdProcessId(ReplyChannel& out, CommandState&, const char*) {
 Reply cmdQuit(ReplyChannel&, CommandState&, const char*) {
   guarded([] { shutdownAll(); });
   guarded([] { finalizeDatabases(); });
-  platform::exitProcess();
+  return Reply::kQuit;
 }
 
 Reply cmdVFlag(ReplyChannel&, CommandState& st, const char* line) {
@@ -350,20 +350,27 @@ Proc findCommand(unsigned char letter) {
 
 }  // namespace
 
-void Dispatcher::run(const char* line) {
+bool Dispatcher::run(const char* line) {
   Proc proc = findCommand(static_cast<unsigned char>(line[0]));
   Reply reply = proc ? proc(out_, state_, line) : Reply::kEnd;
+  if (reply == Reply::kQuit) return false;
   // Handlers flush what they queued; a handler cut short by an exception may not have,
   // and its records must still arrive before the end record.
   out_.flush();
   if (reply == Reply::kEnd) out_.sendEnd();
+  return true;
 }
 
-void runCommandLoop(int inFd, int outFd) {
+void serveCommands(int inFd, int outFd) {
   LineReader reader(inFd);
   Dispatcher dispatcher(outFd);
   static char line[kMaxCommandLine + 1];
-  while (reader.next(line)) dispatcher.run(line);
+  while (reader.next(line) && dispatcher.run(line)) {
+  }
+}
+
+void runCommandLoop(int inFd, int outFd) {
+  serveCommands(inFd, outFd);
   platform::exitProcess();
 }
 

@@ -193,14 +193,19 @@ void visitOpenDatabases() {
     repository().get(it.currentKey());
 }
 
-void shutdownAll() {
-  if (repository().size() == 0) return;
-  RepositoryLock lock;
-  // Collect the keys first: closing while walking the repository is not done.
+// The repository's keys in order. Closing collects them first: closing while walking the
+// repository is not done.
+std::vector<std::string> openKeys() {
   std::vector<std::string> keys;
   for (odb_OdbRepositoryIT it(repository()); !it.isDone(); it.next())
     keys.push_back(it.currentKey());
-  for (const std::string& key : keys) {
+  return keys;
+}
+
+void shutdownAll() {
+  if (repository().size() == 0) return;
+  RepositoryLock lock;
+  for (const std::string& key : openKeys()) {
     odb_Odb& odb = repository().get(key);
     repository().remove(key);
     closeOdb(odb);
@@ -213,10 +218,7 @@ void shutdownAllWhileRunning() {
   // hangs; then the files are left to the process's end. It is never given back: the
   // process ends next.
   if (!odb_OdbRepository::TryLockBaseFor(kShutdownLockWaitMs)) return;
-  std::vector<std::string> keys;
-  for (odb_OdbRepositoryIT it(repository()); !it.isDone(); it.next())
-    keys.push_back(it.currentKey());
-  for (const std::string& key : keys) {
+  for (const std::string& key : openKeys()) {
     odb_Odb& odb = repository().get(key);
     repository().remove(key);
     odb.closeFiles();

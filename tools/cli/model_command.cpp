@@ -14,7 +14,6 @@
 #include "tools/cli/open_failure.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/set_summary.h"
-#include "wire/record_types.h"
 
 namespace odbs::cli {
 
@@ -25,15 +24,9 @@ int runModel(const CliOptions& options, const std::string& serverPath, std::ostr
   std::vector<std::string> lines = {(req.has("--nodes-only") ? "G " : "g ") + req.database};
   if (req.has("--records")) return printRecords(options, serverPath, lines, out);
   ModelSummaryBuilder builder;
-  bool opened = false;  // every reply for an open database starts with its title
-  int code = exchange(
-      options, serverPath, lines,
-      [&](const client::RecordView& rec) {
-        opened = opened || rec.type == kRecTitle;
-        builder.add(rec);
-      },
-      err);
-  if (code == 0 && !opened) return reportOpenFailure(req.database, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { builder.add(rec); }, err);
   if (code == 0) printModelSummary(builder.finish(), options.format, out);
   return code;
 }
@@ -54,15 +47,9 @@ int runSets(const CliOptions& options, const std::string& serverPath, std::ostre
   }
   if (req.has("--records")) return printRecords(options, serverPath, lines, out);
   SetSummaryBuilder builder;
-  bool opened = false;
-  int code = exchange(
-      options, serverPath, lines,
-      [&](const client::RecordView& rec) {
-        opened = opened || rec.type == kRecTitle;
-        builder.add(rec);
-      },
-      err);
-  if (code == 0 && !opened) return reportOpenFailure(req.database, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { builder.add(rec); }, err);
   if (code == 0) printSetSummary(builder.finish(), options.format, out);
   return code;
 }

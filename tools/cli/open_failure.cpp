@@ -5,6 +5,8 @@
 #include <ostream>
 
 #include "odb/odb.h"
+#include "tools/cli/database_command.h"
+#include "wire/record_types.h"
 
 namespace odbs::cli {
 
@@ -28,6 +30,22 @@ std::string openFailureReason(const std::string& path) {
 int reportOpenFailure(const std::string& path, std::ostream& err) {
   err << "odb_cli: cannot open " << path << ": " << openFailureReason(path) << "\n";
   return 1;
+}
+
+int exchangeOnDatabase(const CliOptions& options, const std::string& serverPath,
+                       const std::vector<std::string>& lines, const std::string& database,
+                       const std::function<void(const client::RecordView&)>& onRecord,
+                       std::ostream& err) {
+  bool opened = false;
+  int code = exchange(
+      options, serverPath, lines,
+      [&](const client::RecordView& rec) {
+        opened = opened || rec.type == kRecTitle;
+        onRecord(rec);
+      },
+      err);
+  if (code == 0 && !opened) return reportOpenFailure(database, err);
+  return code;
 }
 
 }  // namespace odbs::cli

@@ -3,8 +3,13 @@
 // user what is wrong with it.
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <vector>
+
+#include "client/record.h"
+#include "tools/cli/cli_options.h"
 
 namespace odbs::cli {
 
@@ -15,5 +20,13 @@ std::string openFailureReason(const std::string& path);
 
 // Writes "odb_cli: cannot open PATH: REASON" to err and returns exit status 1.
 int reportOpenFailure(const std::string& path, std::ostream& err);
+
+// exchange() (database_command.h) for lines whose last one names database: every reply
+// for an open database starts with its title record, so a reply without one means the
+// server could not open it; then the reason goes to err and the result is 1.
+int exchangeOnDatabase(const CliOptions& options, const std::string& serverPath,
+                       const std::vector<std::string>& lines, const std::string& database,
+                       const std::function<void(const client::RecordView&)>& onRecord,
+                       std::ostream& err);
 
 }  // namespace odbs::cli

@@ -28,13 +28,11 @@ struct Catalogue {
   std::string title;
   int32_t analysisCode = 0;
   std::vector<StepSummary> steps;
-  bool opened = false;  // the reply for an open database starts with its title
 
   // Records 12 to 15 come once per frame; a new step number starts a new step.
   void add(const client::RecordView& rec) {
     switch (rec.type) {
       case kRecTitle:
-        opened = true;
         title = client::decodeTitle(rec);
         break;
       case kRecAnalysisCode:
@@ -156,10 +154,10 @@ int runSteps(const CliOptions& options, const std::string& serverPath, std::ostr
   if (req.has("--records")) return printRecords(options, serverPath, lines, out);
 
   Catalogue catalogue;
-  int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { catalogue.add(rec); }, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { catalogue.add(rec); }, err);
   if (code != 0) return code;
-  if (!catalogue.opened) return reportOpenFailure(req.database, err);
   if (options.format == OutputFormat::kJson)
     printJson(catalogue, out);
   else

@@ -6,11 +6,11 @@
 // multi-instance model); when INSTANCE is the root assembly's name, the root assembly's set
 // NAME as above, without an instance's own set.
 // A root assembly set whose members cannot be read is left out; the list goes on.
+#include "model/named_sets.h"
+
 #include <exception>
 
-#include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/set_records.h"
 
 namespace odbs {
@@ -67,7 +67,6 @@ void queueDottedName(const odb_Assembly& assembly, const std::string& name, size
 }  // namespace
 
 void sendNamedSets(OdbContext& ctx, const std::vector<Criterion>& criteria, ReplyChannel& out) {
-  PendingGuard guard(out);
   if (criteria.empty()) return;
   const odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);

@@ -6,7 +6,8 @@
 #include <string>
 
 #include "client/model_records.h"
-#include "model/model_export.h"
+#include "model/named_sets.h"
+#include "model/send_sets.h"
 #include "odb/h5.h"
 #include "tests/model/model_fixture.h"
 

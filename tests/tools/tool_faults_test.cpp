@@ -113,7 +113,7 @@ TEST_F(ToolFaults, FieldsErrorsAfterOpeningLeakNothing) {
 
   Outcome frame = run(ODB_FIELDS_PATH, {goodDb(), "--step", "Step-1", "--frame", "3"});
   EXPECT_EQ(frame.status, 1) << frame.err;
-  EXPECT_NE(frame.err.find("Step-1 has no frame 3"), std::string::npos) << frame.err;
+  EXPECT_NE(frame.err.find("Step-1 has 1 frames"), std::string::npos) << frame.err;
 
   Outcome field = run(ODB_FIELDS_PATH, {goodDb(), "--field", "NOPE"});
   EXPECT_EQ(field.status, 1) << field.err;

@@ -6,7 +6,8 @@ set -euo pipefail
 # an X server on a machine without a display (about 50 MB to fetch, 230 MB installed).
 packages=(cmake g++ clang libclang-rt-14-dev make pkg-config zlib1g-dev libhdf5-dev hdf5-tools
           nlohmann-json3-dev libcli11-dev ccache libgtest-dev libgmock-dev libbenchmark-dev
-          calculix-ccx python3-vtk9 xvfb xauth)
+          calculix-ccx python3-vtk9 xvfb xauth
+          calculix-ccx-test libfast-float-dev)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -53,15 +53,18 @@ class ImportedDatabase : public ::testing::Test {
   }
 
   // Every row of a printed node table equals the nodal values of field in frame, real or
-  // imaginary part; tolerance relative to the row's largest value.
+  // imaginary part; tolerance relative to the row's largest value (or, with tableScale, to
+  // the table's largest value: values that are zero up to round-off).
   void expectNodalMatches(const odb_Frame& frame, const std::string& field, const DatBlock& table,
-                          double relative) {
+                          double relative, bool tableScale = false,
+                          const std::string& instance = "PART-1-1") {
     const odb_FieldOutput& out = frame.fieldOutputs()[field];
     odb_FieldOutput nodal = out.getSubset(odb_Enum::NODAL);
     std::map<int, std::vector<float>> rows;
     odb_SequenceFieldBulkData blocks = nodal.bulkDataBlocks();
     for (int b = 0; b < blocks.size(); ++b) {
       const odb_FieldBulkData& block = blocks[b];
+      if (block.instance().name() != instance) continue;
       const float* data = table.imaginary ? block.conjugateData() : block.data();
       ASSERT_NE(data, nullptr);
       for (int r = 0; r < block.length(); ++r) {
@@ -70,12 +73,14 @@ class ImportedDatabase : public ::testing::Test {
       }
     }
     const size_t width = table.components.size();
+    double largest = 0;
+    for (double v : table.values) largest = std::max(largest, std::fabs(v));
     for (size_t r = 0; r < table.rows(); ++r) {
       ASSERT_TRUE(rows.count(table.labels[r])) << table.labels[r];
       const std::vector<float>& got = rows[table.labels[r]];
       ASSERT_EQ(got.size(), width);
-      double scale = 0;
-      for (size_t c = 0; c < width; ++c)
+      double scale = tableScale ? largest : 0;
+      for (size_t c = 0; c < width && !tableScale; ++c)
         scale = std::max(scale, std::fabs(table.values[r * width + c]));
       for (size_t c = 0; c < width; ++c) {
         EXPECT_NEAR(got[c], table.values[r * width + c], relative * scale + 1e-30)
@@ -99,6 +104,10 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   EXPECT_EQ(step(0).frames().size(), 4);
   EXPECT_EQ(step(1).frames().size(), 2);
   EXPECT_EQ(step(2).frames().size(), 4);
+  // Step times as the solver printed the total times: 2.000100000 - 2 is 0.0001.
+  EXPECT_EQ(step(2).frames()[0].frameValue(), 0.0001);
+  EXPECT_EQ(step(2).frames()[0].description(), "Increment 1: Step Time = 0.0001");
+  EXPECT_EQ(step(1).frames()[0].frameValue(), 0.5);
   int checked = 0;
   for (const DatBlock& table : prints_.blocks) {
     SCOPED_TRACE(table.quantity + " at " + std::to_string(table.time));
@@ -206,6 +215,154 @@ TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   const auto& open = point.historyOutputs()["COPEN"].data();
   ASSERT_EQ(press.size(), 3);
   EXPECT_NEAR(press[2][1], -1e5 * open[2][1], 1e-4 * std::fabs(press[2][1]));
+}
+
+// Shells and beams with the solver's default output: the result file holds the expanded
+// 3D elements only. The values mapped back to the deck's nodes equal what the solver printed
+// at those nodes, and the expanded instance keeps every value as written.
+TEST_F(ImportedDatabase, ExpandedShellsAndBeamsAtTheDeckNodes) {
+  for (const char* name : {"plate_shell", "frame_beams"}) {
+    SCOPED_TRACE(name);
+    open(name);
+    const odb_Frame& last = step(0).frames()[step(0).frames().size() - 1];
+    int checked = 0;
+    for (const DatBlock& table : prints_.blocks) {
+      if (table.quantity == "displacements") {
+        expectNodalMatches(last, "U", table, 2e-5, true);
+        ++checked;
+      } else if (table.quantity == "forces") {
+        expectNodalMatches(last, "RF", table, 2e-5, true);
+        ++checked;
+      }
+    }
+    EXPECT_EQ(checked, 2);
+    const odb_Instance& expanded = odb_->rootAssembly().instances()["PART-1-1-EXPANDED"];
+    EXPECT_EQ(expanded.elements().size(),
+              odb_->rootAssembly().instances()["PART-1-1"].elements().size());
+    int onExpanded = 0;
+    odb_SequenceFieldBulkData blocks = last.fieldOutputs()["S"].bulkDataBlocks();
+    for (int b = 0; b < blocks.size(); ++b) {
+      if (blocks[b].instance().name() == "PART-1-1-EXPANDED") onExpanded += blocks[b].length();
+    }
+    EXPECT_EQ(onExpanded, expanded.nodes().size());
+    closeOdb(*odb_);
+    odb_ = nullptr;
+  }
+}
+
+// A step whose element output asks for SECTION FORCES: the stress block at the beam nodes
+// holds forces and moments, which become SF and SM. A cantilever of length 40 along x,
+// section 1-direction z, loaded at the tip by (4, 10, 7): normal force 4, shear 7 along
+// the 1-direction and -10 along the 2-direction (-y), moments 10 (40 - x) about 1 and
+// 7 (40 - x) about 2, no torque.
+TEST_F(ImportedDatabase, BeamSectionForcesAreTheirOwnFieldOutputs) {
+  open("beam_forces");
+  const odb_Frame& last = step(0).frames()[0];
+  EXPECT_FALSE(last.fieldOutputs().isMember("S"));
+  const odb_FieldOutput& sf = last.fieldOutputs()["SF"];
+  const odb_FieldOutput& sm = last.fieldOutputs()["SM"];
+  ASSERT_EQ(sf.componentLabels().size(), 3);
+  EXPECT_EQ(sf.componentLabels()[0], "SF1");
+  EXPECT_EQ(sm.componentLabels()[2], "SM3");
+  const odb_FieldBulkData& forces = sf.bulkDataBlocks()[0];
+  const odb_FieldBulkData& moments = sm.bulkDataBlocks()[0];
+  ASSERT_EQ(forces.length(), 9);
+  ASSERT_EQ(moments.length(), 9);
+  for (int r = 0; r < 9; ++r) {
+    int node = forces.nodeLabels()[r];
+    double arm = 40.0 - 5.0 * (node - 1);
+    EXPECT_NEAR(forces.data()[3 * r + 0], 4.0, 1e-3) << node;
+    EXPECT_NEAR(forces.data()[3 * r + 1], 7.0, 1e-3) << node;
+    EXPECT_NEAR(forces.data()[3 * r + 2], -10.0, 1e-3) << node;
+    ASSERT_EQ(moments.nodeLabels()[r], node);
+    EXPECT_NEAR(moments.data()[3 * r + 0], 10.0 * arm, 1e-2) << node;
+    EXPECT_NEAR(moments.data()[3 * r + 1], 7.0 * arm, 1e-2) << node;
+    EXPECT_NEAR(moments.data()[3 * r + 2], 0.0, 1e-2) << node;
+  }
+}
+
+// The same deck written once as an ASCII and once as a binary result file: the two
+// databases are the same, up to the five or six significant digits of the ASCII file's
+// values.
+TEST(BinaryAndAscii, SameModelSameDatabase) {
+  odb_initializeAPI();
+  test::ScratchDir dir;
+  auto import = [&](const std::string& frd, const std::string& output) -> odb_Odb& {
+    ImportRequest request{exampleFile("frame_beams.inp"), dataFile(frd),
+                          dataFile("frame_beams.dat"), dir.path() + "/" + output};
+    Warnings warnings;
+    importCalculix(request, warnings);
+    return openOdb(request.output);
+  };
+  odb_Odb& ascii = import("frame_beams.frd", "ascii.odb");
+  odb_Odb& binary = import("frame_beams.binary.frd", "binary.odb");
+
+  const odb_InstanceRepository& ia = ascii.rootAssembly().instances();
+  const odb_InstanceRepository& ib = binary.rootAssembly().instances();
+  ASSERT_EQ(ia.keys(), ib.keys());
+  for (const std::string& name : ia.keys()) {
+    SCOPED_TRACE(name);
+    ASSERT_EQ(ia[name].nodes().size(), ib[name].nodes().size());
+    for (int i = 0; i < ia[name].nodes().size(); ++i) {
+      EXPECT_EQ(ia[name].nodes()[i].label(), ib[name].nodes()[i].label());
+      for (int c = 0; c < 3; ++c) {
+        EXPECT_NEAR(ia[name].nodes()[i].coordinates()[c], ib[name].nodes()[i].coordinates()[c],
+                    1e-4);
+      }
+    }
+    ASSERT_EQ(ia[name].elements().size(), ib[name].elements().size());
+    for (int i = 0; i < ia[name].elements().size(); ++i) {
+      EXPECT_EQ(ia[name].elements()[i].type(), ib[name].elements()[i].type());
+      odb_View<int> ca = ia[name].elements()[i].connectivity();
+      odb_View<int> cb = ib[name].elements()[i].connectivity();
+      EXPECT_EQ(std::vector<int>(ca.begin(), ca.end()), std::vector<int>(cb.begin(), cb.end()));
+    }
+  }
+  ASSERT_EQ(ascii.steps().size(), binary.steps().size());
+  for (int s = 0; s < ascii.steps().size(); ++s) {
+    const odb_Step& sa = ascii.steps().at(s);
+    const odb_Step& sb = binary.steps().at(s);
+    EXPECT_EQ(sa.name(), sb.name());
+    EXPECT_EQ(sa.historyRegions().keys(), sb.historyRegions().keys());
+    ASSERT_EQ(sa.frames().size(), sb.frames().size());
+    for (int f = 0; f < sa.frames().size(); ++f) {
+      const odb_Frame& fa = sa.frames()[f];
+      const odb_Frame& fb = sb.frames()[f];
+      EXPECT_EQ(fa.frameValue(), fb.frameValue());
+      EXPECT_EQ(fa.description(), fb.description());
+      ASSERT_EQ(fa.fieldOutputs().keys(), fb.fieldOutputs().keys());
+      for (const std::string& name : fa.fieldOutputs().keys()) {
+        SCOPED_TRACE(name);
+        odb_SequenceFieldBulkData ba = fa.fieldOutputs()[name].bulkDataBlocks();
+        odb_SequenceFieldBulkData bb = fb.fieldOutputs()[name].bulkDataBlocks();
+        ASSERT_EQ(ba.size(), bb.size());
+        // Values at deck nodes mapped from expanded ones are sums of several rounded
+        // values: their error scales with the field's largest value.
+        float largest = 0;
+        for (int b = 0; b < bb.size(); ++b) {
+          for (int i = 0; i < bb[b].length() * bb[b].width(); ++i) {
+            largest = std::max(largest, std::fabs(bb[b].data()[i]));
+          }
+        }
+        for (int b = 0; b < ba.size(); ++b) {
+          EXPECT_EQ(ba[b].instance().name(), bb[b].instance().name());
+          ASSERT_EQ(ba[b].length(), bb[b].length());
+          ASSERT_EQ(ba[b].width(), bb[b].width());
+          for (int r = 0; r < ba[b].length(); ++r) {
+            ASSERT_EQ(ba[b].nodeLabels()[r], bb[b].nodeLabels()[r]);
+            for (int c = 0; c < ba[b].width(); ++c) {
+              int i = r * ba[b].width() + c;
+              EXPECT_NEAR(ba[b].data()[i], bb[b].data()[i],
+                          6e-6 * std::fabs(bb[b].data()[i]) + 1e-5 * largest)
+                  << "node " << ba[b].nodeLabels()[r] << " component " << c;
+            }
+          }
+        }
+      }
+    }
+  }
+  closeOdb(ascii);
+  closeOdb(binary);
 }
 
 }  // namespace

@@ -16,7 +16,7 @@ using ::testing::ElementsAre;
 Deck parseExample(const std::string& name, Warnings* warnings = nullptr) {
   Warnings local;
   Deck deck = parseDeck(exampleFile(name), warnings ? *warnings : local);
-  checkDeck(deck);
+  checkDeck(deck, warnings ? *warnings : local);
   return deck;
 }
 
@@ -127,7 +127,13 @@ TEST(InpParser, CompositeShellLayupAndOrthotropicPly) {
 TEST(InpParser, ContactPairTwoMaterialsTwoSections) {
   Warnings warnings;
   Deck deck = parseExample("punch_contact.inp", &warnings);
-  EXPECT_TRUE(warnings.texts().empty()) << warnings.texts()[0];
+  // The contact definitions that the database cannot hold are named in one warning.
+  ASSERT_EQ(warnings.texts().size(), 2u) << warnings.texts()[1];
+  EXPECT_NE(warnings.texts()[0].find("punch_contact.inp:121: contact, tie and gap definitions "
+                                     "have no place in the database: *SURFACE BEHAVIOR, "
+                                     "*SURFACE INTERACTION not imported"),
+            std::string::npos)
+      << warnings.texts()[0];
   ASSERT_EQ(deck.contactPairs.size(), 1u);
   EXPECT_EQ(deck.contactPairs[0].slave, "SPUNCH");
   EXPECT_EQ(deck.contactPairs[0].master, "SBLOCK");
@@ -181,7 +187,7 @@ bars, BEAMS
 )");
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
-  checkDeck(deck);
+  checkDeck(deck, warnings);
   EXPECT_TRUE(warnings.texts().empty());
   EXPECT_EQ(deck.title, "Other sections");
   EXPECT_DOUBLE_EQ(deck.nodes[2].x, 2.0);
@@ -210,12 +216,57 @@ TEST(InpParser, UnknownKeywordsWarnOnceAndKeywordLinesContinue) {
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
   EXPECT_THAT(deck.nodeSet("N")->labels, ElementsAre(1));
-  ASSERT_EQ(warnings.texts().size(), 1u);
+  ASSERT_EQ(warnings.texts().size(), 2u);
   EXPECT_EQ(warnings.count("keyword:WIDGET"), 3);
   EXPECT_NE(warnings.texts()[0].find("unknown.inp:6"), std::string::npos) << warnings.texts()[0];
+  EXPECT_NE(warnings.texts()[1].find("unknown.inp:11: loads, boundary conditions and initial "
+                                     "conditions have no place in the database: *BOUNDARY not "
+                                     "imported"),
+            std::string::npos)
+      << warnings.texts()[1];
+  // One line per kind, with the count.
+  std::vector<std::string> lines;
+  Warnings printed([&](const std::string& t) { lines.push_back(t); });
+  parseDeck(path, printed);
+  printed.flush();
+  ASSERT_EQ(lines.size(), 2u);
+  EXPECT_NE(lines[0].find("[3 times in all; the first is shown]"), std::string::npos) << lines[0];
   ASSERT_EQ(deck.steps.size(), 2u);
   EXPECT_EQ(deck.steps[1].name, "Second");
   EXPECT_EQ(deck.steps[1].description, "Pull harder");
+}
+
+// A step without a procedure goes on with the one of the step before (the solver accepts
+// it so); a name defined twice extends the set.
+TEST(InpParser, StepWithoutProcedureAndSetDefinedTwice) {
+  test::ScratchDir dir;
+  std::string path = dir.write("steps.inp",
+                               "*NODE\n1,0,0,0\n2,1,0,0\n*NSET, NSET=A\n1\n*NSET, NSET=A\n2\n"
+                               "*STEP\n*DYNAMIC\n0.1, 2.5\n*END STEP\n*STEP\n*CLOAD\n1, 1, 2.\n"
+                               "*END STEP\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  ASSERT_EQ(deck.steps.size(), 2u);
+  EXPECT_EQ(deck.steps[1].procedure, "DYNAMIC");
+  EXPECT_DOUBLE_EQ(deck.steps[1].timePeriod, 2.5);
+  EXPECT_THAT(deck.nodeSet("A")->labels, ElementsAre(1, 2));
+}
+
+// An element line with more labels than the type has: the solver takes the first ones.
+TEST(InpParser, ExtraElementLabelsAreIgnoredWithAWarning) {
+  test::ScratchDir dir;
+  std::string path = dir.write("extra.inp",
+                               "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n"
+                               "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4, 9, 10,\n2, 4, 3, 2, 1\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  ASSERT_EQ(deck.elements.size(), 2u);
+  EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 3, 4));
+  EXPECT_THAT(deck.elements[1].nodes, ElementsAre(4, 3, 2, 1));
+  ASSERT_EQ(warnings.texts().size(), 1u);
+  EXPECT_NE(warnings.texts()[0].find("extra.inp:7: element 1 of type C3D4 lists 6 node labels"),
+            std::string::npos)
+      << warnings.texts()[0];
 }
 
 }  // namespace

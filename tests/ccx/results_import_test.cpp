@@ -83,6 +83,8 @@ void importFixture(const std::string& name, Imported& out) {
   out.prints = readDat(dataFile(name + ".dat"), out.warnings);
   out.results = readFrdFile(dataFile(name + ".frd"), out.warnings);
   ResultImport import(out.deck, out.prints, dataFile(name + ".frd"), out.recorder, out.warnings);
+  import.nodes(std::vector<FrdNode>(out.results.nodes));
+  import.elements(std::vector<FrdElement>(out.results.elements));
   for (const FrdBlock& b : out.results.blocks) import.block(FrdBlock(b));
   import.finish();
   EXPECT_EQ(import.tablesPassedOver(), 0u);
@@ -105,7 +107,7 @@ TEST(ResultsImport, CantileverFramesFieldsAndHistory) {
   const RecordedFrame& first = r.frames[0];
   std::vector<std::string> names;
   for (const auto& f : first.nodal) names.push_back(f.part.name);
-  EXPECT_THAT(names, ElementsAre("U", "S", "E", "RF", "ENER"));  // the error estimate is not
+  EXPECT_THAT(names, ElementsAre("U", "S", "E", "RF", "ENER", "ERROR"));
 
   // Stress components in the database's order: S13 is the solver's SZX, S23 its SYZ.
   const FrdBlock& stress = in.results.blocks[1];
@@ -182,8 +184,11 @@ TEST(ResultsImport, ShellPointsCarryLayerSectionPoints) {
   Recorder& r = in.recorder;
   ASSERT_EQ(r.frames.size(), 2u);
   const NodalField& u = *r.frames[1].nodalField("U");
-  EXPECT_EQ(u.nodes.size(), in.deck.nodes.size());  // the expanded nodes are left out
-  EXPECT_EQ(in.warnings.count("frd-nodes"), 4);     // U and S of two frames, one warning
+  // The deck's nodes (the solver wrote them with OUTPUT=2D), and the expanded composite
+  // layers' nodes apart.
+  EXPECT_EQ(u.nodes.size(), in.deck.nodes.size());
+  EXPECT_EQ(u.expandedNodes.size(), 465u);
+  EXPECT_EQ(in.warnings.count("frd-nodes"), 0);
   const PointField& s = *r.frames[1].pointField("S");
   ASSERT_EQ(s.elements.size(), 96u);
   // Element 6: points 1-4 bottom of layer 1, 5-8 its top, ... 21-24 the top of layer 3.
@@ -203,8 +208,8 @@ TEST(ResultsImport, ContactFieldsAndContactHistory) {
   ASSERT_EQ(r.frames.size(), 3u);
   std::vector<std::string> names;
   for (const auto& f : r.frames[2].nodal) names.push_back(f.part.name);
-  EXPECT_THAT(names,
-              ElementsAre("U", "S", "COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1", "CSHEAR2"));
+  EXPECT_THAT(names, ElementsAre("U", "S", "COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1",
+                                 "CSHEAR2", "ERROR"));
   const HistoryRegionData* point = r.region(0, "Element PART-1-1.101 Face 1 Int Point 1");
   ASSERT_NE(point, nullptr);
   EXPECT_EQ(point->position, odb_Enum::ELEMENT_FACE_INTEGRATION_POINT);

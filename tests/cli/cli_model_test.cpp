@@ -64,6 +64,13 @@ TEST_F(CliModel, ModelSummaryNamesSectionsMaterialsAndBlocks) {
       << json;
 }
 
+TEST_F(CliModel, StepsAndModelShowTheSameAnalysisCode) {
+  std::string json = run({"--format", "json", "steps", *path_});
+  ASSERT_EQ(code_, 0) << error_;
+  EXPECT_EQ(json.rfind("{\"title\":\"Two parts and a connector\",\"analysisCode\":1,", 0), 0u)
+      << json;
+}
+
 TEST_F(CliModel, SetSummaryAndNamedSets) {
   std::string text = run({"sets", "--surfaces", *path_});
   ASSERT_EQ(code_, 0) << error_;

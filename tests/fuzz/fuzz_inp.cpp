@@ -9,7 +9,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   try {
     odbs::ccx::Warnings warnings;
     odbs::ccx::Deck deck = odbs::ccx::parseDeck(path, warnings);
-    odbs::ccx::checkDeck(deck);
+    odbs::ccx::checkDeck(deck, warnings);
   } catch (const odbs::ccx::ParseError&) {
   } catch (const odbs::ccx::InputError&) {
   }

@@ -27,6 +27,7 @@ struct DatBlock {
   bool imaginary = false;               // second table of a steady-state point: the imaginary parts
   DatRowKind kind = DatRowKind::Node;
   int64_t line = 0;              // line of the table's title
+  std::string location;          // "<file>:<line>" of the title, for messages
   std::vector<int32_t> labels;   // first label of each row (node or element); empty for Total
   std::vector<int32_t> labels2;  // second label (integration point or face); may be empty
   std::vector<double> values;    // rows of components.size() values

@@ -28,10 +28,15 @@ std::string bannerWords(std::string_view t) {
   return out;
 }
 
+// "<quantity> (<columns>) for set <name> and time <t>", or for one value per set and no
+// columns: "total internal energy for set <name> and time <t>".
 bool isTableTitle(std::string_view t) {
-  return t.find('(') != std::string_view::npos && t.find(" and time") != std::string_view::npos &&
-         (t.find(" for set ") != std::string_view::npos ||
-          t.find(" for all contact elements") != std::string_view::npos);
+  if (t.find(" and time") == std::string_view::npos) return false;
+  if (t.find(" for all contact elements") != std::string_view::npos) {
+    return t.find('(') != std::string_view::npos;
+  }
+  size_t set = t.find(" for set ");
+  return set != std::string_view::npos && (t.find('(') < set || startsWith(t, "total "));
 }
 
 bool sameTime(double a, double b) {
@@ -146,12 +151,23 @@ void DatReader::eigenvalueTable() {
 void DatReader::table(std::string_view title) {
   DatBlock block;
   block.line = in_.lineNumber();
+  block.location = in_.path() + ":" + std::to_string(block.line);
   const std::string expected = "a table title '<quantity> (<columns>) for set <name> and time <t>'";
   size_t open = title.find('('), close = title.find(')', open);
-  if (close == std::string_view::npos) fail(expected, std::string(title));
-  block.quantity = std::string(trim(title.substr(0, open)));
-  std::vector<std::string> columns = splitCommas(title.substr(open + 1, close - open - 1));
-  std::string_view rest = title.substr(close + 1);
+  std::vector<std::string> columns;
+  std::string_view rest;
+  if (open == std::string_view::npos || open > title.find(" for set ")) {
+    // One value per set, named by the quantity itself.
+    size_t set = title.find(" for set ");
+    block.quantity = std::string(trim(title.substr(0, set)));
+    columns.push_back(block.quantity);
+    rest = title.substr(set);
+  } else {
+    if (close == std::string_view::npos) fail(expected, std::string(title));
+    block.quantity = std::string(trim(title.substr(0, open)));
+    columns = splitCommas(title.substr(open + 1, close - open - 1));
+    rest = title.substr(close + 1);
+  }
   size_t at = rest.find(" and time");
   if (at == std::string_view::npos) fail(expected, std::string(title));
   size_t setAt = rest.find(" for set ");
@@ -221,7 +237,21 @@ void DatReader::table(std::string_view title) {
     // Rows of shell elements end with the name of their orientation: not a number.
     while (!tokens.empty() && !toDouble(tokens.back())) tokens.pop_back();
     if (tokens.size() != labels + width) {
-      fail(std::to_string(labels + width) + " numbers in a row of '" + block.quantity + "'", line);
+      // A table whose rows are not what its title announces (the solver prints some, such
+      // as internal state variables, with more columns): passed over whole.
+      warnings_.warn("dat-table-form:" + block.quantity,
+                     in_.path() + ":" + std::to_string(in_.lineNumber()) + ": the rows of '" +
+                         block.quantity + "' do not have the " + std::to_string(labels + width) +
+                         " numbers its title announces; the table is not imported");
+      while (next(line)) {
+        std::string_view u = trim(line);
+        if (u.empty()) break;
+        if (isBanner(u) || isTableTitle(u)) {
+          pushBack(line);
+          break;
+        }
+      }
+      return;
     }
     for (int i = 0; i < labels; ++i) {
       auto v = toInteger(tokens[i]);
@@ -251,11 +281,10 @@ DatFile DatReader::run() {
     } else if (isBanner(t)) {
       banner(t);
     } else if (!skipping_) {
-      std::vector<std::string_view> tokens = splitBlanks(t);
-      std::string kind(tokens[0].substr(0, 20));
-      warnings_.warn("dat-line:" + kind, in_.path() + ":" + std::to_string(in_.lineNumber()) +
-                                             ": line '" + std::string(t.substr(0, 60)) +
-                                             "' of the print file is not imported; skipped");
+      warnings_.warn("dat-line", in_.path() + ":" + std::to_string(in_.lineNumber()) +
+                                     ": lines of the print file outside any known table are "
+                                     "not imported (the first: '" +
+                                     std::string(t.substr(0, 60)) + "')");
     }
   }
   return std::move(file_);

@@ -17,7 +17,7 @@ int deckNodeCount(const std::string& type) {
       {"B21", 2},      {"B31", 2},     {"B31R", 2},    {"B32", 3},     {"B32R", 3},
       {"T2D2", 2},     {"T3D2", 2},    {"T3D3", 3},    {"D", 3},       {"DCOUP3D", 1},
       {"GAPUNI", 2},   {"MASS", 1},    {"SPRINGA", 2}, {"SPRING1", 1}, {"SPRING2", 2},
-      {"DASHPOTA", 2},
+      {"DASHPOTA", 2}, {"F3D4", 4},    {"F3D6", 6},    {"F3D8", 8},    {"C3D20RI", 20},
   };
   auto it = counts.find(type);
   return it == counts.end() ? -1 : it->second;

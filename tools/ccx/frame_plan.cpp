@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 #include "tools/ccx/parse_error.h"
 
@@ -50,13 +51,24 @@ FramePlan::FramePlan(const Deck& deck) {
 
 FramePlan::Place FramePlan::frameOf(const FrdBlock& block) {
   if (block.step < 1 || block.step > static_cast<int>(steps_.size())) {
-    throw InputError(block.location + ": result block " + block.name + " belongs to step " +
-                     std::to_string(block.step) + ", but the deck has " +
-                     std::to_string(steps_.size()) + " steps");
+    throw InputError(block.location + ": the result file belongs to another model: result block " +
+                     block.name + " belongs to step " + std::to_string(block.step) +
+                     ", but the deck has " + std::to_string(steps_.size()) + " steps");
   }
   Place place;
   place.step = block.step - 1;
   PlannedStep& step = steps_[place.step];
+  // An eigenmode where the deck's step has none, or none where it must: the result file
+  // was written for another deck.
+  const std::string& procedure = step.step->procedure;
+  bool eigen = procedure == "FREQUENCY" || procedure == "BUCKLE";
+  bool isMode = block.mode > 0 || block.analysisType == 2;
+  if ((eigen && !isMode) || (step.domain == odb_Enum::TIME && isMode)) {
+    throw InputError(block.location + ": the result file belongs to another model: result block " +
+                     block.name + (isMode ? " is an eigenmode" : " is not an eigenmode") +
+                     ", but step " + std::to_string(block.step) + " of the deck is a *" +
+                     procedure + " step");
+  }
   if (!step.frames.empty()) {
     const PlannedFrame& last = step.frames.back();
     if (last.increment == block.increment && last.mode == block.mode &&
@@ -70,7 +82,14 @@ FramePlan::Place FramePlan::frameOf(const FrdBlock& block) {
   frame.mode = block.mode;
   frame.resultValue = block.value;
   if (step.domain == odb_Enum::TIME) {
+    // The file holds total time: the step time is a difference, given to the decimal
+    // places of the printed total time (2.0001 - 2 is 0.0001, not 0.00009999999999976694).
     frame.frameValue = block.value - step.startTime;
+    if (block.valueDecimals >= 0) {
+      char text[64];
+      std::snprintf(text, sizeof text, "%.*f", block.valueDecimals, frame.frameValue);
+      frame.frameValue = std::strtod(text, nullptr);
+    }
     if (std::fabs(frame.frameValue) < 1e-12 * std::max(1.0, step.startTime)) frame.frameValue = 0;
     frame.description = "Increment " + std::to_string(block.increment) +
                         ": Step Time = " + number(frame.frameValue);

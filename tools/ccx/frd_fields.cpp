@@ -46,6 +46,7 @@ const std::map<std::string, std::vector<Known>>& table() {
       {"PE", {{"PEEQ", "Equivalent plastic strain", SCALAR, {}, {0}}}},
       {"ENER", {{"ENER", "Strain energy density", SCALAR, {}, {0}}}},
       {"NDTEMP", {{"NT", "Nodal temperature", SCALAR, {}, {0}}}},
+      {"ERROR", {{"ERROR", "Stress error estimate in percent", SCALAR, {}, {0}}}},
       {"CONTACT",
        {{"COPEN", "Contact opening", SCALAR, {}, {0}},
         {"CSLIP1", "Relative tangential motion, direction 1", SCALAR, {}, {1}},
@@ -87,6 +88,16 @@ std::vector<FieldPart> fieldsOfBlock(const std::string& blockName, int storedCom
     parts.push_back(FieldPart{k.name, k.description, k.type, k.labels, k.source, imaginary});
   }
   return parts;
+}
+
+std::vector<FieldPart> sectionForceParts(bool imaginary) {
+  // The solver writes them in the columns of the stress components xx, yy, zz, xy, yz, zx:
+  // shear force in 1 and 2, normal force, torque, moment about 1, moment about 2.
+  return {
+      FieldPart{
+          "SF", "Section forces", odb_Enum::VECTOR, {"SF1", "SF2", "SF3"}, {2, 0, 1}, imaginary},
+      FieldPart{
+          "SM", "Section moments", odb_Enum::VECTOR, {"SM1", "SM2", "SM3"}, {4, 5, 3}, imaginary}};
 }
 
 }  // namespace odbs::ccx

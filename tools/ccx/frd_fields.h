@@ -28,4 +28,9 @@ struct FieldPart {
 // forms), which the importer reports with one warning per name.
 std::vector<FieldPart> fieldsOfBlock(const std::string& blockName, int storedComponents);
 
+// The field outputs of a stress block that holds beam section forces (output requested with
+// SECTION FORCES): SF (SF1 normal force, SF2 and SF3 shear forces in the section's 1- and
+// 2-directions) and SM (SM1 and SM2 moments about those directions, SM3 torque).
+std::vector<FieldPart> sectionForceParts(bool imaginary);
+
 }  // namespace odbs::ccx

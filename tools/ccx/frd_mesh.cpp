@@ -9,8 +9,10 @@ namespace odbs::ccx {
 void FrdReader::readNodes(std::string_view line) {
   sendHeader();
   std::vector<std::string_view> tokens = splitBlanks(line);
-  if (tokens.size() < 3) fail("a node count and a format after 2C", std::string(line));
-  long long count = tokenInteger(tokens, tokens.size() - 2, "a node count", line);
+  if (tokens.size() < 2) fail("a node count and a format after 2C", std::string(line));
+  // The solver leaves the count blank for some fluid models: the block then ends at -3.
+  long long count =
+      tokens.size() < 3 ? 0 : tokenInteger(tokens, tokens.size() - 2, "a node count", line);
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdNode> nodes;
   if (format == 2 || format == 3) {
@@ -39,7 +41,7 @@ void FrdReader::readNodes(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     nodes.reserve(static_cast<size_t>(checkedCount(count, 10, "nodes")));
     while (true) {
-      std::string row = requireLine("a node line or -3 ending the node block");
+      const std::string& row = nextRow(row_, "a node line or -3 ending the node block");
       std::string_view r = row;
       if (startsWith(trim(r), "-3")) break;
       if (!startsWith(r, " -1")) fail("a node line starting with -1", row);
@@ -62,8 +64,9 @@ void FrdReader::readNodes(std::string_view line) {
 void FrdReader::readElements(std::string_view line) {
   sendHeader();
   std::vector<std::string_view> tokens = splitBlanks(line);
-  if (tokens.size() < 3) fail("an element count and a format after 3C", std::string(line));
-  long long count = tokenInteger(tokens, tokens.size() - 2, "an element count", line);
+  if (tokens.size() < 2) fail("an element count and a format after 3C", std::string(line));
+  long long count =
+      tokens.size() < 3 ? 0 : tokenInteger(tokens, tokens.size() - 2, "an element count", line);
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdElement> elements;
   if (format == 2) {
@@ -91,7 +94,7 @@ void FrdReader::readElements(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     elements.reserve(static_cast<size_t>(checkedCount(count, 20, "elements")));
     while (true) {
-      std::string row = requireLine("an element line or -3 ending the element block");
+      const std::string& row = nextRow(row_, "an element line or -3 ending the element block");
       std::string_view r = row;
       if (startsWith(trim(r), "-3")) break;
       if (!startsWith(r, " -1")) fail("an element line starting with -1", row);
@@ -99,12 +102,13 @@ void FrdReader::readElements(std::string_view line) {
       e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
       e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
       e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
-      e.material = static_cast<int>(integerAt(r, 13 + w, 5, "an element material number"));
+      // Fluid models name the material here ("WATER"): no number then.
+      auto material = toInteger(column(r, 13 + w, 5));
+      e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
       if (nodes < 0) fail("a known element type code (1 to 12)", row);
       while (static_cast<int>(e.nodes.size()) < nodes) {
-        std::string more =
-            requireLine("a -2 line with the nodes of element " + std::to_string(e.label));
+        const std::string& more = nextRow(more_, "a -2 line with the nodes of an element");
         std::string_view m = more;
         if (!startsWith(m, " -2"))
           fail("a -2 line with the nodes of element " + std::to_string(e.label), more);

@@ -34,17 +34,18 @@ struct FrdComponent {
 };
 
 struct FrdBlock {
-  std::string name;      // "DISP", "STRESS", "TOSTRAIN", "FORC", "CONTACT", "DISPI", ...
-  int step = 0;          // step number of the deck (from the 1PSTEP line)
-  int increment = 0;     // increment within the step (0 for steady-state points)
-  int counter = 0;       // running number of the block's load case in the file
-  double value = 0;      // step time, frequency or load factor
-  int analysisType = 0;  // 0 static, 1 time step, 2 frequency, 3 load step, 4 user
-  int loadCase = 0;      // the solver's running number of the increment or mode
-  int mode = 0;          // eigenmode number (from 1PMODE), 0 when the block is not a mode
-  std::string analysis;  // "MODAL", "" otherwise
-  int resultType = 1;    // 1 nodal, 2 nodal material dependent, 3 element at nodes
-  int64_t line = 0;      // line of the block's "100C" header
+  std::string name;        // "DISP", "STRESS", "TOSTRAIN", "FORC", "CONTACT", "DISPI", ...
+  int step = 0;            // step number of the deck (from the 1PSTEP line)
+  int increment = 0;       // increment within the step (0 for steady-state points)
+  int counter = 0;         // running number of the block's load case in the file
+  double value = 0;        // step time, frequency or load factor
+  int valueDecimals = -1;  // decimal places to which the file gives value (-1: not known)
+  int analysisType = 0;    // 0 static, 1 time step, 2 frequency, 3 load step, 4 user
+  int loadCase = 0;        // the solver's running number of the increment or mode
+  int mode = 0;            // eigenmode number (from 1PMODE), 0 when the block is not a mode
+  std::string analysis;    // "MODAL", "" otherwise
+  int resultType = 1;      // 1 nodal, 2 nodal material dependent, 3 element at nodes
+  int64_t line = 0;        // line of the block's "100C" header
   // Where the block begins, for messages: "<file>:<line>", or "<file> (byte offset N)"
   // once binary data has come before it (binary data has no lines).
   std::string location;

@@ -1,6 +1,7 @@
 // The result file reader: header, parameter and result blocks, and the walk over the file.
 #include "tools/ccx/frd_parser.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "tools/ccx/frd_reader.h"
@@ -20,6 +21,26 @@ int FrdBlock::storedCount() const {
   for (const FrdComponent& c : components) n += c.stored ? 1 : 0;
   return n;
 }
+
+namespace {
+
+// Decimal places that a printed number resolves: "2.000100000" 9, "2.50000E-01" 6.
+int decimalPlaces(std::string_view text) {
+  text = trim(text);
+  size_t point = text.find('.');
+  if (point == std::string_view::npos) return 0;
+  size_t end = text.find_first_of("EeDd", point);
+  int digits = static_cast<int>((end == std::string_view::npos ? text.size() : end) - point - 1);
+  int exponent = 0;
+  if (end != std::string_view::npos) {
+    auto e = toInteger(text.substr(end + 1));
+    if (!e) return -1;
+    exponent = static_cast<int>(*e);
+  }
+  return std::max(0, std::min(17, digits - exponent));
+}
+
+}  // namespace
 
 int64_t FrdReader::checkedCount(long long count, int64_t bytesEach, const std::string& what) {
   if (count < 0) fail("a count of " + what + " that is not negative", std::to_string(count));
@@ -86,6 +107,7 @@ void FrdReader::readResult(std::string_view line) {
   auto value = toDouble(column(line, 12, 12));
   if (!value) fail("a step time or frequency in columns 13-24 of the 100C line", std::string(line));
   block.value = *value;
+  block.valueDecimals = decimalPlaces(column(line, 12, 12));
   long long rows = integerAt(line, 24, 12, "a node count in columns 25-36 of the 100C line");
   auto type = toInteger(column(line, 56, 2));
   block.analysisType = type ? static_cast<int>(*type) : 0;
@@ -134,8 +156,7 @@ void FrdReader::readResult(std::string_view line) {
     int64_t n = checkedCount(rows, 4 + block.storedCount() * (doubles ? 8 : 4), "result rows");
     readBinaryRows(block, n, doubles);
   } else if (format == 0 || format == 1) {
-    checkedCount(rows, 10, "result rows");
-    readTextRows(block, format == 0 ? 5 : 10);
+    readTextRows(block, format == 0 ? 5 : 10, checkedCount(rows, 10, "result rows"));
   } else {
     fail("result block format 0, 1, 2 or 3", std::to_string(format));
   }
@@ -143,28 +164,38 @@ void FrdReader::readResult(std::string_view line) {
   visitor_.progress(in_.offset(), in_.fileSize());
 }
 
-void FrdReader::readTextRows(FrdBlock& block, int labelWidth) {
+void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
+  // The hot loop of a large result file: fixed columns parsed in place, one line buffer.
   const int stored = block.storedCount();
+  block.nodes.reserve(static_cast<size_t>(rows));
+  block.values.reserve(static_cast<size_t>(rows) * stored);
+  std::string& row = row_;
   while (true) {
-    std::string row = requireLine("a -1 value line or -3 ending block " + block.name);
+    if (!in_.nextLine(row)) fail("a -1 value line or -3 ending block " + block.name, "end of file");
     std::string_view r = row;
-    if (startsWith(trim(r), "-3")) break;
-    if (!startsWith(r, " -1")) fail("a -1 value line of block " + block.name, row);
-    block.nodes.push_back(static_cast<int32_t>(integerAt(r, 3, labelWidth, "a node label")));
+    if (!startsWith(r, " -1")) {
+      if (startsWith(trim(r), "-3")) break;
+      fail("a -1 value line of block " + block.name, row);
+    }
+    long long label = 0;
+    if (!parseIntField(column(r, 3, labelWidth), &label)) fail("a node label", row);
+    block.nodes.push_back(static_cast<int32_t>(label));
     // Six values per line; more go on in -2 lines.
     int got = 0;
     while (true) {
       for (int i = 0; i < 6 && got < stored; ++i, ++got) {
-        auto v = toDouble(column(r, 3 + labelWidth + kFrdValueWidth * i, kFrdValueWidth));
-        if (!v) {
+        float v;
+        if (!parseFloatField(column(r, 3 + labelWidth + kFrdValueWidth * i, kFrdValueWidth), &v)) {
           fail(std::to_string(stored) + " values of block " + block.name + " for node " +
                    std::to_string(block.nodes.back()),
                row);
         }
-        block.values.push_back(static_cast<float>(*v));
+        block.values.push_back(v);
       }
       if (got == stored) break;
-      row = requireLine("a -2 line with more values of block " + block.name);
+      if (!in_.nextLine(row)) {
+        fail("a -2 line with more values of block " + block.name, "end of file");
+      }
       r = row;
       if (!startsWith(r, " -2")) fail("a -2 line with more values of block " + block.name, row);
     }

@@ -30,6 +30,12 @@ class FrdReader {
     throw ParseError(in_.path() + " (byte offset " + std::to_string(in_.offset()) + ")", 0,
                      expected, "end of file");
   }
+  // The next line into buffer (kept for its capacity), or ParseError naming what was
+  // expected.
+  const std::string& nextRow(std::string& buffer, const char* expected) {
+    if (!in_.nextLine(buffer)) fail(expected, "end of file");
+    return buffer;
+  }
   std::string requireLine(const std::string& expected) {
     std::string line;
     if (!in_.nextLine(line)) fail(expected, "end of file");
@@ -55,7 +61,8 @@ class FrdReader {
   void readNodes(std::string_view line);
   void readElements(std::string_view line);
   void readResult(std::string_view line);
-  void readTextRows(FrdBlock& block, int labelWidth);
+  // rows: the count the block's header announces (checked against the file's size).
+  void readTextRows(FrdBlock& block, int labelWidth, int64_t rows);
   void readBinaryRows(FrdBlock& block, int64_t rows, bool doubles);
   void skipBlock();
 
@@ -66,7 +73,8 @@ class FrdReader {
   bool headerSent_ = false;
   int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
   bool binarySeen_ = false;
-  int64_t lineStart_ = 0;  // offset of the line being handled
+  int64_t lineStart_ = 0;   // offset of the line being handled
+  std::string row_, more_;  // the lines being read, kept for their capacity
 };
 
 }  // namespace odbs::ccx

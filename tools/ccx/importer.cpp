@@ -33,6 +33,11 @@ std::string megabytes(int64_t bytes) {
 class CountingSink : public ResultSink {
  public:
   CountingSink(ImportSummary& summary, ResultSink& next) : summary_(summary), next_(next) {}
+  void expandedMesh(const ExpandedMesh& mesh) override {
+    summary_.expandedNodes = static_cast<int64_t>(mesh.nodeLabels.size());
+    summary_.expandedElements = static_cast<int64_t>(mesh.elements.size());
+    next_.expandedMesh(mesh);
+  }
   void step(int index, const PlannedStep& step) override {
     ++summary_.steps;
     next_.step(index, step);
@@ -59,6 +64,8 @@ class ProgressRelay : public FrdVisitor {
   ProgressRelay(ResultImport& import, const std::string& path, const ProgressReport& progress,
                 ImportSummary& summary)
       : import_(import), path_(path), progress_(progress), summary_(summary) {}
+  void nodes(std::vector<FrdNode>&& n) override { import_.nodes(std::move(n)); }
+  void elements(std::vector<FrdElement>&& e) override { import_.elements(std::move(e)); }
   void block(FrdBlock&& b) override {
     ++summary_.resultBlocks;
     import_.block(std::move(b));
@@ -98,11 +105,17 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
     };
   }
   Deck deck = parseDeck(request.deck, warnings, deckProgress);
-  checkDeck(deck);
+  checkDeck(deck, warnings);
 
   DatFile prints;
   if (!request.prints.empty()) prints = readDat(request.prints, warnings);
   summary.printedTables = static_cast<int64_t>(prints.blocks.size());
+  if (!prints.eigenvalues.empty()) {
+    warnings.warn("dat-eigenvalues", request.prints + ": the eigenvalue tables (" +
+                                         std::to_string(prints.eigenvalues.size()) +
+                                         " modes) are not imported: the frames' frequencies "
+                                         "are the result file's");
+  }
 
   if (request.results.empty() && !prints.blocks.empty()) {
     warnings.warn("dat-without-frd", request.prints +

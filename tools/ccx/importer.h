@@ -26,6 +26,7 @@ struct ImportRequest {
 
 struct ImportSummary {
   int64_t nodes = 0, elements = 0;
+  int64_t expandedNodes = 0, expandedElements = 0;  // the solver's 3D form of shells, beams
   int64_t nodeSets = 0, elementSets = 0, surfaces = 0;
   int64_t sections = 0, materials = 0, steps = 0;
   int64_t frames = 0;          // frames of the result file, over all steps

@@ -44,6 +44,8 @@ class DeckBuilder {
   std::string required(const Card& card, const std::string& parameter) const;
   double number(const DataLine& line, size_t field, const std::string& what) const;
   int32_t label(const DataLine& line, size_t field, const std::string& what) const;
+  // A node label of an element's data line; 0 too where zeroAllowed (network elements).
+  int32_t nodeOf(const DataLine& line, size_t field, int32_t element, bool zeroAllowed) const;
   // Numbers of a data line; blank fields count as 0.
   std::vector<double> numbers(const DataLine& line) const;
   // Counts set members made from few characters (GENERATE, set names); throws past a bound.

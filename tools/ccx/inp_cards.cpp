@@ -46,6 +46,9 @@ CardReader::CardReader(const std::string& path) {
 int64_t CardReader::topSize() const {
   return topSize_;
 }
+int64_t CardReader::topLines() const {
+  return stack_.empty() ? topLines_ : stack_.front()->lineNumber();
+}
 int64_t CardReader::topOffset() const {
   return stack_.empty() ? topSize_ : stack_.front()->offset();
 }
@@ -54,6 +57,7 @@ bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
   while (!stack_.empty()) {
     SourceReader& in = *stack_.back();
     if (!in.nextLine(line)) {
+      if (stack_.size() == 1) topLines_ = in.lineNumber();
       stack_.pop_back();
       continue;
     }
@@ -61,6 +65,11 @@ bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
     if (t.empty() || startsWith(t, "**")) continue;
     where.file = in.path();
     where.line = in.lineNumber();
+    if (!in.lineEnded() && !isKeywordLine(line)) {
+      throw ParseError(where.file, where.line,
+                       "a line end after this data line (the file ends inside it: cut short?)",
+                       line);
+    }
     return true;
   }
   return false;
@@ -75,9 +84,22 @@ bool CardReader::nextCard(Card& card) {
       where = pendingWhere_;
       hasPending_ = false;
     } else if (!nextMeaningful(line, where)) {
+      if (!seenCard_ && stray_ > 0) {
+        throw ParseError(strayWhere_.file, strayWhere_.line,
+                         "a keyword line (starting with '*') first", strayText_);
+      }
       return false;
     }
-    if (!isKeywordLine(line)) continue;  // data lines of a card nobody read
+    if (!isKeywordLine(line)) {
+      // Lines before the first keyword line: the solver passes over them; a deck with no
+      // keyword line at all is not a deck.
+      if (!seenCard_ && stray_++ == 0) {
+        strayWhere_ = where;
+        strayText_ = line;
+      }
+      continue;  // data lines of a card nobody read
+    }
+    seenCard_ = true;
 
     // A keyword line ending with a comma goes on in the next line.
     std::string text(trim(line));
@@ -140,8 +162,8 @@ void CardReader::openInclude(const Card& card) {
 
 bool CardReader::nextData(DataLine& line) {
   if (hasPending_) return false;
-  std::string text;
-  SourceRef where;
+  std::string& text = text_;
+  SourceRef& where = where_;
   if (!nextMeaningful(text, where)) return false;
   if (isKeywordLine(text)) {
     pending_ = text;
@@ -149,10 +171,11 @@ bool CardReader::nextData(DataLine& line) {
     hasPending_ = true;
     return false;
   }
-  line.fields = splitCommas(text);
+  splitCommasInto(text, line.fields);
   line.endsWithComma = line.fields.size() > 1 && line.fields.back().empty();
   if (line.endsWithComma) line.fields.pop_back();
-  line.where = where;
+  line.where.file = where.file;
+  line.where.line = where.line;
   return true;
 }
 

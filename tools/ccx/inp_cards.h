@@ -48,17 +48,35 @@ class CardReader {
   // Total bytes of the top file, and how far reading has come in it (for progress).
   int64_t topSize() const;
   int64_t topOffset() const;
+  // Lines of the top file read so far.
+  int64_t topLines() const;
 
  private:
-  // Reads the next line that is neither blank nor a comment, following includes.
+  // Reads the next line that is neither blank nor a comment, following includes. A data
+  // line that its file cuts off (no line end after it) throws ParseError: the deck was cut
+  // short, and the line may have lost fields.
   bool nextMeaningful(std::string& line, SourceRef& where);
   void openInclude(const Card& card);
 
   std::vector<std::unique_ptr<SourceReader>> stack_;
   std::string pending_;  // a keyword line that ended the previous card's data
+  std::string text_;     // the data line being split, kept for its capacity
+  SourceRef where_;      // and where it stands
   SourceRef pendingWhere_;
   bool hasPending_ = false;
+  bool seenCard_ = false;  // a keyword line came
+  int64_t stray_ = 0;      // data lines before the first keyword line
+  SourceRef strayWhere_;   // and the first of them
+  std::string strayText_;
+
+ public:
+  // Lines before the first keyword line (passed over), and where the first stands.
+  int64_t strayLines() const { return stray_; }
+  const SourceRef& firstStrayLine() const { return strayWhere_; }
+
+ private:
   int64_t topSize_ = 0;
+  int64_t topLines_ = 0;  // line count of the top file, kept when it is done
 };
 
 }  // namespace odbs::ccx

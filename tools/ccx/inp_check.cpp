@@ -1,4 +1,5 @@
 // checkDeck: the cross references of a parsed deck.
+#include <algorithm>
 #include <unordered_set>
 
 #include "tools/ccx/inp_parser.h"
@@ -13,7 +14,42 @@ namespace {
 
 }  // namespace
 
-void checkDeck(const Deck& deck) {
+namespace {
+
+// Removes the labels that `defined` lacks from labels; returns how many and the first.
+size_t prune(std::vector<int32_t>& labels, const std::unordered_set<int32_t>& defined,
+             int32_t* first) {
+  size_t before = labels.size();
+  auto keep = std::remove_if(labels.begin(), labels.end(), [&](int32_t l) {
+    if (defined.count(l)) return false;
+    if (*first == 0) *first = l;
+    return true;
+  });
+  labels.erase(keep, labels.end());
+  return before - labels.size();
+}
+
+}  // namespace
+
+void checkDeck(Deck& deck, Warnings& warnings) {
+  // Network elements at an inlet or outlet name node 0 for the missing side: the solver
+  // takes them, the database has no node 0 to point at.
+  size_t open = 0;
+  int32_t firstOpen = 0;
+  deck.elements.erase(std::remove_if(deck.elements.begin(), deck.elements.end(),
+                                     [&](const Element& e) {
+                                       bool zero = std::find(e.nodes.begin(), e.nodes.end(), 0) !=
+                                                   e.nodes.end();
+                                       if (zero && open++ == 0) firstOpen = e.label;
+                                       return zero;
+                                     }),
+                      deck.elements.end());
+  if (open > 0) {
+    warnings.warn("network-ends", deck.path + ": " + std::to_string(open) +
+                                      " network elements at an inlet or outlet (node 0, the "
+                                      "first element " +
+                                      std::to_string(firstOpen) + ") are not imported");
+  }
   std::unordered_set<int32_t> nodes, elements;
   nodes.reserve(deck.nodes.size());
   for (const Node& n : deck.nodes) {
@@ -33,20 +69,26 @@ void checkDeck(const Deck& deck) {
       }
     }
   }
-  for (const LabelSet& set : deck.nodeSets) {
-    for (int32_t l : set.labels) {
-      if (!nodes.count(l)) {
-        fail(set.where, "node set " + set.name + " holds node " + std::to_string(l) +
-                            ", which no *NODE line defines");
+  // Set members that the deck does not define: the solver passes over them, and so does
+  // the import, with one warning per kind of set.
+  for (bool nodal : {true, false}) {
+    size_t dropped = 0;
+    std::string first;
+    for (LabelSet& set : nodal ? deck.nodeSets : deck.elementSets) {
+      int32_t label = 0;
+      size_t n = prune(set.labels, nodal ? nodes : elements, &label);
+      if (n > 0 && dropped == 0) {
+        first = set.where.file + ":" + std::to_string(set.where.line) + ": " +
+                (nodal ? "node set " : "element set ") + set.name + " holds " +
+                (nodal ? "node " : "element ") + std::to_string(label);
       }
+      dropped += n;
     }
-  }
-  for (const LabelSet& set : deck.elementSets) {
-    for (int32_t l : set.labels) {
-      if (!elements.count(l)) {
-        fail(set.where, "element set " + set.name + " holds element " + std::to_string(l) +
-                            ", which no *ELEMENT line defines");
-      }
+    if (dropped > 0) {
+      warnings.warn(nodal ? "set-nodes" : "set-elements",
+                    first + ", which the deck does not define: " + std::to_string(dropped) +
+                        (nodal ? " such node set members" : " such element set members") +
+                        " are left out, as the solver does");
     }
   }
   for (const Surface& surface : deck.surfaces) {

@@ -1,5 +1,6 @@
 // Mesh keywords of the deck parser: *HEADING, *NODE, *ELEMENT, *NSET, *ELSET, *SURFACE.
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <unordered_set>
 
@@ -25,7 +26,10 @@ double DeckBuilder::number(const DataLine& line, size_t field, const std::string
                      what + " in field " + std::to_string(field + 1), "end of line");
   }
   auto value = toDouble(line.fields[field]);
-  if (!value) throw ParseError(line.where.file, line.where.line, what, line.fields[field]);
+  if (!value || !std::isfinite(*value)) {
+    throw ParseError(line.where.file, line.where.line, what + " (a finite number)",
+                     line.fields[field]);
+  }
   return *value;
 }
 
@@ -99,19 +103,48 @@ void DeckBuilder::readNodes(const Card& card) {
   }
 }
 
+int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
+                            bool zeroAllowed) const {
+  if (zeroAllowed && field < line.fields.size()) {
+    auto v = toInteger(line.fields[field]);
+    if (v && *v == 0) return 0;
+  }
+  return label(line, field, "a node label of element " + std::to_string(element));
+}
+
 void DeckBuilder::readElements(const Card& card) {
   std::string type = upper(required(card, "TYPE"));
   int count = deckNodeCount(type);
+  // User elements (U...) have any number of nodes; any other type must be one the solver
+  // knows.
+  if (count < 0 && type[0] != 'U') {
+    throw ParseError(card.where.file, card.where.line,
+                     "an element type of the solver (C3D8, C3D20R, S8R, B32, ...) in TYPE=", type);
+  }
   LabelSet* set = nullptr;
   if (card.has("ELSET")) set = &setNamed(upper(required(card, "ELSET")), false, card.where);
+  // Network elements name node 0 where they have no inlet or outlet node.
+  const bool network = type == "D";
   DataLine line;
   while (reader_.nextData(line)) {
     Element element;
     element.type = type;
     element.label = label(line, 0, "an element label");
+    size_t listed = line.fields.size() - 1;
     for (size_t i = 1; i < line.fields.size(); ++i) {
-      element.nodes.push_back(
-          label(line, i, "a node label of element " + std::to_string(element.label)));
+      // The solver reads as many labels as the type has and passes over the rest of the
+      // line.
+      if (count >= 0 && static_cast<int>(element.nodes.size()) == count) {
+        warnings_.warn("element-extra-labels:" + type,
+                       line.where.file + ":" + std::to_string(line.where.line) + ": element " +
+                           std::to_string(element.label) + " of type " + type + " lists " +
+                           std::to_string(listed) + " node labels; the first " +
+                           std::to_string(count) +
+                           " are its nodes, the rest are ignored as "
+                           "the solver does");
+        break;
+      }
+      element.nodes.push_back(nodeOf(line, i, element.label, network));
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
@@ -124,8 +157,7 @@ void DeckBuilder::readElements(const Card& card) {
                          std::to_string(element.nodes.size()));
       }
       for (size_t i = 0; i < line.fields.size(); ++i) {
-        element.nodes.push_back(
-            label(line, i, "a node label of element " + std::to_string(element.label)));
+        element.nodes.push_back(nodeOf(line, i, element.label, network));
       }
     }
     if (count >= 0 && static_cast<int>(element.nodes.size()) != count) {
@@ -233,6 +265,14 @@ void DeckBuilder::readSurface(const Card& card) {
     }
     std::string face = upper(line.fields[1]);
     for (int32_t l : labels) surface.faces.push_back(Surface::Face{l, face});
+  }
+  // A name defined again extends the surface, as the solver does.
+  for (Surface& known : deck_.surfaces) {
+    if (known.name == surface.name && known.nodeBased == surface.nodeBased) {
+      known.faces.insert(known.faces.end(), surface.faces.begin(), surface.faces.end());
+      known.nodes.insert(known.nodes.end(), surface.nodes.begin(), surface.nodes.end());
+      return;
+    }
   }
   deck_.surfaces.push_back(std::move(surface));
 }

@@ -2,6 +2,7 @@
 // requests and *END STEP.
 #include "tools/ccx/inp_parser.h"
 
+#include <map>
 #include <set>
 
 #include "tools/ccx/inp_builder.h"
@@ -44,65 +45,92 @@ const std::set<std::string>& outputKeywords() {
   return keywords;
 }
 
-// Keywords of the solver whose contents the database does not hold: loads, boundary
-// conditions, constraints, interaction properties, solver controls. Passed over silently.
-const std::set<std::string>& passedOver() {
-  static const std::set<std::string> keywords = {"BOUNDARY",
-                                                 "CLOAD",
-                                                 "DLOAD",
-                                                 "DSLOAD",
-                                                 "DFLUX",
-                                                 "CFLUX",
-                                                 "FILM",
-                                                 "RADIATE",
-                                                 "TEMPERATURE",
-                                                 "INITIAL CONDITIONS",
-                                                 "AMPLITUDE",
-                                                 "SURFACE INTERACTION",
-                                                 "SURFACE BEHAVIOR",
-                                                 "FRICTION",
-                                                 "GAP CONDUCTANCE",
-                                                 "GAP HEAT GENERATION",
-                                                 "TIE",
-                                                 "EQUATION",
-                                                 "MPC",
-                                                 "RIGID BODY",
-                                                 "COUPLING",
-                                                 "KINEMATIC",
-                                                 "DISTRIBUTING",
-                                                 "DISTRIBUTING COUPLING",
-                                                 "TRANSFORM",
-                                                 "PHYSICAL CONSTANTS",
-                                                 "VALUES AT INFINITY",
-                                                 "RESTART",
-                                                 "OUTPUT",
-                                                 "CONTROLS",
-                                                 "TIME POINTS",
-                                                 "MODAL DAMPING",
-                                                 "SELECT CYCLIC SYMMETRY MODES",
-                                                 "CYCLIC SYMMETRY MODEL",
-                                                 "PRE-TENSION SECTION",
-                                                 "SUBMODEL",
-                                                 "CHANGE MATERIAL",
-                                                 "CHANGE PLASTIC",
-                                                 "CHANGE SOLID SECTION",
-                                                 "CHANGE SURFACE BEHAVIOR",
-                                                 "CHANGE FRICTION",
-                                                 "NODAL THICKNESS",
-                                                 "NORMAL",
-                                                 "CLEARANCE",
-                                                 "BASE MOTION",
-                                                 "MASS FLOW",
-                                                 "DESIGN VARIABLES",
-                                                 "OBJECTIVE",
-                                                 "CONSTRAINT",
-                                                 "FILTER",
-                                                 "REFINE MESH",
-                                                 "USER ELEMENT",
-                                                 "NETWORK MPC",
-                                                 "DELOAD",
-                                                 "HEADING"};
+// Keywords of the solver whose contents the database does not hold, by what they are:
+// loads, boundary conditions, constraints, interactions, solver controls. Each kind present
+// in a deck is named in one warning.
+const std::map<std::string, const char*>& passedOver() {
+  static const char* const loads = "loads, boundary conditions and initial conditions";
+  static const char* const amplitudes = "amplitudes and time points";
+  static const char* const contact = "contact, tie and gap definitions";
+  static const char* const constraints = "equations and other constraints";
+  static const char* const controls = "solver controls and analysis settings";
+  static const std::map<std::string, const char*> keywords = {
+      {"BOUNDARY", loads},
+      {"CLOAD", loads},
+      {"DLOAD", loads},
+      {"DSLOAD", loads},
+      {"DFLUX", loads},
+      {"CFLUX", loads},
+      {"FILM", loads},
+      {"RADIATE", loads},
+      {"TEMPERATURE", loads},
+      {"INITIAL CONDITIONS", loads},
+      {"BASE MOTION", loads},
+      {"MASS FLOW", loads},
+      {"DELOAD", loads},
+      {"AMPLITUDE", amplitudes},
+      {"TIME POINTS", amplitudes},
+      {"SURFACE INTERACTION", contact},
+      {"SURFACE BEHAVIOR", contact},
+      {"FRICTION", contact},
+      {"GAP CONDUCTANCE", contact},
+      {"GAP HEAT GENERATION", contact},
+      {"TIE", contact},
+      {"CLEARANCE", contact},
+      {"CHANGE SURFACE BEHAVIOR", contact},
+      {"CHANGE FRICTION", contact},
+      {"EQUATION", constraints},
+      {"MPC", constraints},
+      {"RIGID BODY", constraints},
+      {"COUPLING", constraints},
+      {"KINEMATIC", constraints},
+      {"DISTRIBUTING", constraints},
+      {"DISTRIBUTING COUPLING", constraints},
+      {"TRANSFORM", constraints},
+      {"NETWORK MPC", constraints},
+      {"PRE-TENSION SECTION", constraints},
+      {"CYCLIC SYMMETRY MODEL", constraints},
+      {"SELECT CYCLIC SYMMETRY MODES", constraints},
+      {"SUBMODEL", constraints},
+      {"PHYSICAL CONSTANTS", controls},
+      {"VALUES AT INFINITY", controls},
+      {"RESTART", controls},
+      {"OUTPUT", controls},
+      {"CONTROLS", controls},
+      {"MODAL DAMPING", controls},
+      {"DESIGN VARIABLES", controls},
+      {"OBJECTIVE", controls},
+      {"CONSTRAINT", controls},
+      {"FILTER", controls},
+      {"REFINE MESH", controls},
+      {"USER ELEMENT", controls},
+      {"NODAL THICKNESS", controls},
+      {"NORMAL", controls},
+      {"CHANGE MATERIAL", controls},
+      {"CHANGE PLASTIC", controls},
+      {"CHANGE SOLID SECTION", controls},
+  };
   return keywords;
+}
+
+// The keywords of each kind a deck used, with how often and where first.
+struct PassedOver {
+  SourceRef first;
+  std::map<std::string, int> keywords;
+};
+
+// A step without a procedure goes on with the procedure of the step before, as the solver
+// does. Returns false for the first step.
+bool continuePrevious(const Deck& deck, Step& step) {
+  if (step.number < 2) return false;
+  const Step& before = deck.steps[step.number - 2];
+  step.procedure = before.procedure;
+  step.procedureParameters = before.procedureParameters;
+  step.procedureData = before.procedureData;
+  step.domain = before.domain;
+  step.timePeriod = before.timePeriod;
+  if (step.description.empty()) step.description = "*" + step.procedure;
+  return true;
 }
 
 }  // namespace
@@ -185,6 +213,7 @@ void DeckBuilder::readOutputRequest(const Card& card) {
 
 void DeckBuilder::endStep(const Card& card) {
   Step& step = currentStep(card);
+  if (!stepHasProcedure_) stepHasProcedure_ = continuePrevious(deck_, step);
   if (!stepHasProcedure_) {
     throw ParseError(
         card.where.file, card.where.line,
@@ -220,9 +249,16 @@ Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& prog
   DeckBuilder builder(deck, reader, warnings);
   Card card;
   int64_t lastReport = 0;
+  std::map<std::string, PassedOver> passed;
+  std::vector<std::string> passedOrder;
   while (reader.nextCard(card)) {
-    if (!builder.propertyCard(card) && !builder.meshCard(card) && !builder.stepCard(card) &&
-        !passedOver().count(card.keyword)) {
+    if (builder.propertyCard(card) || builder.meshCard(card) || builder.stepCard(card)) {
+      // read
+    } else if (auto kind = passedOver().find(card.keyword); kind != passedOver().end()) {
+      auto [entry, isNew] = passed.emplace(kind->second, PassedOver{card.where, {}});
+      if (isNew) passedOrder.push_back(kind->second);
+      ++entry->second.keywords[card.keyword];
+    } else {
       warnings.warn("keyword:" + card.keyword, card.where.file + ":" +
                                                    std::to_string(card.where.line) + ": keyword *" +
                                                    card.keyword + " is not imported; skipped");
@@ -233,10 +269,37 @@ Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& prog
     }
   }
   if (!deck.steps.empty() && deck.steps.back().procedure.empty()) {
+    continuePrevious(deck, deck.steps.back());
+  }
+  if (!deck.steps.empty() && deck.steps.back().procedure.empty()) {
     const Step& step = deck.steps.back();
     throw ParseError(
         step.where.file, step.where.line,
         "a procedure (*STATIC, *FREQUENCY, ...) in step " + std::to_string(step.number));
+  }
+  if (reader.strayLines() > 0) {
+    const SourceRef& first = reader.firstStrayLine();
+    warnings.warn("stray-lines", first.file + ":" + std::to_string(first.line) + ": " +
+                                     std::to_string(reader.strayLines()) +
+                                     " lines before the first keyword line are passed over, as "
+                                     "the solver does");
+  }
+  if (deck.nodes.empty()) {
+    // An empty or comment-only deck, or one without a mesh: nothing to import.
+    throw ParseError(path, std::max<int64_t>(1, reader.topLines()),
+                     "*NODE lines defining the model's nodes",
+                     reader.topLines() == 0 ? "an empty file" : "none before the end of the deck");
+  }
+  for (const std::string& kind : passedOrder) {
+    const PassedOver& p = passed.at(kind);
+    std::string list;
+    for (const auto& [keyword, n] : p.keywords) {
+      list +=
+          (list.empty() ? "*" : ", *") + keyword + (n > 1 ? " (" + std::to_string(n) + ")" : "");
+    }
+    warnings.warn("passed-over:" + kind, p.first.file + ":" + std::to_string(p.first.line) + ": " +
+                                             kind + " have no place in the database: " + list +
+                                             " not imported");
   }
   builder.finish();
   if (progress) progress(reader.topSize(), reader.topSize());

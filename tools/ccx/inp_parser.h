@@ -25,10 +25,12 @@ using Progress = std::function<void(int64_t done, int64_t total)>;
 
 Deck parseDeck(const std::string& path, Warnings& warnings, const Progress& progress = nullptr);
 
-// Checks the references between the parts of a deck: element nodes, set members, surface
-// elements, section sets and materials, layer materials, step output sets. Throws
-// InputError naming the first thing that refers to something the deck does not define, or
-// a node or element label defined twice.
-void checkDeck(const Deck& deck);
+// Checks the references between the parts of a deck: element nodes, surface elements,
+// section sets and materials, layer materials, step output sets. Throws InputError naming
+// the first thing that refers to something the deck does not define, or a node or element
+// label defined twice. What the solver itself passes over is left out with one warning per
+// kind: set members that the deck does not define, network elements at an inlet or outlet
+// (node 0).
+void checkDeck(Deck& deck, Warnings& warnings);
 
 }  // namespace odbs::ccx

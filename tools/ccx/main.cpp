@@ -37,12 +37,18 @@ int main(int argc, char** argv) {
     ImportSummary s = importCalculix(request, warnings, [](const std::string& message) {
       std::cerr << "ccx_import: " << message << "\n";
     });
+    warnings.flush();
     std::cerr << "ccx_import: wrote " << request.output << ": " << s.nodes << " nodes, "
-              << s.elements << " elements, " << s.nodeSets + s.elementSets + s.surfaces
-              << " sets and surfaces, " << s.sections << " sections, " << s.materials
-              << " materials, " << s.steps << " steps, " << s.frames << " frames with "
-              << s.fieldOutputs << " field outputs, " << s.historyRegions << " history regions\n";
+              << s.elements << " elements, "
+              << (s.expandedElements > 0
+                      ? std::to_string(s.expandedElements) + " expanded shell and beam elements, "
+                      : std::string())
+              << s.nodeSets + s.elementSets + s.surfaces << " sets and surfaces, " << s.sections
+              << " sections, " << s.materials << " materials, " << s.steps << " steps, " << s.frames
+              << " frames with " << s.fieldOutputs << " field outputs, " << s.historyRegions
+              << " history regions\n";
   } catch (const std::exception& e) {
+    warnings.flush();
     std::cerr << "ccx_import: " << e.what() << "\n";
     std::cerr << "ccx_import: no database written\n";
     return 1;

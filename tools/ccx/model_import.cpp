@@ -9,6 +9,7 @@
 namespace odbs::ccx {
 
 const char* const kInstanceName = "PART-1-1";
+const char* const kExpandedInstanceName = "PART-1-1-EXPANDED";
 
 namespace {
 
@@ -165,7 +166,19 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     part.addSectionAssignment(section.name, makeSet(s.elset, odb_Enum::ELEMENT_SET, set->labels));
   }
 
+  if (!deck.contactPairs.empty()) {
+    warnings.warn("contact-pairs", deck.path + ": " + std::to_string(deck.contactPairs.size()) +
+                                       " contact pairs have no place in the database: not "
+                                       "imported (their surfaces are)");
+  }
   for (const Material& m : deck.materials) {
+    for (const auto& [behaviour, table] : m.others) {
+      warnings.warn("material:" + behaviour,
+                    m.where.file + ":" + std::to_string(m.where.line) + ": *" + behaviour +
+                        " of material " + m.name +
+                        " is not imported: the database's materials hold density and "
+                        "elasticity only");
+    }
     odb::MaterialData material;
     material.name = m.name;
     if (m.density) {

@@ -17,6 +17,8 @@ namespace odbs::ccx {
 
 // The name of the one part instance of an imported deck.
 extern const char* const kInstanceName;
+// The instance of the solver's expanded 3D form of shells and beams.
+extern const char* const kExpandedInstanceName;
 
 // Adds the deck's model to writer (which must not hold a model yet). The deck must have
 // passed checkDeck. Node-based surfaces become node sets (one warning each).

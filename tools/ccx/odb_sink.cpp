@@ -20,6 +20,12 @@ OdbSink::OdbSink(const Deck& deck, odb::Writer& writer) : deck_(deck), writer_(w
   for (const Element& e : deck.elements) elementType_.emplace(e.label, &e.type);
 }
 
+void OdbSink::expandedMesh(const ExpandedMesh& mesh) {
+  odb::EntityWriter part = writer_.addInstance(kExpandedInstanceName);
+  part.addNodes(mesh.nodeLabels, mesh.coordinates);
+  for (const ExpandedMesh::Element& e : mesh.elements) part.addElement(e.type, e.label, e.nodes);
+}
+
 void OdbSink::step(int, const PlannedStep& step) {
   odb::StepData data;
   data.name = step.step->name;
@@ -73,6 +79,21 @@ void OdbSink::frame(int, const PlannedFrame& frame, std::vector<NodalField>&& no
       if (field.isComplex) {
         block.conjugateData = n->imaginary.empty() ? std::vector<float>(block.data.size(), 0.f)
                                                    : std::move(n->imaginary);
+      }
+      writer_.addFieldBlock(block);
+    }
+    if (n && !n->expandedNodes.empty()) {
+      odb::FieldBlockData block;
+      block.instance = kExpandedInstanceName;
+      block.position = odb_Enum::NODAL;
+      block.type = field.type;
+      block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
+      block.nodeLabels = std::move(n->expandedNodes);
+      block.data = std::move(n->expandedValues);
+      if (field.isComplex) {
+        block.conjugateData = n->expandedImaginary.empty()
+                                  ? std::vector<float>(block.data.size(), 0.f)
+                                  : std::move(n->expandedImaginary);
       }
       writer_.addFieldBlock(block);
     }
@@ -130,10 +151,11 @@ void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
       region.description = "Output at node " + std::to_string(r.node);
       region.point.nodeLabel = r.node;
     } else if (r.position == odb_Enum::WHOLE_REGION) {
-      region.description = "Output totalled over node set " + r.set;
+      region.description = std::string("Output totalled over ") +
+                           (r.elementSet ? "element" : "node") + " set " + r.set;
       region.point.region.name = r.set;
-      region.point.region.type = odb_Enum::NODE_SET;
-      if (const LabelSet* set = deck_.nodeSet(r.set)) {
+      region.point.region.type = r.elementSet ? odb_Enum::ELEMENT_SET : odb_Enum::NODE_SET;
+      if (const LabelSet* set = r.elementSet ? deck_.elementSet(r.set) : deck_.nodeSet(r.set)) {
         region.point.region.addMembers(kInstanceName, set->labels);
       }
     } else {

@@ -3,7 +3,8 @@
 //
 // A field output of a frame gathers the values at the nodes (result file) and at the
 // integration points (print file) under one name, one block per position, element type
-// and section point. History regions carry their point: the node, the set of a total, or
+// and section point; values at the solver's expanded nodes go to a second block on the
+// expanded instance. History regions carry their point: the node, the set of a total, or
 // the element face and point of contact output.
 #pragma once
 
@@ -20,6 +21,7 @@ class OdbSink : public ResultSink {
  public:
   OdbSink(const Deck& deck, odb::Writer& writer);
 
+  void expandedMesh(const ExpandedMesh& mesh) override;
   void step(int index, const PlannedStep& step) override;
   void frame(int step, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
              std::vector<PointField>&& points) override;

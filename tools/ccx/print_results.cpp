@@ -41,6 +41,7 @@ const std::map<std::string, PointQuantity>& pointQuantities() {
 struct HistoryQuantity {
   std::vector<std::string> outputs;  // one per printed column
   const char* description;
+  bool elementSet = false;  // a total over an element set (else over a node set)
 };
 
 const std::map<std::string, HistoryQuantity>& historyQuantities() {
@@ -49,6 +50,8 @@ const std::map<std::string, HistoryQuantity>& historyQuantities() {
       {"velocities", {{"V1", "V2", "V3"}, "Spatial velocity"}},
       {"forces", {{"RF1", "RF2", "RF3"}, "Reaction force"}},
       {"total force", {{"RF1", "RF2", "RF3"}, "Total reaction force of the set"}},
+      {"total internal energy", {{"ALLIE"}, "Internal energy of the set", true}},
+      {"total kinetic energy", {{"ALLKE"}, "Kinetic energy of the set", true}},
       {"temperatures", {{"NT11"}, "Nodal temperature"}},
       {"relative contact displacement",
        {{"COPEN", "CSLIP1", "CSLIP2"}, "Contact opening and relative tangential motion"}},
@@ -92,7 +95,8 @@ std::vector<PointField> pointFieldsOf(const std::vector<const DatBlock*>& tables
     if (known == pointQuantities().end() ||
         table->components.size() != std::max<size_t>(1, known->second.labels.size())) {
       warnings.warn("dat-quantity:" + table->quantity,
-                    "printed " + table->quantity + " at integration points are not imported");
+                    table->location + ": printed " + table->quantity +
+                        " at integration points are not imported");
       continue;
     }
     const PointQuantity& q = known->second;
@@ -162,14 +166,14 @@ bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& w
   if (table.kind == DatRowKind::IntegrationPoint) return false;
   if (table.kind == DatRowKind::Element) {
     warnings.warn("dat-quantity:" + table.quantity,
-                  "printed " + table.quantity + " per element are not imported");
+                  table.location + ": printed " + table.quantity + " per element are not imported");
     return false;
   }
   auto known = historyQuantities().find(table.quantity);
   if (known == historyQuantities().end() ||
       known->second.outputs.size() != table.components.size()) {
     warnings.warn("dat-quantity:" + table.quantity,
-                  "printed " + table.quantity + " are not imported");
+                  table.location + ": printed " + table.quantity + " are not imported");
     return false;
   }
   const HistoryQuantity& q = known->second;
@@ -178,9 +182,10 @@ bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& w
   for (size_t r = 0; r < table.rows(); ++r) {
     HistoryRegionData* target;
     if (table.kind == DatRowKind::Total) {
-      target = &region("Node set " + table.set);
+      target = &region((q.elementSet ? "Element set " : "Node set ") + table.set);
       target->position = odb_Enum::WHOLE_REGION;
       target->set = table.set;
+      target->elementSet = q.elementSet;
     } else if (table.kind == DatRowKind::ContactFace) {
       int32_t element = table.labels[r], face = table.labels2[r];
       int point = ++pointOfFace[{element, face}];

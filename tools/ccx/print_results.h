@@ -3,7 +3,8 @@
 //   the frame they were printed for; on shells, whose points the solver numbers through
 //   the expanded thickness, they carry section points (one per layer bottom and top);
 // - node tables (*NODE PRINT) become history output of one history region per printed
-//   node ("Node PART-1-1.<label>"), totals that of the set ("Node set <NAME>");
+//   node ("Node PART-1-1.<label>"), totals that of the set ("Node set <NAME>"); energy
+//   totals (*EL PRINT, TOTALS=ONLY) that of the element set ("Element set <NAME>");
 // - contact tables (*CONTACT PRINT) become history output of one region per slave face
 //   point ("Element PART-1-1.<label> Face <f> Int Point <k>").
 // Tables of other quantities are skipped with one warning per quantity.
@@ -51,7 +52,8 @@ struct HistoryRegionData {
   std::string name;
   odb_Enum::odb_ResultPositionEnum position = odb_Enum::NODAL;
   int32_t node = -1, element = -1, integrationPoint = 0, face = 0;
-  std::string set;                                   // for totals over a set
+  std::string set;          // for totals over a set
+  bool elementSet = false;  // the set is an element set (energies), else a node set
   std::map<std::string, HistoryOutputData> outputs;  // by output name
 };
 

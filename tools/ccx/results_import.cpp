@@ -1,6 +1,7 @@
 #include "tools/ccx/results_import.h"
 
 #include "tools/ccx/parse_error.h"
+#include "tools/ccx/text.h"
 
 namespace odbs::ccx {
 
@@ -14,9 +15,35 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
       plan_(deck),
       placer_(prints.blocks),
       shells_(shellLayersOf(deck)),
+      expansion_(deck, resultPath),
       history_(deck.steps.size()) {
   deckNodes_.reserve(deck.nodes.size());
   for (const Node& n : deck.nodes) deckNodes_.insert(n.label);
+  for (const Element& e : deck.elements) {
+    if (startsWith(e.type, "B3") || startsWith(e.type, "B2")) {
+      beamNodes_.insert(e.nodes.begin(), e.nodes.end());
+    }
+  }
+  // An element output request with SECTION FORCES holds until a later step asks for
+  // element output without it.
+  bool sectionForces = false;
+  for (const Step& step : deck.steps) {
+    for (const OutputRequest& r : step.outputs) {
+      if (r.keyword == "EL FILE" || r.keyword == "ELEMENT OUTPUT") {
+        sectionForces = r.parameters.count("SECTION FORCES") > 0;
+      }
+    }
+    sectionForces_.push_back(sectionForces);
+  }
+}
+
+void ResultImport::nodes(std::vector<FrdNode>&& nodes) {
+  expansion_.nodes(nodes, warnings_);
+}
+
+void ResultImport::elements(std::vector<FrdElement>&& elements) {
+  expansion_.elements(elements, warnings_);
+  if (!expansion_.mesh().empty()) sink_.expandedMesh(expansion_.mesh());
 }
 
 void ResultImport::openStepsUpTo(int step) {
@@ -48,24 +75,86 @@ void ResultImport::block(FrdBlock&& block) {
                    block.location + ": result block " + block.name + " is not imported; skipped");
     return;
   }
-  const int stored = block.storedCount();
-  std::vector<size_t> rows;
-  rows.reserve(block.nodes.size());
+  const bool forces = parts.front().name == "RF";
+  Rows rows = rowsOf(block, forces);
+  if (rows.lost > 0) {
+    warnings_.warn("frd-nodes", block.location + ": values of " + block.name + " at " +
+                                    std::to_string(rows.lost) + " nodes (first " +
+                                    std::to_string(rows.firstLost) +
+                                    ") that neither the deck nor an expanded element has are "
+                                    "not imported");
+  }
+  if (parts.front().name == "S" && sectionForces_[place.step] && !beamNodes_.empty()) {
+    // The stresses at beam nodes are the beam's section forces and moments.
+    Rows beams, others = rows;
+    others.deck.clear();
+    for (size_t r : rows.deck) {
+      (beamNodes_.count(block.nodes[r]) ? beams : others).deck.push_back(r);
+    }
+    addParts(sectionForceParts(parts.front().imaginary), beams, block, false);
+    rows = std::move(others);
+  }
+  addParts(parts, rows, block, forces);
+}
+
+ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) const {
+  Rows rows;
+  rows.deck.reserve(block.nodes.size());
+  std::unordered_map<int32_t, size_t> expandedRow;
   for (size_t r = 0; r < block.nodes.size(); ++r) {
-    if (deckNodes_.count(block.nodes[r])) rows.push_back(r);
+    int32_t label = block.nodes[r];
+    if (deckNodes_.count(label)) {
+      rows.deck.push_back(r);
+    } else if (expansion_.isExpandedNode(label)) {
+      rows.expanded.push_back(r);
+      expandedRow.emplace(label, r);
+    } else if (rows.lost++ == 0) {
+      rows.firstLost = label;
+    }
   }
-  if (rows.size() < block.nodes.size()) {
-    warnings_.warn("frd-nodes", path_ + ": values at nodes that the deck does not define (" +
-                                    std::to_string(block.nodes.size() - rows.size()) + " in " +
-                                    block.name + " at " + block.location +
-                                    ", the solver's expanded shell or beam nodes) are skipped");
+  if (expandedRow.empty()) return rows;
+  std::unordered_set<int32_t> direct;
+  for (size_t r : rows.deck) direct.insert(block.nodes[r]);
+  for (const Expansion::Source& s : expansion_.sources()) {
+    if (direct.count(s.deckNode)) continue;  // the file has the deck node's own value
+    std::vector<size_t> from;
+    for (int32_t label : forces ? s.all : s.mean) {
+      auto it = expandedRow.find(label);
+      if (it == expandedRow.end()) break;
+      from.push_back(it->second);
+    }
+    if (from.size() == (forces ? s.all : s.mean).size()) {
+      rows.mapped.emplace_back(s.deckNode, std::move(from));
+    }
   }
+  return rows;
+}
+
+void ResultImport::addParts(const std::vector<FieldPart>& parts, const Rows& rows,
+                            const FrdBlock& block, bool forces) {
+  if (rows.deck.empty() && rows.mapped.empty() && rows.expanded.empty()) return;
+  const int stored = block.storedCount();
   for (const FieldPart& part : parts) {
+    NodalField field;
+    field.part = part;
     const size_t width = part.source.size();
-    std::vector<float> values;
-    values.reserve(rows.size() * width);
-    for (size_t r : rows) {
-      for (int s : part.source) values.push_back(block.values[r * stored + s]);
+    field.nodes.reserve(rows.deck.size() + rows.mapped.size());
+    field.values.reserve((rows.deck.size() + rows.mapped.size()) * width);
+    for (size_t r : rows.deck) {
+      field.nodes.push_back(block.nodes[r]);
+      for (int s : part.source) field.values.push_back(block.values[r * stored + s]);
+    }
+    for (const auto& [node, from] : rows.mapped) {
+      field.nodes.push_back(node);
+      for (int s : part.source) {
+        double sum = 0;
+        for (size_t r : from) sum += block.values[r * stored + s];
+        field.values.push_back(static_cast<float>(forces ? sum : sum / from.size()));
+      }
+    }
+    for (size_t r : rows.expanded) {
+      field.expandedNodes.push_back(block.nodes[r]);
+      for (int s : part.source) field.expandedValues.push_back(block.values[r * stored + s]);
     }
     if (part.imaginary) {
       // Joins the real part read earlier in this frame, when the nodes agree.
@@ -73,20 +162,16 @@ void ResultImport::block(FrdBlock&& block) {
       for (NodalField& f : fields_) {
         if (f.part.name == part.name && f.imaginary.empty()) real = &f;
       }
-      if (!real || real->values.size() != values.size()) {
+      if (!real || real->nodes != field.nodes || real->expandedNodes != field.expandedNodes) {
         warnings_.warn("frd-imaginary:" + block.name, block.location + ": imaginary parts " +
                                                           block.name +
                                                           " without matching real parts; skipped");
         continue;
       }
-      real->imaginary = std::move(values);
+      real->imaginary = std::move(field.values);
+      real->expandedImaginary = std::move(field.expandedValues);
       continue;
     }
-    NodalField field;
-    field.part = part;
-    field.nodes.reserve(rows.size());
-    for (size_t r : rows) field.nodes.push_back(block.nodes[r]);
-    field.values = std::move(values);
     fields_.push_back(std::move(field));
   }
 }

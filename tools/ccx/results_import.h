@@ -4,8 +4,15 @@
 // It is the result file's visitor: blocks arrive in file order, and each frame's blocks
 // are gathered until the next frame begins, so that the real and imaginary parts of a
 // steady-state point become one complex field output and the frame's printed tables can
-// join it. Only one frame is held at a time. Values at nodes the deck does not define (the
-// solver's expanded shell nodes) are left out with one warning.
+// join it. Only one frame is held at a time.
+//
+// The result file's mesh is checked against the deck (Expansion): results of another
+// model are refused. Values at the solver's expanded nodes of shells and beams go twice
+// into the database: on the expanded instance as written, and mapped back to the deck's
+// nodes (mean of the expanded nodes, sum for forces). Where a step writes beam section
+// forces instead of stresses, the stress block's values at beam nodes become the field
+// outputs SF and SM. Values at nodes that neither the deck nor an expanded element has are
+// left out with one warning.
 #pragma once
 
 #include <memory>
@@ -13,6 +20,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "tools/ccx/expansion.h"
 #include "tools/ccx/frame_plan.h"
 #include "tools/ccx/frd_fields.h"
 #include "tools/ccx/frd_parser.h"
@@ -25,11 +33,16 @@ struct NodalField {
   std::vector<int32_t> nodes;
   std::vector<float> values;     // rows of max(1, part.labels.size()) components
   std::vector<float> imaginary;  // same shape for complex results, else empty
+  // The values at the expanded instance's nodes, same layout; empty when there are none.
+  std::vector<int32_t> expandedNodes;
+  std::vector<float> expandedValues, expandedImaginary;
 };
 
 class ResultSink {
  public:
   virtual ~ResultSink() = default;
+  // The solver's expanded elements, before the first step; not called when there are none.
+  virtual void expandedMesh(const ExpandedMesh&) {}
   // A step begins; called for every step of the deck, in order, before its frames.
   virtual void step(int index, const PlannedStep& step) = 0;
   // A complete frame of the step last begun, with its field outputs.
@@ -44,6 +57,8 @@ class ResultImport : public FrdVisitor {
   ResultImport(const Deck& deck, const DatFile& prints, const std::string& resultPath,
                ResultSink& sink, Warnings& warnings);
 
+  void nodes(std::vector<FrdNode>&& nodes) override;
+  void elements(std::vector<FrdElement>&& elements) override;
   void block(FrdBlock&& block) override;
   // Ends the last frame and the remaining steps; call after the result file is read.
   void finish();
@@ -54,6 +69,16 @@ class ResultImport : public FrdVisitor {
  private:
   void closeFrame();
   void openStepsUpTo(int step);
+  // Rows of a block by where their values go.
+  struct Rows {
+    std::vector<size_t> deck, expanded;
+    std::vector<std::pair<int32_t, std::vector<size_t>>> mapped;  // deck node, its rows
+    size_t lost = 0;
+    int32_t firstLost = 0;
+  };
+  Rows rowsOf(const FrdBlock& block, bool forces) const;
+  void addParts(const std::vector<FieldPart>& parts, const Rows& rows, const FrdBlock& block,
+                bool forces);
 
   const Deck& deck_;
   const DatFile& prints_;
@@ -64,6 +89,9 @@ class ResultImport : public FrdVisitor {
   TablePlacer placer_;
   ShellLayers shells_;
   std::unordered_set<int32_t> deckNodes_;
+  Expansion expansion_;
+  std::unordered_set<int32_t> beamNodes_;  // nodes of the deck's beam elements
+  std::vector<bool> sectionForces_;        // per step: beam stresses are section forces
   std::vector<HistoryCollector> history_;
   int stepsOpened_ = 0;  // steps handed to the sink so far
   int openStep_ = -1, openFrame_ = -1;

@@ -33,6 +33,7 @@ bool SourceReader::nextLine(std::string& line) {
   line.clear();
   if (!fill()) return false;
   ++line_;
+  lineEnded_ = false;
   while (true) {
     const char* start = buf_.data() + pos_;
     const void* nl = std::memchr(start, '\n', end_ - pos_);
@@ -41,6 +42,7 @@ bool SourceReader::nextLine(std::string& line) {
       line.append(start, n);
       pos_ += n + 1;
       offset_ += static_cast<int64_t>(n + 1);
+      lineEnded_ = true;
       break;
     }
     line.append(start, end_ - pos_);

@@ -29,6 +29,9 @@ class SourceReader {
 
   // Reads the next line into line (without its end). Returns false at the end of the file.
   bool nextLine(std::string& line);
+  // Whether the line last returned by nextLine ended with a line end ('\n'); false for a
+  // last line that the file cuts off.
+  bool lineEnded() const { return lineEnded_; }
   // Reads exactly n bytes; returns false (and reads what there is) when the file ends first.
   bool readBytes(void* out, size_t n);
 
@@ -42,6 +45,7 @@ class SourceReader {
   int64_t line_ = 0;
   int64_t offset_ = 0;
   int64_t size_ = 0;
+  bool lineEnded_ = true;
 };
 
 }  // namespace odbs::ccx

@@ -1,5 +1,7 @@
 #include "tools/ccx/text.h"
 
+#include <fast_float/fast_float.h>
+
 #include <cctype>
 #include <charconv>
 
@@ -25,15 +27,26 @@ bool startsWith(std::string_view s, std::string_view prefix) {
 
 std::vector<std::string> splitCommas(std::string_view s) {
   std::vector<std::string> out;
-  size_t start = 0;
+  splitCommasInto(s, out);
+  return out;
+}
+
+void splitCommasInto(std::string_view s, std::vector<std::string>& out) {
+  size_t n = 0, start = 0;
   while (true) {
     size_t comma = s.find(',', start);
-    out.emplace_back(
-        trim(s.substr(start, comma == std::string_view::npos ? s.npos : comma - start)));
+    std::string_view field =
+        trim(s.substr(start, comma == std::string_view::npos ? s.npos : comma - start));
+    if (n < out.size()) {
+      out[n].assign(field.data(), field.size());
+    } else {
+      out.emplace_back(field);
+    }
+    ++n;
     if (comma == std::string_view::npos) break;
     start = comma + 1;
   }
-  return out;
+  out.resize(n);
 }
 
 std::vector<std::string_view> splitBlanks(std::string_view s) {
@@ -51,6 +64,12 @@ std::vector<std::string_view> splitBlanks(std::string_view s) {
 std::optional<double> toDouble(std::string_view s) {
   s = trim(s);
   if (s.empty() || s.size() > 64) return std::nullopt;
+  {
+    // The common form first, without copying.
+    double value = 0;
+    auto [end, ec] = fast_float::from_chars(s.data(), s.data() + s.size(), value);
+    if (ec == std::errc() && end == s.data() + s.size()) return value;
+  }
   // from_chars takes neither a leading '+' nor a 'D' exponent; rewrite those in a copy.
   char buf[72];
   size_t n = 0;
@@ -62,9 +81,34 @@ std::optional<double> toDouble(std::string_view s) {
   }
   if (n == 0) return std::nullopt;
   double value = 0;
-  auto [end, ec] = std::from_chars(buf, buf + n, value);
+  auto [end, ec] = fast_float::from_chars(buf, buf + n, value);
   if (ec != std::errc() || end != buf + n) return std::nullopt;
   return value;
+}
+
+bool parseFloatField(std::string_view field, float* out) {
+  const char* b = field.data();
+  const char* e = b + field.size();
+  while (b < e && *b == ' ') ++b;
+  while (e > b && (e[-1] == ' ' || e[-1] == '\r')) --e;
+  if (b == e) return false;
+  auto [end, ec] = fast_float::from_chars(b, e, *out);
+  if (ec == std::errc() && end == e) return true;
+  auto slow = toDouble(std::string_view(b, e - b));  // '+' signs, 'D' exponents
+  if (!slow) return false;
+  *out = static_cast<float>(*slow);
+  return true;
+}
+
+bool parseIntField(std::string_view field, long long* out) {
+  const char* b = field.data();
+  const char* e = b + field.size();
+  while (b < e && *b == ' ') ++b;
+  while (e > b && e[-1] == ' ') --e;
+  if (b < e && *b == '+') ++b;
+  if (b == e) return false;
+  auto [end, ec] = std::from_chars(b, e, *out);
+  return ec == std::errc() && end == e;
 }
 
 std::optional<long long> toInteger(std::string_view s) {

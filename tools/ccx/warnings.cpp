@@ -6,8 +6,17 @@ Warnings::Warnings(std::function<void(const std::string&)> sink) : sink_(std::mo
 
 void Warnings::warn(const std::string& key, const std::string& text) {
   if (counts_[key]++ > 0) return;
+  keys_.push_back(key);
   texts_.push_back(text);
-  if (sink_) sink_(text);
+}
+
+void Warnings::flush() {
+  for (; flushed_ < texts_.size(); ++flushed_) {
+    int n = counts_[keys_[flushed_]];
+    std::string text = texts_[flushed_];
+    if (n > 1) text += " [" + std::to_string(n) + " times in all; the first is shown]";
+    if (sink_) sink_(text);
+  }
 }
 
 int Warnings::count(const std::string& key) const {

@@ -41,7 +41,8 @@ struct Catalogue {
         title = client::decodeTitle(rec);
         break;
       case kRecAnalysisCode:
-        analysisCode = client::decodeAnalysisCode(rec);
+        // The record carries the stored code minus 1; shown as stored, as `model` does.
+        analysisCode = client::decodeAnalysisCode(rec) + 1;
         break;
       case kRecStep: {
         client::StepRecord s = client::decodeStep(rec);

@@ -1,0 +1,81 @@
+// The solver's expanded 3D form of the deck's shells, membranes, beams and trusses.
+//
+// By default CalculiX writes the result file on solid elements that it makes out of each
+// 1D and 2D element (a 20-node brick per eight-node shell or three-node beam, ...): the
+// element keeps its label, its nodes are new ones that no deck line defines. Each deck node
+// of such an element gets its own expanded nodes (bottom and top of a shell, the corners of
+// a beam's section), so that its value is the mean of theirs (the sum, for forces), the
+// way the solver computes the values it prints at the deck's nodes.
+//
+// The expansion also checks that the result file was written for this deck: a node it
+// shares with the deck must lie where the deck puts it, and an element it shares with the
+// deck must use the same nodes (or be that element's expanded form). Otherwise the results
+// are another model's, and InputError says so.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "tools/ccx/frd_model.h"
+#include "tools/ccx/inp_model.h"
+#include "tools/ccx/warnings.h"
+
+namespace odbs::ccx {
+
+// The expanded elements as a mesh of their own, for the database's second instance.
+struct ExpandedMesh {
+  std::vector<int32_t> nodeLabels;
+  std::vector<float> coordinates;  // x, y, z per node
+  struct Element {
+    int32_t label = 0;
+    std::string type;  // "C3D8", "C3D20", "C3D6", "C3D15"
+    std::vector<int32_t> nodes;
+  };
+  std::vector<Element> elements;
+  bool empty() const { return elements.empty(); }
+};
+
+class Expansion {
+ public:
+  // resultPath names the result file in messages.
+  Expansion(const Deck& deck, std::string resultPath);
+
+  // The result file's nodes, then its elements. Throw InputError when they belong to
+  // another model (more than a tenth of the shared nodes elsewhere, or of the shared
+  // elements on other deck nodes: the solver itself moves a few nodes for contact and
+  // splits elements with new nodes at pre-tension sections); expanded elements whose
+  // layout is not the expected one are reported with one warning and their values stay on the
+  // expanded instance only.
+  void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);
+  void elements(const std::vector<FrdElement>& elements, Warnings& warnings);
+
+  const ExpandedMesh& mesh() const { return mesh_; }
+  bool isExpandedNode(int32_t label) const { return expandedNodes_.count(label) > 0; }
+
+  // A deck node and its expanded nodes: the mean of the values at `mean` is its value; the
+  // sum over `all` (mean and further nodes: a shell's mid-thickness, a beam section's
+  // mid-sides) is its force.
+  struct Source {
+    int32_t deckNode = 0;
+    std::vector<int32_t> mean, all;
+  };
+  const std::vector<Source>& sources() const { return sources_; }
+
+ private:
+  const Deck& deck_;
+  std::string path_;
+  double extent_ = 0;  // largest coordinate of the deck
+  std::unordered_map<int32_t, size_t> deckNodeIndex_;
+  void addToMesh(const FrdElement& element, std::unordered_set<int32_t>& meshNodes);
+
+  std::unordered_map<int32_t, FrdNode> extraNodes_;  // result file nodes the deck lacks
+  std::unordered_set<int32_t> frdNodes_;             // every node of the result file
+  std::unordered_set<int32_t> expandedNodes_;
+  std::vector<Source> sources_;
+  ExpandedMesh mesh_;
+};
+
+}  // namespace odbs::ccx

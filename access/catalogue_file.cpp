@@ -2,7 +2,10 @@
 
 #include <zlib.h>
 
+#include <cctype>
 #include <cerrno>
+#include <charconv>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -13,34 +16,45 @@ namespace {
 
 constexpr size_t kMaxLine = 10000;  // longest line read back, newline included
 constexpr size_t kMaxVersionLine = 100;
+constexpr size_t kWriteChunk = 256 * 1024;  // lines handed to the compressor at once
+constexpr size_t kReadChunk = 256 * 1024;   // decompressed bytes read at once
 
 gzFile gz(void* f) {
   return static_cast<gzFile>(f);
 }
 
-std::string escape(std::string_view s) {
-  std::string out;
-  out.reserve(s.size());
+// Appends s with '\\', newline and carriage return escaped.
+void appendEscaped(std::string_view s, std::string* out) {
   for (char c : s) {
     switch (c) {
       case '\\':
-        out += "\\\\";
+        *out += "\\\\";
         break;
       case '\n':
-        out += "\\n";
+        *out += "\\n";
         break;
       case '\r':
-        out += "\\r";
+        *out += "\\r";
         break;
       default:
-        out += c;
+        *out += c;
         break;
     }
   }
-  return out;
 }
 
-bool unescape(const std::string& s, std::string* out) {
+// Appends v as printf's "%.20E" writes it: the shortest exact rounding to 21 significant
+// digits, an upper-case E and a signed exponent of at least two digits; "INF", "-INF",
+// "NAN" and "-NAN" for the special values.
+void appendReal(double v, std::string* out) {
+  char buf[64];
+  std::to_chars_result r =
+      std::to_chars(buf, buf + sizeof buf, v, std::chars_format::scientific, 20);
+  for (char* p = buf; p != r.ptr; ++p) *p = char(std::toupper(static_cast<unsigned char>(*p)));
+  out->append(buf, r.ptr);
+}
+
+bool unescape(std::string_view s, std::string* out) {
   out->clear();
   for (size_t i = 0; i < s.size(); ++i) {
     if (s[i] != '\\') {
@@ -65,6 +79,21 @@ bool unescape(const std::string& s, std::string* out) {
   return true;
 }
 
+// True when base's lock exists and belongs to a live writer: the lock or the temporary
+// file changed within kStaleLockSeconds (or lies in the future: a clock set back).
+bool lockedByLiveWriter(const std::string& base) {
+  if (!platform::fileReadable(base + "_lock")) return false;
+  int64_t now = std::chrono::duration_cast<std::chrono::seconds>(
+                    std::chrono::system_clock::now().time_since_epoch())
+                    .count();
+  for (const char* companion : {"_lock", "_tmp"}) {
+    platform::FileStat st;
+    if (platform::statFile(base + companion, &st) && now - st.mtimeSec < kStaleLockSeconds)
+      return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 int64_t catalogueTime(const platform::FileStat& st) {
@@ -74,8 +103,10 @@ int64_t catalogueTime(const platform::FileStat& st) {
 // ---- Writer ------------------------------------------------------------------------
 
 CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
-  if (base_.empty() || platform::fileReadable(base_ + "_lock")) return;
-  gzFile f = gzopen((base_ + "_tmp").c_str(), "wb");
+  if (base_.empty() || lockedByLiveWriter(base_)) return;
+  // Either no lock, or a stale one whose writer was killed half-way: its file is dropped.
+  platform::removeFile(base_ + "_tmp");
+  gzFile f = gzopen((base_ + "_tmp").c_str(), "wb1");
   if (f == nullptr) return;
   file_ = f;
   platform::createEmptyFile(base_ + "_lock");
@@ -87,6 +118,7 @@ CatalogueWriter::~CatalogueWriter() {
 
 void CatalogueWriter::abandon() {
   if (!active()) return;
+  pending_.clear();
   gzclose(gz(file_));
   file_ = nullptr;
   platform::removeFile(base_ + "_tmp");
@@ -96,29 +128,44 @@ void CatalogueWriter::abandon() {
 void CatalogueWriter::header(int mode, const std::string& dbPath,
                              const platform::FileStat& dbStat) {
   if (!active()) return;
-  gzprintf(gz(file_), "%s\r%s\n", "1.0", mode == 1 ? "1.0A" : "1.0");
+  pending_ += mode == 1 ? "1.0\r1.0A\n" : "1.0\r1.0\n";
   text(dbPath);
   integer(catalogueTime(dbStat));
   integer(dbStat.size);
 }
 
 void CatalogueWriter::integer(int64_t v) {
-  if (active()) gzprintf(gz(file_), "%lld\n", static_cast<long long>(v));
+  if (!active()) return;
+  char buf[24];
+  std::to_chars_result r = std::to_chars(buf, buf + sizeof buf, v);
+  pending_.append(buf, r.ptr);
+  pending_ += '\n';
+  if (pending_.size() >= kWriteChunk) drain();
 }
 
 void CatalogueWriter::real(double v) {
-  if (active()) gzprintf(gz(file_), "%.20E\n", v);
+  if (!active()) return;
+  appendReal(v, &pending_);
+  pending_ += '\n';
+  if (pending_.size() >= kWriteChunk) drain();
 }
 
 void CatalogueWriter::text(std::string_view v) {
   if (!active()) return;
-  std::string line = escape(v);
-  line += '\n';
-  gzwrite(gz(file_), line.data(), static_cast<unsigned>(line.size()));
+  appendEscaped(v, &pending_);
+  pending_ += '\n';
+  if (pending_.size() >= kWriteChunk) drain();
+}
+
+void CatalogueWriter::drain() {
+  if (!pending_.empty())
+    gzwrite(gz(file_), pending_.data(), static_cast<unsigned>(pending_.size()));
+  pending_.clear();
 }
 
 void CatalogueWriter::finish() {
   if (!active()) return;
+  drain();
   platform::removeFile(base_ + "_lock");
   gzclose(gz(file_));
   file_ = nullptr;
@@ -142,13 +189,13 @@ bool CatalogueReader::open(const std::string& base, int mode, const platform::Fi
   gzFile f = gzopen(base.c_str(), "rb");
   if (f == nullptr) return false;
   file_ = f;
+  buffer_.clear();
+  at_ = 0;
+  failed_ = false;
 
-  char version[kMaxVersionLine + 1] = {};
-  bool ok = gzgets(f, version, sizeof version) != nullptr;
-  if (ok) {
-    std::string v(version);
-    ok = v == "1.0\r1.0A\n" || (v == "1.0\r1.0\n" && mode != 1);
-  }
+  std::string_view version;
+  bool ok = line(&version) && version.size() < kMaxVersionLine;
+  ok = ok && (version == "1.0\r1.0A" || (version == "1.0\r1.0" && mode != 1));
   std::string path;
   int64_t time = 0, size = 0;
   ok = ok && text(&path) && integer(&time) && integer(&size);
@@ -161,48 +208,64 @@ bool CatalogueReader::open(const std::string& base, int mode, const platform::Fi
   return ok;
 }
 
-bool CatalogueReader::line(std::string* out) {
+bool CatalogueReader::refill() {
   if (file_ == nullptr) return false;
-  char buf[kMaxLine + 1];
-  if (gzgets(gz(file_), buf, sizeof buf) == nullptr) return false;
-  size_t n = std::strlen(buf);
-  if (n == 0 || buf[n - 1] != '\n') return false;  // over-long or cut-off line
-  out->assign(buf, n - 1);
-  return true;
+  buffer_.erase(0, at_);
+  at_ = 0;
+  size_t had = buffer_.size();
+  buffer_.resize(had + kReadChunk);
+  int n = gzread(gz(file_), buffer_.data() + had, static_cast<unsigned>(kReadChunk));
+  buffer_.resize(had + static_cast<size_t>(n > 0 ? n : 0));
+  if (n < 0) failed_ = true;  // a damaged or cut compressed stream
+  return n > 0;
+}
+
+bool CatalogueReader::line(std::string_view* out) {
+  if (file_ == nullptr) return false;
+  size_t searched = at_;
+  for (;;) {
+    size_t nl = buffer_.find('\n', searched);
+    if (nl != std::string::npos) {
+      if (nl + 1 - at_ > kMaxLine) return false;  // over-long line
+      *out = std::string_view(buffer_).substr(at_, nl - at_);
+      at_ = nl + 1;
+      return true;
+    }
+    if (buffer_.size() - at_ >= kMaxLine) return false;
+    searched = buffer_.size() - at_;  // after refill the unread rest starts at 0
+    if (!refill()) return false;      // the end, or a line cut off by it
+  }
 }
 
 bool CatalogueReader::integer(int64_t* v) {
-  std::string s;
+  std::string_view s;
   if (!line(&s) || s.empty()) return false;
-  char* end = nullptr;
-  errno = 0;
-  long long x = std::strtoll(s.c_str(), &end, 10);
-  if (errno != 0 || *end != '\0') return false;
+  int64_t x = 0;
+  std::from_chars_result r = std::from_chars(s.data(), s.data() + s.size(), x);
+  if (r.ec != std::errc() || r.ptr != s.data() + s.size()) return false;
   *v = x;
   return true;
 }
 
 bool CatalogueReader::real(double* v) {
-  std::string s;
+  std::string_view s;
   if (!line(&s) || s.empty()) return false;
-  char* end = nullptr;
-  double x = std::strtod(s.c_str(), &end);
-  if (*end != '\0') return false;
+  double x = 0;
+  std::from_chars_result r = std::from_chars(s.data(), s.data() + s.size(), x);
+  if (r.ec != std::errc() || r.ptr != s.data() + s.size()) return false;
   *v = x;
   return true;
 }
 
 bool CatalogueReader::text(std::string* v) {
-  std::string s;
+  std::string_view s;
   return line(&s) && unescape(s, v);
 }
 
 bool CatalogueReader::atEnd() {
   if (file_ == nullptr) return true;
-  int c = gzgetc(gz(file_));
-  if (c == -1) return true;
-  gzungetc(c, gz(file_));
-  return false;
+  // A stream that broke off is not at its end: the caller's next read fails instead.
+  return at_ == buffer_.size() && !refill() && !failed_;
 }
 
 }  // namespace odbs

@@ -11,8 +11,15 @@
 //   values "%.20E" (exact round trip), texts as they are with '\\', newline and carriage
 //   return escaped as "\\\\", "\\n" and "\\r" so that every value stays on its line.
 //
+// The file is compressed at gzip level 1: the catalogue is written while the reply is
+// sent, and a higher level costs more time than its smaller file saves. Values are
+// formatted and parsed without the C library's printf and strtod (same bytes, exact
+// round trip).
+//
 // While a writer is active the file is base + "_tmp" and an empty marker base + "_lock"
-// exists; a finished file is renamed to base.
+// exists; a finished file is renamed to base. A lock is stale when neither it nor the
+// temporary file has changed for kStaleLockSeconds (its writer was killed): the next writer
+// removes both and writes the catalogue itself.
 #pragma once
 
 #include <cstdint>
@@ -23,13 +30,18 @@
 
 namespace odbs {
 
+// Age past which an unchanged lock and temporary file are taken to belong to a writer that
+// is gone. A live writer adds to its temporary file far more often than this.
+inline constexpr int64_t kStaleLockSeconds = 600;
+
 // Writes one catalogue file. Not copyable. finish() publishes it; a writer destroyed
 // without finish() (an error half-way) removes its temporary file and lock, so a partial
 // catalogue is never taken for a whole one.
 class CatalogueWriter {
  public:
-  // Starts writing base + "_tmp" unless another writer holds base + "_lock" or the file
-  // cannot be created; active() tells which. An empty base never writes.
+  // Starts writing base + "_tmp" unless another writer holds base + "_lock" (a stale lock
+  // is taken over) or the file cannot be created; active() tells which. An empty base
+  // never writes.
   explicit CatalogueWriter(const std::string& base);
   ~CatalogueWriter();
   CatalogueWriter(const CatalogueWriter&) = delete;
@@ -48,8 +60,12 @@ class CatalogueWriter {
   void abandon();
 
  private:
+  // Hands the buffered lines to the compressor.
+  void drain();
+
   std::string base_;
   void* file_ = nullptr;  // gzFile
+  std::string pending_;   // lines not yet handed to the compressor
 };
 
 // Reads a catalogue file back, line by line.
@@ -70,11 +86,21 @@ class CatalogueReader {
   bool integer(int64_t* v);
   bool real(double* v);
   bool text(std::string* v);
+  // True at the clean end of the file; false while lines remain or when the compressed
+  // stream broke off (a cut or damaged file), so that a reader stops on its next read.
   bool atEnd();
 
  private:
-  bool line(std::string* out);
+  // The next line without its newline, valid until the next call. False at the end of the
+  // file, on a read error, and for a line over the length limit or cut off by the end.
+  bool line(std::string_view* out);
+  // Decompresses the next piece of the file behind the unread rest. False when none is left.
+  bool refill();
+
   void* file_ = nullptr;  // gzFile
+  std::string buffer_;    // decompressed bytes; buffer_[at_..] are not read yet
+  size_t at_ = 0;
+  bool failed_ = false;  // the compressed stream broke off or is damaged
 };
 
 // Modification time as the catalogue records it: nanoseconds since the epoch.

@@ -31,6 +31,9 @@ bool newerThan(const platform::FileStat& a, const platform::FileStat& b) {
   return a.mtimeSec != b.mtimeSec ? a.mtimeSec > b.mtimeSec : a.mtimeNsec > b.mtimeNsec;
 }
 
+// How long the watchdog waits for a database open or close of the main thread to end.
+constexpr int kShutdownLockWaitMs = 2000;
+
 bool sameState(const platform::FileStat& a, const platform::FileStat& b) {
   return a.size == b.size && a.mtimeSec == b.mtimeSec && a.mtimeNsec == b.mtimeNsec;
 }
@@ -190,20 +193,40 @@ void visitOpenDatabases() {
     repository().get(it.currentKey());
 }
 
-void shutdownAll() {
-  if (repository().size() == 0) return;
-  // Collect the keys first: closing while walking the repository is not done.
+// The repository's keys in order. Closing collects them first: closing while walking the
+// repository is not done.
+std::vector<std::string> openKeys() {
   std::vector<std::string> keys;
   for (odb_OdbRepositoryIT it(repository()); !it.isDone(); it.next())
     keys.push_back(it.currentKey());
-  for (const std::string& key : keys) {
+  return keys;
+}
+
+void shutdownAll() {
+  if (repository().size() == 0) return;
+  RepositoryLock lock;
+  for (const std::string& key : openKeys()) {
     odb_Odb& odb = repository().get(key);
     repository().remove(key);
     closeOdb(odb);
   }
 }
 
+void shutdownAllWhileRunning() {
+  // The lock keeps the main thread from closing (and freeing) a database under our hands.
+  // It is held only around an open or a close, so it comes free at once unless an open
+  // hangs; then the files are left to the process's end. It is never given back: the
+  // process ends next.
+  if (!odb_OdbRepository::TryLockBaseFor(kShutdownLockWaitMs)) return;
+  for (const std::string& key : openKeys()) {
+    odb_Odb& odb = repository().get(key);
+    repository().remove(key);
+    odb.closeFiles();
+  }
+}
+
 void finalizeDatabases() {
+  RepositoryLock lock;
   odb_finalizeAPI();
 }
 

@@ -31,8 +31,14 @@ bool upgradeOutstanding(const std::string& name);
 // Command l: fetches every open database from the repository; sends nothing.
 void visitOpenDatabases();
 
-// Closes every open database, in the repository's key order (command q, parent exit).
+// Closes every open database, in the repository's key order (command q).
 void shutdownAll();
+
+// shutdownAll for the parent watchdog, which runs while a command may still be reading a
+// database on the main thread: takes every database out of the repository in key order and
+// closes its file, but frees nothing, so the running command's next read from the file
+// fails cleanly instead of touching freed memory. The process must end right after.
+void shutdownAllWhileRunning();
 
 // Releases the database library (command q only).
 void finalizeDatabases();

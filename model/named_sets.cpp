@@ -5,6 +5,7 @@
 // "INSTANCE.NAME": that instance's own element set NAME (behind H ... I in a
 // multi-instance model); when INSTANCE is the root assembly's name, the root assembly's set
 // NAME as above, without an instance's own set.
+// A root assembly set whose members cannot be read is left out; the list goes on.
 #include "model/named_sets.h"
 
 #include <exception>
@@ -22,7 +23,12 @@ void queueAssemblySet(const odb_Assembly& assembly, const std::string& name, boo
                       ReplyChannel& out) {
   const odb_Set* set = assembly.elementSets().find(name);
   if (set == nullptr) return;
-  odb_SequenceString spans = set->instanceNames();
+  odb_SequenceString spans;
+  try {
+    spans = set->instanceNames();
+  } catch (const std::exception&) {
+    return;  // members that cannot be read: the set lies in no instance
+  }
   for (const std::string& instance : spans) queueSet(*set, &instance, multi, out);
 }
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <stdexcept>
+#include <exception>
 
 #include "wire/coding.h"
 
@@ -32,8 +32,10 @@ Members membersOf(const odb_Set& set, const std::string* instance) {
         m.faces = instance ? set.faces(*instance) : set.faces();
         break;
     }
-  } catch (const std::out_of_range&) {
-    return Members();  // no members in this instance
+  } catch (const std::exception&) {
+    // No members in this instance, or members that cannot be read (a damaged file): the
+    // set goes out with its header and end record and no blocks.
+    return Members();
   }
   return m;
 }

@@ -17,9 +17,8 @@ bool isSentSet(const odb_Set& set, bool coupling);
 // Appends the records of set to the pending buffer. With instance == nullptr the whole set
 // (instance-local form); otherwise the members that lie in that instance (per-instance form
 // of an assembly-level set), with an instance header after the set header and a block end
-// after the set end when multiInstance. A set with no members in that instance (the
-// database throws std::out_of_range) is sent with header and end only. Any other failure
-// while reading members propagates after the header has been queued.
+// after the set end when multiInstance. A set whose members cannot be read (none in that
+// instance, or a damaged file: the database throws) is sent with header and end only.
 void queueSet(const odb_Set& set, const std::string* instance, bool multiInstance,
               ReplyChannel& out);
 

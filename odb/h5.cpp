@@ -470,6 +470,12 @@ File::~File() {
   }
 }
 
+void File::closeFromAnotherThread() const {
+  // Error printing is switched off per thread; this one may never have called the library.
+  H5Eset_auto2(H5E_DEFAULT, nullptr, nullptr);
+  if (h_.valid()) H5Fclose(h_.id());
+}
+
 bool isHdf5(const std::string& path) {
   silenceErrors();
   htri_t r = H5Fis_hdf5(path.c_str());

@@ -182,6 +182,11 @@ class File {
   File() = default;
   File(File&&) = default;
   File& operator=(File&&) = default;
+  // Releases the file's identifier now, from any thread, leaving this object as it is (the
+  // file library serialises its calls): later opens through it fail with an error, objects
+  // already open in the file stay readable until they are closed, and the destructor's
+  // close finds nothing left to close. Call it once.
+  void closeFromAnotherThread() const;
   const std::string& path() const { return path_; }
 
  private:

@@ -123,6 +123,10 @@ odb_Odb::odb_Odb(const std::string& path, bool readOnly, bool allowOldVersion)
 
 odb_Odb::~odb_Odb() = default;
 
+void odb_Odb::closeFiles() {
+  if (!filesClosed_.exchange(true)) src_->file.closeFromAnotherThread();
+}
+
 odb_ApiExtension& odb_Odb::extendApi(int apiType) {
   if (apiType == odb_Enum::SECTION_API) {
     if (!sectionApi_) {

@@ -8,9 +8,10 @@
 //
 // Every failure throws std::runtime_error (std::out_of_range for a bad index or key) with a
 // message that names the file and what is wrong. A database must be used by one thread
-// at a time.
+// at a time; odb_Odb::closeFiles is the one call another thread may make meanwhile.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <string>
 
@@ -105,6 +106,12 @@ class odb_Odb {
 
   const odb::SourcePtr& source() const { return src_; }
 
+  // Closes the database's file while the object stays alive: everything loaded so far
+  // stays valid and a later load fails with std::runtime_error. Unlike closeOdb it may run
+  // on another thread while this one is in use (the watchdog ending the process while a
+  // command still reads). Only the first call acts.
+  void closeFiles();
+
  private:
   std::string path_, name_, title_, description_;
   bool readOnly_;
@@ -117,6 +124,7 @@ class odb_Odb {
   std::unique_ptr<kseO_ApiExtension> sectionApi_;
   std::unique_ptr<kmaO_ApiExtension> materialApi_;
   odb::Lazy<odb_StepRepository> steps_;
+  std::atomic<bool> filesClosed_{false};
 };
 
 // Process-wide set-up and tear-down. odb_finalizeAPI closes every database still open.

@@ -1,10 +1,12 @@
 #include "odb/repository.h"
 
+#include <chrono>
+#include <mutex>
 #include <stdexcept>
 
 namespace {
-std::recursive_mutex& globalLock() {
-  static std::recursive_mutex m;
+std::recursive_timed_mutex& globalLock() {
+  static std::recursive_timed_mutex m;
   return m;
 }
 }  // namespace
@@ -14,6 +16,9 @@ void thr_GlobalSingletonBase::LockBase() {
 }
 void thr_GlobalSingletonBase::UnlockBase() {
   globalLock().unlock();
+}
+bool thr_GlobalSingletonBase::TryLockBaseFor(int milliseconds) {
+  return globalLock().try_lock_for(std::chrono::milliseconds(milliseconds));
 }
 
 odb_OdbRepository& odb_OdbRepository::instance() {

@@ -22,6 +22,8 @@ class thr_GlobalSingletonBase {
  public:
   static void LockBase();
   static void UnlockBase();
+  // Takes the lock if it becomes free within milliseconds; true when it was taken.
+  static bool TryLockBaseFor(int milliseconds);
 };
 
 class odb_OdbRepository : public thr_GlobalSingletonBase {

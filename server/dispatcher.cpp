@@ -32,6 +32,7 @@ struct Call {
   const char* line;
   const CommandRow& row;
   bool endReplaced = false;  // set by u when its record takes the end record's place
+  bool quit = false;         // set by q: the loop ends, nothing more is written
 
   // The database name: the rest of the line from the row's name position.
   std::string name() const { return std::string(lineFrom(line, row.namePos)); }
@@ -92,7 +93,7 @@ void cmdProcessId(Call& c) {
   c.out.send(RecordBuilder(kRecProcessId).i32(platform::processId()));
 }
 
-void cmdQuit(Call&) {
+void cmdQuit(Call& c) {
   // The library is finalised even when closing a database failed.
   try {
     shutdownAll();
@@ -102,7 +103,7 @@ void cmdQuit(Call&) {
     finalizeDatabases();
   } catch (...) {
   }
-  platform::exitProcess();
+  c.quit = true;
 }
 
 void cmdVFlag(Call& c) {
@@ -347,7 +348,7 @@ const Handler& handlerOf(const CommandRow& row) {
 
 }  // namespace
 
-void Dispatcher::run(const char* line) {
+bool Dispatcher::run(const char* line) {
   const CommandRow& row = commandRowOf(line);
   const Handler& handler = handlerOf(row);
   Call call{out_, state_, line, row};
@@ -375,13 +376,19 @@ void Dispatcher::run(const char* line) {
     case ReplyKind::kExit:
       break;
   }
+  return !call.quit;
 }
 
-void runCommandLoop(int inFd, int outFd) {
+void serveCommands(int inFd, int outFd) {
   LineReader reader(inFd);
   Dispatcher dispatcher(outFd);
   static char line[kMaxCommandLine + 1];
-  while (reader.next(line)) dispatcher.run(line);
+  while (reader.next(line) && dispatcher.run(line)) {
+  }
+}
+
+void runCommandLoop(int inFd, int outFd) {
+  serveCommands(inFd, outFd);
   platform::exitProcess();
 }
 

@@ -22,9 +22,10 @@ class Dispatcher {
   // Replies go to outFd, which the dispatcher does not own.
   explicit Dispatcher(int outFd) : out_(outFd) {}
 
-  // Runs one command line (zero-terminated, newline removed). Returns only if the command
-  // does not end the process.
-  void run(const char* line);
+  // Runs one command line (zero-terminated, newline removed). Returns false for q, after
+  // closing every database and finalising the database library: the caller then ends the
+  // process without writing anything more.
+  bool run(const char* line);
 
   CommandState& state() { return state_; }
   ReplyChannel& out() { return out_; }
@@ -34,8 +35,12 @@ class Dispatcher {
   CommandState state_;
 };
 
-// Reads command lines from inFd and runs them until end of input or q; ends the process
-// with status 0 and never returns.
+// Reads command lines from inFd and runs them until end of input or q, then returns.
+// The command loop of the server without its end, for tests that must see everything the
+// loop leaves behind (a leak checker at the test's normal exit).
+void serveCommands(int inFd, int outFd);
+
+// serveCommands, then ends the process with status 0 and no clean-up: never returns.
 [[noreturn]] void runCommandLoop(int inFd, int outFd);
 
 }  // namespace odbs

@@ -17,12 +17,14 @@ bool startParentWatchdog(int parentPid) {
   return platform::startThread(
       [parentPid] {
         platform::waitForProcessExit(parentPid);
-        // The main thread may be anywhere; nothing here waits for it, and the process ends
-        // right after. Unlike q, this path removes the catalogue's companions and does not
-        // finalise the database library.
+        // The main thread may be anywhere, even inside a command reading a database;
+        // nothing here waits for it, and the process ends right after. So the databases'
+        // files are closed but nothing is freed, and the exit runs no library teardown.
+        // Unlike q, this path removes the catalogue's companions and does not finalise
+        // the database library.
         try {
           removeCatalogueTemp();
-          shutdownAll();
+          shutdownAllWhileRunning();
         } catch (...) {
         }
         platform::exitProcess();

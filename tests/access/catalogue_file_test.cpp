@@ -3,10 +3,17 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cmath>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <limits>
 #include <string>
+#include <vector>
 
 #include "tests/support/scratch_dir.h"
 
@@ -111,6 +118,109 @@ TEST_F(CatalogueFileTest, LockOfAnotherWriterMeansNoFile) {
   EXPECT_FALSE(platform::fileReadable(base_));
   EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
   EXPECT_TRUE(platform::fileReadable(base_ + "_lock"));  // not ours to remove
+}
+
+// Sets a file's modification time seconds into the past.
+void age(const std::string& path, int64_t seconds) {
+  namespace fs = std::filesystem;
+  fs::last_write_time(path, fs::file_time_type::clock::now() - std::chrono::seconds(seconds));
+}
+
+// What a server killed half-way through writing leaves behind: a partial file and the lock.
+void leaveKilledWriter(const std::string& base) {
+  ASSERT_TRUE(platform::createEmptyFile(base + "_lock"));
+  gzFile f = gzopen((base + "_tmp").c_str(), "wb");
+  ASSERT_NE(f, nullptr);
+  gzputs(f, "1.0\r1.0A\n/old\n");
+  gzclose(f);
+}
+
+TEST_F(CatalogueFileTest, StaleLockIsTakenOverFreshOneIsNot) {
+  leaveKilledWriter(base_);
+  age(base_ + "_lock", kStaleLockSeconds + 5);
+  {
+    // The temporary file still changes: its writer is alive.
+    CatalogueWriter w(base_);
+    EXPECT_FALSE(w.active());
+  }
+  age(base_ + "_tmp", kStaleLockSeconds - 60);
+  EXPECT_FALSE(CatalogueWriter(base_).active());
+
+  age(base_ + "_tmp", kStaleLockSeconds + 5);
+  writeSample(1);  // takes the lock over, writes and publishes
+  CatalogueReader r;
+  ASSERT_TRUE(r.open(base_, 1, db_));
+  int64_t v = 0;
+  ASSERT_TRUE(r.integer(&v));
+  EXPECT_EQ(v, -7);
+}
+
+// The values written are the bytes that printf's "%.20E" and "%lld" give for them.
+TEST_F(CatalogueFileTest, NumbersAreWrittenAsPrintfWritesThem) {
+  std::vector<double> reals = {0.0,
+                               -0.0,
+                               1.0,
+                               0.1,
+                               -2.5e-300,
+                               4.9e-324,
+                               1e308,
+                               1e-5,
+                               123456789.125,
+                               7.0 / 3.0,
+                               std::numeric_limits<double>::max(),
+                               std::numeric_limits<double>::infinity(),
+                               -std::numeric_limits<double>::infinity(),
+                               std::numeric_limits<double>::quiet_NaN()};
+  std::vector<int64_t> ints = {0, -1, 2147483647, INT64_MIN, INT64_MAX};
+  {
+    CatalogueWriter w(base_);
+    w.header(0, "/x", db_);
+    for (double v : reals) w.real(v);
+    for (int64_t v : ints) w.integer(v);
+    w.finish();
+  }
+  std::string expected = "1.0\r1.0\n/x\n" +
+                         std::to_string(db_.mtimeSec * 1000000000LL + db_.mtimeNsec) + "\n" +
+                         std::to_string(db_.size) + "\n";
+  char buf[64];
+  for (double v : reals) {
+    std::snprintf(buf, sizeof buf, "%.20E\n", v);
+    expected += buf;
+  }
+  for (int64_t v : ints) {
+    std::snprintf(buf, sizeof buf, "%lld\n", static_cast<long long>(v));
+    expected += buf;
+  }
+  gzFile f = gzopen(base_.c_str(), "rb");
+  ASSERT_NE(f, nullptr);
+  std::string text(expected.size() + 100, '\0');
+  text.resize(size_t(std::max(0, gzread(f, text.data(), unsigned(text.size())))));
+  gzclose(f);
+  EXPECT_EQ(text, expected);
+}
+
+// A file cut inside its compressed stream is refused even when the cut falls after a
+// whole line, and deleted.
+TEST_F(CatalogueFileTest, CutCompressedStreamIsNotAnEnd) {
+  {
+    CatalogueWriter w(base_);
+    w.header(1, "/x", db_);
+    for (int i = 0; i < 20000; ++i) w.integer(i * 7919LL % 100003);
+    w.finish();
+  }
+  std::string whole;
+  {
+    std::ifstream in(base_, std::ios::binary);
+    whole.assign(std::istreambuf_iterator<char>(in), {});
+  }
+  std::ofstream(base_, std::ios::binary | std::ios::trunc) << whole.substr(0, whole.size() / 2);
+  CatalogueReader r;
+  ASSERT_TRUE(r.open(base_, 1, db_));
+  int64_t v = 0;
+  int read = 0;
+  while (!r.atEnd() && r.integer(&v)) ++read;
+  EXPECT_LT(read, 20000);
+  EXPECT_FALSE(r.atEnd());
 }
 
 TEST_F(CatalogueFileTest, SpecialValuesAndLongTexts) {

@@ -2,8 +2,6 @@
 // it whole. The input is a list of edits: its first byte chooses whether the file is cut
 // (odd: cut at the length given by bytes 1-2), then each 3 bytes set the byte at a 16-bit
 // position to a value. Every outcome but an exception or a clean read is a bug.
-#include <unistd.h>
-
 #include <cstdint>
 #include <fstream>
 #include <iterator>
@@ -12,6 +10,7 @@
 #include "odb/model_copy.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
+#include "tests/ccx/fuzz_input_file.h"
 
 // HDF5 leaks on some error paths of damaged files; those leaks are the library's.
 extern "C" const char* __lsan_default_suppressions() {
@@ -20,7 +19,10 @@ extern "C" const char* __lsan_default_suppressions() {
 
 namespace {
 
-std::string validDatabase(const std::string& path) {
+// The bytes of a small database with every kind of object; its file is removed at once.
+std::string validDatabase() {
+  odbs::fuzz::ScratchFile file(".valid.odb");
+  const std::string& path = file.path();
   {
     odb::Writer w(path);
     w.setTitle("fuzz");
@@ -69,9 +71,8 @@ std::string validDatabase(const std::string& path) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const std::string path = "/tmp/fuzz_odb_open_" + std::to_string(getpid()) + ".odb";
   odb_initializeAPI();
-  static const std::string good = validDatabase(path);
+  static const std::string good = validDatabase();
   std::string bytes = good;
   size_t at = 1;
   if (size >= 3 && (data[0] & 1)) {
@@ -80,7 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   }
   for (; at + 3 <= size && !bytes.empty(); at += 3)
     bytes[size_t(data[at] | data[at + 1] << 8) % bytes.size()] = char(data[at + 2]);
-  std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
+  std::string path = odbs::fuzz::writeInputFile(reinterpret_cast<const uint8_t*>(bytes.data()),
+                                                bytes.size(), ".odb");
   try {
     odb_Odb& odb = openOdb(path, true);
     try {

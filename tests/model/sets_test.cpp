@@ -2,6 +2,9 @@
 // instance, instance blocks, the set error record.
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <string>
+
 #include "client/model_records.h"
 #include "model/named_sets.h"
 #include "model/send_sets.h"
@@ -129,7 +132,20 @@ TEST(SendSets, MultiInstanceAssemblySetsPerInstanceBeforeOwnSets) {
   EXPECT_EQ(client::decodeInstanceHeader(recs[31]), "B-1");
 }
 
-TEST(SendSets, DamagedSetSendsTheSetErrorAndTheWalkGoesOn) {
+// Damage that makes the first set of a set list unreadable: its member count runs past the
+// end of the list's members, while the other sets of the list stay readable.
+std::function<void(const std::string&)> firstSetUnreadable(const std::string& list) {
+  return [list](const std::string& path) {
+    odb::h5::File f = odb::h5::File::open(path, false);
+    odb::h5::Group sets = f.root().open(list);
+    std::vector<int64_t> counts = sets.read<int64_t>("member_counts");
+    counts.at(0) = 1000000;
+    sets.remove("member_counts");
+    sets.write("member_counts", counts);
+  };
+}
+
+TEST(SendSets, UnreadableInstanceSetSendsHeaderAndEndAndTheWalkGoesOn) {
   odb::ModelData m = singleInstanceSets();
   m.assembly = odb::EntityData();
   m.instances[0].nodeSets = {setOf("BAD", NODE_SET, "PART-1", {1}),
@@ -143,9 +159,19 @@ TEST(SendSets, DamagedSetSendsTheSetErrorAndTheWalkGoesOn) {
   });
   Expected e;
   e.add(FrameBuilder(1).text("sets")).add(FrameBuilder(2).i32(0));
-  e.add(FrameBuilder(5).text("BAD")).add(FrameBuilder('|').text("Error in Sets definition"));
-  e.set(5, "GOOD", {2});
+  e.set(5, "BAD", {}).set(5, "GOOD", {2});
   EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));
+}
+
+TEST(SendSets, UnreadableAssemblySetKeepsEverySetOfTheReply) {
+  TestDatabase db(multiInstanceSets(), firstSetUnreadable("assembly/node_sets"));  // AN
+  std::vector<client::Record> recs = splitRecords(setsReply(db, 0, false));
+  // As the undamaged reply, with AN's label blocks gone in both instances.
+  EXPECT_EQ(typeSequence(recs),
+            "1 2 "
+            "5 H 11 I H 5 8 11 I 6 H 9 11 I 6 H 9 11 I H 6 9 11 6 9 11 I "
+            "5 H 11 I H I 6 H 9 11 I 6 H 11 I H I");                        // B-1
+  EXPECT_EQ(client::decodeSetHeader(recs[2]).name, "AN");
 }
 
 Bytes namedSets(TestDatabase& db, const std::vector<Criterion>& criteria) {
@@ -172,6 +198,13 @@ TEST(SendNamedSets, MultiInstanceNamesDottedNamesAndUnknownOnes) {
   EXPECT_EQ(client::decodeLabelBlock(recs[4]), std::vector<int32_t>{5});
   EXPECT_EQ(client::decodeInstanceHeader(recs[12]), "A-1");
   EXPECT_EQ(client::decodeSetHeader(recs[13]).name, "EA");
+}
+
+TEST(SendNamedSets, UnreadableRootSetIsLeftOutAndTheListGoesOn) {
+  TestDatabase db(multiInstanceSets(), firstSetUnreadable("assembly/element_sets"));  // AE
+  std::vector<client::Record> recs =
+      splitRecords(namedSets(db, {{7, 0, "AE"}, {7, 0, "A-1.EA"}, {7, 0, "AONLY"}}));
+  EXPECT_EQ(typeSequence(recs), "1 2 H 6 9 11 I 6 H 9 11 I");
 }
 
 TEST(SendNamedSets, SingleInstanceAddsTheInstancesOwnSet) {

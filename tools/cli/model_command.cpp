@@ -9,6 +9,7 @@
 #include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/model_summary.h"
+#include "tools/cli/open_failure.h"
 #include "tools/cli/set_summary.h"
 
 namespace odbs::cli {
@@ -18,8 +19,9 @@ int runModel(const CliOptions& options, const std::string& serverPath, const Mod
   std::vector<std::string> lines = {(req.nodesOnly ? "G " : "g ") + req.database};
   if (req.records) return printRecords(options, serverPath, lines, out);
   ModelSummaryBuilder builder;
-  int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { builder.add(rec); }, err);
   if (code == 0) printModelSummary(builder.finish(), options.format, out);
   return code;
 }
@@ -36,8 +38,9 @@ int runSets(const CliOptions& options, const std::string& serverPath, const Sets
   }
   if (req.records) return printRecords(options, serverPath, lines, out);
   SetSummaryBuilder builder;
-  int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { builder.add(rec); }, err);
   if (code == 0) printSetSummary(builder.finish(), options.format, out);
   return code;
 }

@@ -11,6 +11,7 @@
 #include "client/model_records.h"
 #include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
+#include "tools/cli/open_failure.h"
 #include "tools/common/json_values.h"
 #include "tools/common/number_text.h"
 #include "tools/common/table_writer.h"
@@ -147,13 +148,10 @@ int runSteps(const CliOptions& options, const std::string& serverPath, const Ste
   if (req.records) return printRecords(options, serverPath, lines, out);
 
   Catalogue catalogue;
-  int code = exchange(
-      options, serverPath, lines, [&](const client::RecordView& rec) { catalogue.add(rec); }, err);
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { catalogue.add(rec); }, err);
   if (code != 0) return code;
-  if (catalogue.steps.empty() && catalogue.title.empty()) {
-    err << "odb_cli: " << req.database << " could not be opened\n";
-    return 1;
-  }
   if (options.format == OutputFormat::kJson)
     printJson(catalogue, out);
   else if (options.format == OutputFormat::kCsv)

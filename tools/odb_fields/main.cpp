@@ -16,6 +16,7 @@
 #include <exception>
 #include <iostream>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "odb/odb.h"
@@ -29,6 +30,22 @@ struct Args {
   std::string database, step, field, format = "text";
   int frame = -1;   // -1: the last frame
   int values = -1;  // -1: 10 for text, all for tables
+};
+
+// Closes the database however run() leaves it, so an error path leaks nothing.
+class OpenDatabase {
+ public:
+  explicit OpenDatabase(const std::string& path) : odb_(&openOdb(path, true)) {}
+  ~OpenDatabase() {
+    closeOdb(*odb_);
+    odb_finalizeAPI();
+  }
+  OpenDatabase(const OpenDatabase&) = delete;
+  OpenDatabase& operator=(const OpenDatabase&) = delete;
+  odb_Odb& get() const { return *odb_; }
+
+ private:
+  odb_Odb* odb_;
 };
 
 const char* positionName(int p) {
@@ -162,7 +179,8 @@ void printTable(const odb_FieldOutput& field, odbs::tools::TableFormat format, l
 
 int run(const Args& a) {
   odb_initializeAPI();
-  odb_Odb& odb = openOdb(a.database, true);
+  OpenDatabase db(a.database);
+  const odb_Odb& odb = db.get();
   const odb_StepRepository& steps = odb.steps();
   const bool text = a.format == "text";
   if (steps.size() == 0) {
@@ -192,7 +210,6 @@ int run(const Args& a) {
     odbs::tools::TableFormat format;
     odbs::tools::parseTableFormat(a.format, &format);
     printTable(fields[chosen], format, a.values);
-    closeOdb(odb);
     return 0;
   }
   std::printf("%s, frame %d (%s): %d field outputs\n", step.name().c_str(), frame.frameIndex(),
@@ -207,7 +224,6 @@ int run(const Args& a) {
     std::printf("%s, first %d values:\n", chosen.c_str(), limit);
     printValues(fields[chosen], limit);
   }
-  closeOdb(odb);
   return 0;
 }
 

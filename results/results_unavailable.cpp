@@ -4,7 +4,6 @@
 
 namespace odbs {
 
-void walkField(OdbContext&, const FieldRequest&, ResultCache&, ReplyChannel&) {}
 void sendContactStatus(OdbContext&, const RequestParams&, const SelectionList&, ReplyChannel&) {}
 void sendHistory(OdbContext&, int, int, const std::vector<std::string>&, ReplyChannel&) {}
 void sendRegionField(OdbContext&, const RequestParams&, bool, const RegionRequest&, ReplyChannel&) {

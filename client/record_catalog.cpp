@@ -1,6 +1,7 @@
 #include "client/record_catalog.h"
 
 #include "client/catalogue_records.h"
+#include "client/field_records.h"
 #include "client/model_records.h"
 
 namespace odbs::client {
@@ -29,6 +30,7 @@ const RecordCatalog& standardCatalog() {
     addCoreRecords(c);
     addCatalogueRecords(c);
     addModelRecords(c);
+    addFieldRecords(c);
     // Each further record family adds its registration here.
     return c;
   }();

@@ -31,9 +31,8 @@ struct SectionGroup {
 };
 
 void sendPlainBlocks(const InstanceNumbering& instances, const odb_SequenceFieldBulkData& blocks,
-                     bool complex, bool upperCase, PlaceSet* places, ReplyChannel& out) {
-  ValueStream stream(out);
-  InstanceHeaders headers(instances.multiInstance());
+                     bool complex, bool upperCase, PlaceSet* places, ValueStream& stream,
+                     InstanceHeaders& headers, ReplyChannel& out) {
   for (int i = 0; i < blocks.size(); ++i) {
     const odb_FieldBulkData& b = blocks[i];
     if (hasSectionPoint(b) || b.elementLabels() == nullptr) continue;
@@ -89,13 +88,11 @@ const BlockArrays* findRows(const SectionGroup& g, int32_t sp, int32_t label, si
 }
 
 void sendMidSurface(const odb_SequenceFieldBulkData& blocks, bool complex, bool upperCase,
-                    bool multiInstance, ReplyChannel& out) {
+                    ValueStream& stream, InstanceHeaders& headers, ReplyChannel& out) {
   ElementTable table;
   std::vector<SectionGroup> groups = groupSectionBlocks(blocks, complex, upperCase, table);
   middleSectionPoints(table);
   table.setFrozen(true);
-  ValueStream stream(out);
-  InstanceHeaders headers(multiInstance);
   for (const SectionGroup& g : groups) {
     headers.enter(g.instance, out);
     stream.dataClass(g.dataClass);
@@ -119,14 +116,16 @@ void sendFieldValues(const InstanceNumbering& instances, const odb_FieldOutput& 
   odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
   bool sectionBlocks = false;
   for (int i = 0; i < blocks.size() && !sectionBlocks; ++i) sectionBlocks = hasSectionPoint(blocks[i]);
+  // Both passes share the remembered place, data class and instance.
+  ValueStream stream(out);
+  InstanceHeaders headers(instances.multiInstance());
   {
     PlaceSet places;
     sendPlainBlocks(instances, blocks, field.isComplex(), upperCase,
-                    requestDefined ? &places : nullptr, out);
+                    requestDefined ? &places : nullptr, stream, headers, out);
   }
   // The arrays stay loaded for the second pass only when it has something to send.
-  if (sectionBlocks)
-    sendMidSurface(blocks, field.isComplex(), upperCase, instances.multiInstance(), out);
+  if (sectionBlocks) sendMidSurface(blocks, field.isComplex(), upperCase, stream, headers, out);
   blocks.clearAll();
 }
 

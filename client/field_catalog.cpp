@@ -44,9 +44,9 @@ void addFieldRecords(RecordCatalog& c) {
     std::array<float, 6> o = decodeOrientation(r);
     return DescribedRecord{"orientation", {{"rows", std::vector<double>(o.begin(), o.end())}}};
   });
-  for (uint8_t type : {kRecValueSamePlace, kRecValueNewNode, kRecValueNewPoint,
-                       kRecValueNewPointNode, kRecValueNewAll, kRecValueNewElementPoint,
-                       kRecValueNewElementNode, kRecValueNewElement})
+  for (uint8_t type :
+       {kRecValueSamePlace, kRecValueNewNode, kRecValueNewPoint, kRecValueNewPointNode,
+        kRecValueNewAll, kRecValueNewElementPoint, kRecValueNewElementNode, kRecValueNewElement})
     c.add("r", type, describeValue);
 }
 

@@ -91,10 +91,18 @@ void FieldReplyDecoder::add(const RecordView& rec) {
     return;
   }
   switch (rec.type) {
-    case kRecTitle: title_ = decodeTitle(rec); break;
-    case kRecAnalysisCode: code_ = decodeAnalysisCode(rec); break;
-    case kRecInstanceHeader: current_.instance = decodeInstanceHeader(rec); break;
-    case kRecDataClass: current_.dataClass = decodeDataClass(rec); break;
+    case kRecTitle:
+      title_ = decodeTitle(rec);
+      break;
+    case kRecAnalysisCode:
+      code_ = decodeAnalysisCode(rec);
+      break;
+    case kRecInstanceHeader:
+      current_.instance = decodeInstanceHeader(rec);
+      break;
+    case kRecDataClass:
+      current_.dataClass = decodeDataClass(rec);
+      break;
     case kRecElementType: {
       ElementTypeRecord e = decodeElementType(rec);
       current_.elementType = e.type;
@@ -106,7 +114,8 @@ void FieldReplyDecoder::add(const RecordView& rec) {
       current_.orientation = decodeOrientation(rec);
       orientationPending_ = true;
       break;
-    default: break;
+    default:
+      break;
   }
 }
 

@@ -17,14 +17,14 @@
 namespace odbs {
 
 // Type bytes of the value records, by what changed against the previous value.
-constexpr uint8_t kRecValueSamePlace = 21;         // nothing
-constexpr uint8_t kRecValueNewNode = 22;           // node
-constexpr uint8_t kRecValueNewPoint = 23;          // integration point
-constexpr uint8_t kRecValueNewPointNode = 24;      // integration point and node
-constexpr uint8_t kRecValueNewElementNode = 33;    // '!': element and node
-constexpr uint8_t kRecValueNewElement = 34;        // '"': element
-constexpr uint8_t kRecValueNewAll = 31;            // element, integration point and node
-constexpr uint8_t kRecValueNewElementPoint = 32;   // ' ': element and integration point
+constexpr uint8_t kRecValueSamePlace = 21;        // nothing
+constexpr uint8_t kRecValueNewNode = 22;          // node
+constexpr uint8_t kRecValueNewPoint = 23;         // integration point
+constexpr uint8_t kRecValueNewPointNode = 24;     // integration point and node
+constexpr uint8_t kRecValueNewElementNode = 33;   // '!': element and node
+constexpr uint8_t kRecValueNewElement = 34;       // '"': element
+constexpr uint8_t kRecValueNewAll = 31;           // element, integration point and node
+constexpr uint8_t kRecValueNewElementPoint = 32;  // ' ': element and integration point
 
 // Where a value lies: element label, integration point (0 when the block has none) and node
 // label (-1 when the block has none).
@@ -59,15 +59,32 @@ inline uint8_t valueRecordType(bool element, bool point, bool node) {
 // The header of a value record type; false when type is not one of the eight.
 inline bool valueHeaderOf(uint8_t type, ValueHeader* h) {
   switch (type) {
-    case kRecValueSamePlace: *h = {false, false, false}; return true;
-    case kRecValueNewNode: *h = {false, true, false}; return true;
-    case kRecValueNewPoint: *h = {false, false, true}; return true;
-    case kRecValueNewPointNode: *h = {false, true, true}; return true;
-    case kRecValueNewElementNode: *h = {true, true, false}; return true;
-    case kRecValueNewElement: *h = {true, false, false}; return true;
-    case kRecValueNewAll: *h = {true, true, true}; return true;
-    case kRecValueNewElementPoint: *h = {true, false, true}; return true;
-    default: return false;
+    case kRecValueSamePlace:
+      *h = {false, false, false};
+      return true;
+    case kRecValueNewNode:
+      *h = {false, true, false};
+      return true;
+    case kRecValueNewPoint:
+      *h = {false, false, true};
+      return true;
+    case kRecValueNewPointNode:
+      *h = {false, true, true};
+      return true;
+    case kRecValueNewElementNode:
+      *h = {true, true, false};
+      return true;
+    case kRecValueNewElement:
+      *h = {true, false, false};
+      return true;
+    case kRecValueNewAll:
+      *h = {true, true, true};
+      return true;
+    case kRecValueNewElementPoint:
+      *h = {true, false, true};
+      return true;
+    default:
+      return false;
   }
 }
 

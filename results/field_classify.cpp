@@ -17,12 +17,17 @@ bool hasLocations(int t) {
 
 uint32_t positionBit(int position) {
   switch (position) {
-    case odb_Enum::ELEMENT_NODAL: return 8;
-    case odb_Enum::INTEGRATION_POINT: return 4;
+    case odb_Enum::ELEMENT_NODAL:
+      return 8;
+    case odb_Enum::INTEGRATION_POINT:
+      return 4;
     case odb_Enum::CENTROID:
-    case odb_Enum::ELEMENT_FACE: return 2;
-    case odb_Enum::WHOLE_ELEMENT: return 16;
-    default: return 0;
+    case odb_Enum::ELEMENT_FACE:
+      return 2;
+    case odb_Enum::WHOLE_ELEMENT:
+      return 16;
+    default:
+      return 0;
   }
 }
 
@@ -53,15 +58,20 @@ int hasSeveralSectionPoints(const odb_FieldOutput& field) {
 uint32_t dataClassOfBlock(int type, int width) {
   switch (type) {
     case odb_Enum::SCALAR:
-    case odb_Enum::MATRIX: return 1;
-    case odb_Enum::VECTOR: return 16;
-    case odb_Enum::TENSOR_3D_FULL: return 2;
-    case odb_Enum::TENSOR_3D_PLANAR: return 4;
+    case odb_Enum::MATRIX:
+      return 1;
+    case odb_Enum::VECTOR:
+      return 16;
+    case odb_Enum::TENSOR_3D_FULL:
+      return 2;
+    case odb_Enum::TENSOR_3D_PLANAR:
+      return 4;
     case odb_Enum::TENSOR_3D_SURFACE:
     case odb_Enum::TENSOR_2D_PLANAR:
     case odb_Enum::TENSOR_2D_SURFACE:
       return width == 4 ? 4 : width == 3 ? 8 : width == 6 ? 2 : 0;
-    default: return 0;
+    default:
+      return 0;
   }
 }
 

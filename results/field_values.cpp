@@ -115,7 +115,8 @@ void sendFieldValues(const InstanceNumbering& instances, const odb_FieldOutput& 
                      ReplyChannel& out, bool upperCase, bool requestDefined) {
   odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
   bool sectionBlocks = false;
-  for (int i = 0; i < blocks.size() && !sectionBlocks; ++i) sectionBlocks = hasSectionPoint(blocks[i]);
+  for (int i = 0; i < blocks.size() && !sectionBlocks; ++i)
+    sectionBlocks = hasSectionPoint(blocks[i]);
   // Both passes share the remembered place, data class and instance.
   ValueStream stream(out);
   InstanceHeaders headers(instances.multiInstance());

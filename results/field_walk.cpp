@@ -40,7 +40,11 @@ void fillLabelTable(const odb_SequenceFieldBulkData& blocks, LabelTable& table) 
 class BlockSender {
  public:
   BlockSender(const InstanceNumbering& instances, const FieldRequest& r, ReplyChannel& out)
-      : instances_(instances), request_(r), out_(out), stream_(out), headers_(instances.multiInstance()) {}
+      : instances_(instances),
+        request_(r),
+        out_(out),
+        stream_(out),
+        headers_(instances.multiInstance()) {}
 
   // Instance-name, data-class and element type records for block b.
   void open(const odb_FieldBulkData& b, int32_t tag) {

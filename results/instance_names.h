@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "core/reply.h"
 
@@ -18,6 +19,8 @@ class InstanceNumbering {
   // Numbers the instances of the root assembly 1, 2, ... in repository order; the root
   // assembly itself (an empty instance name) is 0.
   explicit InstanceNumbering(const odb_Odb& odb);
+  // The same for the given instance names (in repository order).
+  explicit InstanceNumbering(const std::vector<std::string>& names);
   bool multiInstance() const { return numbers_.size() > 1; }
   // 0 for a name that is not an instance.
   int32_t numberOf(const std::string& name) const;

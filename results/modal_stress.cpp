@@ -79,7 +79,8 @@ void fillCache(const odb_Step& step, int first, int n, int32_t positionCode,
       size_t size = sliceSize(blocks[b]);
       float* slice = cache[size_t(b)].data() + size_t(k) * size;
       if (d.doublePrecision)
-        for (size_t i = 0; i < size && i < d.dataDouble.size(); ++i) slice[i] = float(d.dataDouble[i]);
+        for (size_t i = 0; i < size && i < d.dataDouble.size(); ++i)
+          slice[i] = float(d.dataDouble[i]);
       else
         for (size_t i = 0; i < size && i < d.data.size(); ++i) slice[i] = d.data[i];
     }

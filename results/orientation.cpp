@@ -13,7 +13,7 @@ OrientationRows orientationRows(const float* q, int width) {
     for (float& c : v) c = static_cast<float>(c * inverse);
   }
   const float x = v[0], y = v[1], z = v[2], w = v[3];
-  return {1.f - 2.f * (y * y + z * z), 2.f * (x * y - z * w), 2.f * (x * z + y * w),
+  return {1.f - 2.f * (y * y + z * z), 2.f * (x * y - z * w),       2.f * (x * z + y * w),
           2.f * (x * y + z * w),       1.f - 2.f * (x * x + z * z), 2.f * (y * z - x * w)};
 }
 

@@ -34,8 +34,8 @@ FieldDatabase::~FieldDatabase() {
 }
 
 odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> elements,
-                                 std::vector<int32_t> points, std::vector<int32_t> nodes,
-                                 int width, std::vector<float> data, const std::string& instance) {
+                                 std::vector<int32_t> points, std::vector<int32_t> nodes, int width,
+                                 std::vector<float> data, const std::string& instance) {
   odb::FieldBlockData b;
   b.instance = instance;
   b.elementType = type;
@@ -49,8 +49,7 @@ odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> e
   return b;
 }
 
-void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure,
-                  int mode) {
+void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure, int mode) {
   odb::StepData s;
   s.name = name;
   s.procedure = procedure;

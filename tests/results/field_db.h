@@ -30,9 +30,8 @@ class FieldDatabase {
 // integration points and node labels (either may be empty: absent), width components per
 // row in data.
 odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> elements,
-                                 std::vector<int32_t> points, std::vector<int32_t> nodes,
-                                 int width, std::vector<float> data,
-                                 const std::string& instance = "PART-1-1");
+                                 std::vector<int32_t> points, std::vector<int32_t> nodes, int width,
+                                 std::vector<float> data, const std::string& instance = "PART-1-1");
 
 // Adds step name (procedure) with one frame to w.
 void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure = "*STATIC",

@@ -26,7 +26,8 @@ FieldRequest fieldRequest(int step, int frame, const std::string& name, int mode
 
 std::vector<client::Record> walk(OdbContext& ctx, const FieldRequest& r, ResultCache* cache) {
   ResultCache own;
-  return splitRecords(capture([&](ReplyChannel& out) { walkField(ctx, r, cache ? *cache : own, out); }));
+  return splitRecords(
+      capture([&](ReplyChannel& out) { walkField(ctx, r, cache ? *cache : own, out); }));
 }
 
 namespace {
@@ -51,7 +52,9 @@ std::string line(const client::Record& rec) {
     return s.str();
   }
   switch (rec.type) {
-    case kRecDataClass: s << "% " << client::decodeDataClass(rec); break;
+    case kRecDataClass:
+      s << "% " << client::decodeDataClass(rec);
+      break;
     case kRecElementType: {
       client::ElementTypeRecord e = client::decodeElementType(rec);
       s << "30 " << e.type << " " << e.surfaceTag << " " << e.sectionPoint;
@@ -62,8 +65,11 @@ std::string line(const client::Record& rec) {
       s << "' " << floats(o.data(), o.size());
       break;
     }
-    case kRecInstanceHeader: s << "H " << client::decodeInstanceHeader(rec); break;
-    default: s << "type " << int(rec.type);
+    case kRecInstanceHeader:
+      s << "H " << client::decodeInstanceHeader(rec);
+      break;
+    default:
+      s << "type " << int(rec.type);
   }
   return s.str();
 }

@@ -18,7 +18,8 @@ FieldRequest fieldRequest(int step, int frame, const std::string& name, int mode
                           SectionPointPair pair = {});
 
 // The records that walkField writes (title and analysis code included).
-std::vector<client::Record> walk(OdbContext& ctx, const FieldRequest& r, ResultCache* cache = nullptr);
+std::vector<client::Record> walk(OdbContext& ctx, const FieldRequest& r,
+                                 ResultCache* cache = nullptr);
 
 // One line per record after the title and analysis-code records.
 std::vector<std::string> describe(const std::vector<client::Record>& records);

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <sstream>
 #include <tuple>
 
 #include "client/field_records.h"
@@ -13,6 +14,7 @@
 #include "tests/protocol/server_fixture.h"
 #include "tests/results/field_db.h"
 #include "tools/ccx/importer.h"
+#include "tools/cli/fields_command.h"
 
 namespace odbs::test {
 namespace {
@@ -63,8 +65,9 @@ TEST_F(FieldServer, FormsReachTheirPaths) {
   ASSERT_EQ(mid.size(), 4u);
   EXPECT_EQ(std::make_tuple(mid[0].instance, mid[0].element, mid[0].components[0]),
             std::make_tuple(std::string("A"), 1, 31.f));
-  EXPECT_EQ(std::make_tuple(mid[3].instance, mid[3].element, mid[3].surfaceTag, mid[3].components[0]),
-            std::make_tuple(std::string("B"), 2, 1, 32.f));
+  EXPECT_EQ(
+      std::make_tuple(mid[3].instance, mid[3].element, mid[3].surfaceTag, mid[3].components[0]),
+      std::make_tuple(std::string("B"), 2, 1, 32.f));
   // rl with a pair: two section points per instance, tagged 1 and 2.
   auto pair = rowsOf(server_->request("rl 4 2," + path));
   ASSERT_EQ(pair.size(), 8u);
@@ -102,6 +105,23 @@ TEST_F(FieldServer, EarlyEndsAndRecovery) {
   EXPECT_EQ(rowsOf(server_->request("rs " + path)).size(), 20u);
 }
 
+TEST_F(FieldServer, CliFieldsPrintsOneRowPerValue) {
+  cli::CliOptions options;
+  options.args = {db_->path(), "--field", "T", "--pair", "5", "1", "--values", "3"};
+  std::ostringstream out, err;
+  ASSERT_EQ(cli::runFields(options, ODB_SERVER_PATH, out, err), 0) << err.str();
+  EXPECT_EQ(out.str(),
+            "title: two shells\n"
+            "8 values\n"
+            "instance     type       element point      node    sp  components\n"
+            "A            S4R              1     1        -1     1  11\n"
+            "A            S4R              2     1        -1     1  12\n"
+            "A            S4R              1     1        -1     5  51\n"
+            "... 5 more\n");
+  options.args = {db_->path(), "--step", "x"};
+  EXPECT_EQ(cli::runFields(options, ODB_SERVER_PATH, out, err), 2);
+}
+
 // The CalculiX composite plate: *EL PRINT of S in elements 6, 7, 10 and 11, integration
 // points 1..24 through three plies, imported as section points 1..6 of four points each.
 class PlateFromSolver : public ::testing::Test {
@@ -123,7 +143,8 @@ class PlateFromSolver : public ::testing::Test {
     auto server = client::test::startServer();
     server->send("D 1 1 2 S");
     std::map<std::tuple<int, int, int>, std::vector<float>> m;
-    for (const FieldValueRow& row : rowsOf(server->request(form + " " + dir_->path() + "/plate.odb")))
+    for (const FieldValueRow& row :
+         rowsOf(server->request(form + " " + dir_->path() + "/plate.odb")))
       m[{row.element, row.sectionPoint, row.point}] = row.components;
     return m;
   }

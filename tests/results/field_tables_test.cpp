@@ -44,9 +44,10 @@ odb::FieldBlockData blockOf(int type, int width) {
 
 TEST(Classifiers, PositionMaskAndSectionPoints) {
   using namespace odb_Enum;
-  EXPECT_EQ(positionMask(field("S", TENSOR_3D_FULL, 6,
-                               {at(ELEMENT_NODAL), at(INTEGRATION_POINT), at(CENTROID), at(NODAL)})),
-            8u | 4u | 2u);
+  EXPECT_EQ(
+      positionMask(field("S", TENSOR_3D_FULL, 6,
+                         {at(ELEMENT_NODAL), at(INTEGRATION_POINT), at(CENTROID), at(NODAL)})),
+      8u | 4u | 2u);
   EXPECT_EQ(positionMask(field("E", SCALAR, 1, {at(ELEMENT_FACE), at(WHOLE_ELEMENT)})), 2u | 16u);
   EXPECT_EQ(positionMask(field("B", BOOLEAN, 1, {at(INTEGRATION_POINT)})), 0u);
   EXPECT_EQ(positionMask(field("MATRIX Sqq", MATRIX, 1)), 8u);

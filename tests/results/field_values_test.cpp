@@ -17,8 +17,9 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // One frame of Step-1 holding the given fields, each with its blocks.
-FieldDatabase frameWith(const std::vector<std::pair<odb::FieldOutputData, std::vector<odb::FieldBlockData>>>& fields,
-                        const std::vector<std::string>& instances = {"PART-1-1"}) {
+FieldDatabase frameWith(
+    const std::vector<std::pair<odb::FieldOutputData, std::vector<odb::FieldBlockData>>>& fields,
+    const std::vector<std::string>& instances = {"PART-1-1"}) {
   return FieldDatabase([&](odb::Writer& w) {
     w.setTitle("plate");
     for (const auto& name : instances) w.addInstance(name).addNodes({1}, {0, 0, 0});
@@ -37,9 +38,9 @@ odb::FieldBlockData everyChange() {
                       {10, 10, 11, 11, 12, 13, 13, 13, 14}, 1, {1, 2, 3, 4, 5, 6, 7, 8, 9});
 }
 
-const Lines kEveryChange = {"% 1",         "30 C3D8 -1 -1", "31 e1 n10 p1 [1]", "21 [2]",
-                            "22 n11 [3]",  "23 p2 [4]",     "24 n12 p3 [5]",    "33 e2 n13 [6]",
-                            "34 e3 [7]",   "32 e4 p1 [8]",  "31 e5 n14 p2 [9]"};
+const Lines kEveryChange = {"% 1",        "30 C3D8 -1 -1", "31 e1 n10 p1 [1]", "21 [2]",
+                            "22 n11 [3]", "23 p2 [4]",     "24 n12 p3 [5]",    "33 e2 n13 [6]",
+                            "34 e3 [7]",  "32 e4 p1 [8]",  "31 e5 n14 p2 [9]"};
 
 TEST(FieldValues, EveryRowOfTheRecordTable) {
   FieldDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
@@ -54,8 +55,8 @@ TEST(FieldValues, EveryRowOfTheRecordTable) {
   // and the first value record.
   EXPECT_EQ(recs[3].frameBytes(), (Bytes{0x11, 0x00, 0x1e, 'C', '3', 'D', '8', ' ', ' ', ' ', ' ',
                                          0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff}));
-  EXPECT_EQ(recs[4].frameBytes(), (Bytes{0x11, 0x00, 0x1f, 1, 0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0,
-                                         0x00, 0x00, 0x80, 0x3f}));
+  EXPECT_EQ(recs[4].frameBytes(),
+            (Bytes{0x11, 0x00, 0x1f, 1, 0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0, 0x00, 0x00, 0x80, 0x3f}));
 }
 
 TEST(FieldValues, SetOfPlacesOnlyWhenRequestDefined) {
@@ -101,9 +102,9 @@ TEST(FieldValues, OrientationsOnlyForUpperCase) {
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "SF", 1, false, true))),
             (Lines{"% 1", "30 S4 -1 -1", "' [1 0 0 0 1 0]", "31 e1 n-1 p1 [5]", "' [1 0 0 0 1 0]",
                    "34 e2 [6]", "30 S4 -1 -1", "34 e3 [7]"}));
-  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "SF", 1))),
-            (Lines{"% 1", "30 S4 -1 -1", "31 e1 n-1 p1 [5]", "34 e2 [6]", "30 S4 -1 -1",
-                   "34 e3 [7]"}));
+  EXPECT_EQ(
+      describe(walk(db.context(), fieldRequest(1, 0, "SF", 1))),
+      (Lines{"% 1", "30 S4 -1 -1", "31 e1 n-1 p1 [5]", "34 e2 [6]", "30 S4 -1 -1", "34 e3 [7]"}));
 }
 
 // A shell block at section point sp: elements 1 and 2 (values 10 sp + label), or only the
@@ -111,15 +112,16 @@ TEST(FieldValues, OrientationsOnlyForUpperCase) {
 odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements = {1, 2}) {
   std::vector<float> v;
   for (int32_t e : elements) v.push_back(float(10 * sp + e));
-  odb::FieldBlockData b = elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1),
-                                       {}, 1, v);
+  odb::FieldBlockData b =
+      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
   b.sectionPoint = {sp, "SP " + std::to_string(sp)};
   return b;
 }
 
 TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
   odb::FieldBlockData solid = elementBlock("C3D8", {9}, {1}, {}, 1, {100});
-  std::vector<odb::FieldBlockData> five = {shellAt(1), shellAt(2), shellAt(3), shellAt(4), shellAt(5), solid};
+  std::vector<odb::FieldBlockData> five = {shellAt(1), shellAt(2), shellAt(3),
+                                           shellAt(4), shellAt(5), solid};
   std::vector<odb::FieldBlockData> four = {shellAt(1), shellAt(2), shellAt(3), shellAt(4)};
   FieldDatabase db = frameWith({{fieldOf("T5", odb_Enum::SCALAR, {"T"}), five},
                                 {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
@@ -147,10 +149,10 @@ TEST(FieldValues, InstanceRecordsOnlyForSeveralInstances) {
   odb::FieldBlockData a = elementBlock("C3D8", {1}, {1}, {}, 1, {1}, "PART-A");
   odb::FieldBlockData b = elementBlock("C3D8", {1}, {1}, {}, 1, {2}, "PART-B");
   odb::FieldBlockData a2 = elementBlock("C3D4", {5}, {1}, {}, 1, {3}, "PART-A");
-  FieldDatabase two = frameWith({{fieldOf("E", odb_Enum::SCALAR, {"E"}), {a, b, a2}}},
-                                {"PART-A", "PART-B"});
-  const Lines both = {"H PART-A", "% 1", "30 C3D8 -1 -1", "31 e1 n-1 p1 [1]", "H PART-B",
-                      "30 C3D8 -1 -1", "21 [2]", "H PART-A", "30 C3D4 -1 -1", "34 e5 [3]"};
+  FieldDatabase two =
+      frameWith({{fieldOf("E", odb_Enum::SCALAR, {"E"}), {a, b, a2}}}, {"PART-A", "PART-B"});
+  const Lines both = {"H PART-A",      "% 1",    "30 C3D8 -1 -1", "31 e1 n-1 p1 [1]", "H PART-B",
+                      "30 C3D8 -1 -1", "21 [2]", "H PART-A",      "30 C3D4 -1 -1",    "34 e5 [3]"};
   EXPECT_EQ(describe(walk(two.context(), fieldRequest(1, 0, "E", 1))), both);
   // The same place in two instances is two places, also with D.
   EXPECT_EQ(describe(walk(two.context(), fieldRequest(1, 0, "E", 1, true))), both);

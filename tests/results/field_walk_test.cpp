@@ -122,7 +122,8 @@ FieldDatabase modes(float scale) {
       odb::FrameData f;
       f.mode = k;
       w.addFrame(f);
-      w.addFieldOutput(fieldOf("S", odb_Enum::TENSOR_3D_FULL, {"S11", "S22", "S33", "S12", "S13", "S23"}));
+      w.addFieldOutput(
+          fieldOf("S", odb_Enum::TENSOR_3D_FULL, {"S11", "S22", "S33", "S12", "S13", "S23"}));
       std::vector<float> v(12, 0.f);
       v[0] = scale * float(k);
       v[6] = scale * float(2 * k);
@@ -148,8 +149,9 @@ TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
   // the stresses of the first until the cache is emptied (command C).
   FieldDatabase other = modes(2.f);
   auto recs = walk(other.context(), fieldRequest(2, 0, "MATRIX RSqq", 0), &cache);
-  EXPECT_EQ(describe(recs), (Lines{"31 e4 n-1 p1 [" + std::to_string(std::sqrt(23.f)).substr(0, 7) + "]",
-                                   "23 p2 [" + std::to_string(std::sqrt(92.f)).substr(0, 7) + "]"}));
+  EXPECT_EQ(describe(recs),
+            (Lines{"31 e4 n-1 p1 [" + std::to_string(std::sqrt(23.f)).substr(0, 7) + "]",
+                   "23 p2 [" + std::to_string(std::sqrt(92.f)).substr(0, 7) + "]"}));
   cache.clear();
   EXPECT_EQ(describe(walk(other.context(), fieldRequest(2, 0, "MATRIX Sqq", 0), &cache)),
             (Lines{"31 e4 n-1 p1 [92]", "23 p2 [368]"}));

@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "tools/cli/cli_options.h"
+#include "tools/cli/fields_command.h"
 #include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
 #include "tools/cli/steps_command.h"
@@ -28,6 +29,10 @@ const char kUsage[] =
     "                  node sets, element sets and surfaces with their member counts\n"
     "  steps DATABASE [--records] [--all-frames] [--cache FILE]\n"
     "                  steps and frames; --cache keeps the catalogue in FILE\n"
+    "  fields DATABASE --field NAME [--step N] [--frame N] [--form s|l|m|v|t|b]\n"
+    "                  [--pair A B] [--position P] [--defined] [--orientations]\n"
+    "                  [--values N] [--records]\n"
+    "                  the values of one field output of one frame, one row per value\n"
     "\n"
     "options:\n"
     "  --server PATH     the odb_server program (default: beside odb_cli)\n"
@@ -55,11 +60,13 @@ int runStepsCommand(const odbs::cli::CliOptions& options, const std::string& ser
   return odbs::cli::runSteps(options, serverPath, std::cout, std::cerr);
 }
 
+int runFieldsCommand(const odbs::cli::CliOptions& options, const std::string& serverPath) {
+  return odbs::cli::runFields(options, serverPath, std::cout, std::cerr);
+}
+
 const Subcommand kSubcommands[] = {
-    {"raw", runRawCommand},
-    {"model", runModelCommand},
-    {"sets", runSetsCommand},
-    {"steps", runStepsCommand},
+    {"raw", runRawCommand},     {"model", runModelCommand},   {"sets", runSetsCommand},
+    {"steps", runStepsCommand}, {"fields", runFieldsCommand},
 };
 
 }  // namespace

@@ -1,8 +1,8 @@
 // Describers of the field value records for the record catalog (replies to r forms).
 #include "client/field_records.h"
 #include "client/model_records.h"
-#include "core/field_value_coding.h"
-#include "core/record_format.h"
+#include "wire/field_value_coding.h"
+#include "wire/record_types.h"
 
 namespace odbs::client {
 

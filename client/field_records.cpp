@@ -3,8 +3,8 @@
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "client/model_records.h"
-#include "core/field_value_coding.h"
-#include "core/record_format.h"
+#include "wire/field_value_coding.h"
+#include "wire/record_types.h"
 
 namespace odbs::client {
 

@@ -9,8 +9,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/field_value_coding.h"
 #include "odb/results_data.h"
+#include "wire/field_value_coding.h"
 
 namespace odbs {
 

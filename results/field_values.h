@@ -3,7 +3,7 @@
 // section.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "results/instance_names.h"
 
 class odb_FieldOutput;

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/reply_channel.h"
 #include "results/instance_names.h"
 
 class odb_FieldOutput;

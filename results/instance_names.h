@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 class odb_Odb;
 

@@ -5,8 +5,8 @@
 
 #include <cstdint>
 
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/reply_channel.h"
 
 class odb_FieldOutput;
 class odb_Odb;

@@ -3,7 +3,7 @@
 // at once, not through the pending output buffer.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 class odb_Odb;
 

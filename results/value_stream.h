@@ -11,9 +11,10 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/field_value_coding.h"
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "results/orientation.h"
+#include "wire/field_value_coding.h"
+#include "wire/frame.h"
 
 namespace odbs {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "access/registry.h"
+#include "context/odb_context.h"
 #include "odb/results_data.h"
 #include "odb/writer.h"
 

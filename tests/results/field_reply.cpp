@@ -4,9 +4,9 @@
 
 #include "client/field_records.h"
 #include "client/model_records.h"
-#include "core/record_format.h"
 #include "results/results.h"
 #include "tests/model/model_fixture.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 

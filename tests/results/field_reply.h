@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "access/registry.h"
+#include "context/odb_context.h"
 #include "client/record.h"
-#include "core/command_state.h"
+#include "context/command_state.h"
 
 namespace odbs::test {
 

@@ -15,6 +15,7 @@
 #include "tests/results/field_db.h"
 #include "tools/ccx/importer.h"
 #include "tools/cli/fields_command.h"
+#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {

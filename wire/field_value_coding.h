@@ -12,19 +12,10 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/coding.h"
+#include "wire/coding.h"
+#include "wire/record_types.h"
 
 namespace odbs {
-
-// Type bytes of the value records, by what changed against the previous value.
-constexpr uint8_t kRecValueSamePlace = 21;        // nothing
-constexpr uint8_t kRecValueNewNode = 22;          // node
-constexpr uint8_t kRecValueNewPoint = 23;         // integration point
-constexpr uint8_t kRecValueNewPointNode = 24;     // integration point and node
-constexpr uint8_t kRecValueNewElementNode = 33;   // '!': element and node
-constexpr uint8_t kRecValueNewElement = 34;       // '"': element
-constexpr uint8_t kRecValueNewAll = 31;           // element, integration point and node
-constexpr uint8_t kRecValueNewElementPoint = 32;  // ' ': element and integration point
 
 // Where a value lies: element label, integration point (0 when the block has none) and node
 // label (-1 when the block has none).

@@ -2,7 +2,7 @@
 # The main job: builds the release programs, imports the bundled example (a cantilever in
 # two static steps and a dynamic step, computed by CalculiX) into a database, and shows it
 # through the server the way a user wants to see it first: the model, the steps and frames,
-# and the values of one field output.
+# and the values of one field output (through the server, and read with the library).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh
@@ -24,6 +24,10 @@ echo "== the model, through odb_server (command g)"
 echo
 echo "== steps and frames, through odb_server (command fd; the catalogue is cached)"
 "$bin/odb_cli" steps "$db" --cache "${db%.odb}.catalogue"
+
+echo
+echo "== stresses S at the end of Step-1, through odb_server (commands d and rs)"
+"$bin/odb_cli" fields "$db" --field S --step 1 --frame 3 --values 8
 
 echo
 echo "== displacements U at the end of Step-1, read from the database"

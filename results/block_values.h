@@ -20,7 +20,10 @@ struct PlaceFilter {
   int32_t instance = 0;
 
   // True when the row's place was sent before; enters it otherwise.
-  bool seen(const ValuePlace& p) const;
+  bool seen(const ValuePlace& p) const { return places != nullptr && seenBefore(p); }
+
+ private:
+  bool seenBefore(const ValuePlace& p) const;
 };
 
 // Sends rows [begin, end) of the block (end is clamped to its rows).

@@ -32,7 +32,12 @@ class ValueStream {
   void orientation(const OrientationRows& rows);
   // One value record at place with n components, followed by n conjugate components when
   // conjugate is not null. Components beyond what one record holds are dropped.
-  void value(const ValuePlace& place, const float* data, const float* conjugate, size_t n);
+  void value(const ValuePlace& place, const float* data, const float* conjugate, size_t n) {
+    size_t parts = conjugate ? 2 : 1;
+    if (n > kMaxComponents / parts) n = kMaxComponents / parts;
+    uint8_t* p = putFloats(begin(place, n * parts), data, n);
+    if (conjugate) putFloats(p, conjugate, n);
+  }
   void value(const ValuePlace& place, const double* data, const double* conjugate, size_t n);
 
   // Components one value record can hold (data and conjugate together).
@@ -40,7 +45,21 @@ class ValueStream {
 
  private:
   // Queues the record header for place with room for n components; returns where they go.
-  uint8_t* begin(const ValuePlace& place, size_t n);
+  // Inline: this runs once per value.
+  uint8_t* begin(const ValuePlace& place, size_t n) {
+    uint8_t type = valueRecordType(place.element != last_.element, place.point != last_.point,
+                                   place.node != last_.node);
+    last_ = place;
+    ValueHeader h;
+    valueHeaderOf(type, &h);
+    return putValuePlace(out_.queueFixed(type, h.size() + 4 * n), h, place);
+  }
+  // Stores n floats; short rows (a tensor's components) as single moves.
+  static uint8_t* putFloats(uint8_t* dst, const float* src, size_t n) {
+    if (n > 8) return putF32Array(dst, src, n);
+    for (size_t i = 0; i < n; ++i) dst = putF32(dst, src[i]);
+    return dst;
+  }
 
   ReplyChannel& out_;
   ValuePlace last_{kNoPlace, kNoPlace, kNoPlace};

@@ -9,7 +9,6 @@
 #include "model/mesh_records.h"
 #include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/section_export.h"
 
 namespace odbs {
@@ -38,7 +37,6 @@ void sendMesh(const odb_DiscreteEntity& entity, bool header, bool nodesOnly,
 }  // namespace
 
 void exportModel(OdbContext& ctx, bool nodesOnly, ReplyChannel& out) {
-  PendingGuard guard(out);
   odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);
   if (!nodesOnly) sendAnnotationLines(odb, out);

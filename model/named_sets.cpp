@@ -9,7 +9,6 @@
 
 #include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/set_records.h"
 
 namespace odbs {
@@ -61,7 +60,6 @@ void queueDottedName(const odb_Assembly& assembly, const std::string& name, size
 }  // namespace
 
 void sendNamedSets(OdbContext& ctx, const std::vector<Criterion>& criteria, ReplyChannel& out) {
-  PendingGuard guard(out);
   if (criteria.empty()) return;
   const odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);

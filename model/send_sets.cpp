@@ -7,7 +7,6 @@
 
 #include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/set_records.h"
 
 namespace odbs {
@@ -47,7 +46,6 @@ struct SetWalk {
 }  // namespace
 
 void sendSets(OdbContext& ctx, int mode, bool coupling, ReplyChannel& out) {
-  PendingGuard guard(out);
   const odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);
   const odb_Assembly& assembly = odb.rootAssembly();

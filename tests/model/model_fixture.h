@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "access/registry.h"
 #include "client/record.h"
+#include "context/odb_context.h"
 #include "context/reply_channel.h"
 #include "odb/model_data.h"
 
@@ -26,6 +26,7 @@ class TestDatabase {
   TestDatabase(const TestDatabase&) = delete;
   TestDatabase& operator=(const TestDatabase&) = delete;
   OdbContext& context() { return ctx_; }
+  const std::string& path() const { return path_; }
 
  private:
   std::string path_;

@@ -22,6 +22,7 @@
 
 #include "bench/bench_util.h"
 #include "bench/gen/generator.h"
+#include "bench/reply_timing.h"
 #include "client/core_records.h"
 #include "client/field_records.h"
 #include "client/server_process.h"
@@ -30,7 +31,9 @@
 
 namespace {
 
-using odbs::bench::median;
+using odbs::bench::Figure;
+using odbs::bench::MatchedTest;
+using odbs::bench::ReplySize;
 using odbs::bench::since;
 using odbs::client::Clock;
 using odbs::client::ServerProcess;
@@ -42,33 +45,6 @@ struct Args {
   int runs = 5;
   int64_t elements = 1250000;
 };
-
-struct ReplySize {
-  uint64_t bytes = 0;    // every frame, the end record's included
-  uint64_t records = 0;  // records before the end record
-};
-
-struct Figure {
-  double mbPerSec = 0, recordsPerSec = 0;
-};
-
-double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
-  auto start = Clock::now();
-  server.send(line);
-  server.reader().skipBytes(bytes - 3, odbs::client::deadlineIn(kTimeoutMs));
-  odbs::client::decodeEnd(server.readRecord(kTimeoutMs));
-  return since(start);
-}
-
-Figure measure(ServerProcess& server, const std::string& line, const ReplySize& size, int runs) {
-  std::vector<double> mb, rec;
-  for (int i = 0; i < runs; ++i) {
-    double s = std::max(timeReply(server, line, size.bytes), 1e-9);
-    mb.push_back(double(size.bytes) / s / 1e6);
-    rec.push_back(double(size.records) / s);
-  }
-  return {median(mb), median(rec)};
-}
 
 // Peak resident memory of process pid in MB (VmHWM); 0 where it cannot be read.
 double peakMbOf(int pid) {
@@ -157,29 +133,17 @@ int main(int argc, char** argv) {
         },
         kTimeoutMs);
 
-    Figure rs = measure(server, line, size, args.runs);
+    Figure rs = odbs::bench::measure(server, line, size, args.runs, kTimeoutMs);
     double serverPeak = peakMbOf(server.pid());
-
-    double meanFrame = double(size.bytes - 3) / double(std::max<uint64_t>(1, size.records));
-    int n = std::max(1, int((meanFrame - 7) / 4 + 0.5));
-    ReplySize testSize{uint64_t(4 * n + 7) * size.records + 3, size.records};
-    std::string testLine = "m " + std::to_string(size.records) + " " + std::to_string(n);
-    timeReply(server, testLine, testSize.bytes);
-    Figure m = measure(server, testLine, testSize, args.runs);
+    MatchedTest t = odbs::bench::matchedTest(size);
+    Figure m = odbs::bench::measureMatched(server, t, args.runs, kTimeoutMs);
 
     // Arrays of S: 6 floats, an element label and an integration point per value.
     double fieldMb = double(values) * (6 * 4 + 4 + 4) / 1e6;
     std::printf("rs S: %llu values, %.1f MB of arrays\n", static_cast<unsigned long long>(values),
                 fieldMb);
-    std::printf("  reply          %10.1f MB, %llu records, %.1f bytes per frame\n",
-                double(size.bytes) / 1e6, static_cast<unsigned long long>(size.records), meanFrame);
-    std::printf("  rs             %10.0f MB/s   %8.2f million records/s\n", rs.mbPerSec,
-                rs.recordsPerSec / 1e6);
-    std::printf("  m %llu %d  %10.0f MB/s   %8.2f million records/s\n",
-                static_cast<unsigned long long>(size.records), n, m.mbPerSec,
-                m.recordsPerSec / 1e6);
-    std::printf("  rs / m         %10.2f   (goal: 0.8 or better)\n",
-                rs.mbPerSec / std::max(m.mbPerSec, 1e-9));
+    odbs::bench::printComparison("rs against m", size, rs, t, m);
+    std::printf("  goal: reply / m of 0.8 or better\n");
     std::printf(
         "  first value    %10.3f s after the command, the database opening included "
         "(whole first reply %.2f s); %.3f s with the database open\n",

@@ -5,9 +5,10 @@
 // root assembly block H 3... [4...]. Brackets: g only; H and I only in a multi-instance
 // model. Everything after the annotation goes through the pending buffer, flushed at the
 // end of each phase.
+#include "model/export_model.h"
+
 #include "model/material_record.h"
 #include "model/mesh_records.h"
-#include "model/model_export.h"
 #include "model/model_header.h"
 #include "model/section_export.h"
 

@@ -5,9 +5,10 @@
 // "INSTANCE.NAME": that instance's own element set NAME (behind H ... I in a
 // multi-instance model); when INSTANCE is the root assembly's name, the root assembly's set
 // NAME as above, without an instance's own set.
+#include "model/named_sets.h"
+
 #include <exception>
 
-#include "model/model_export.h"
 #include "model/model_header.h"
 #include "model/set_records.h"
 

@@ -3,9 +3,10 @@
 // Per instance, in key order, for each kind: the root assembly's sets of that kind with
 // the members in this instance, then (H) the instance's own sets (I). H and I only in a
 // multi-instance model.
+#include "model/send_sets.h"
+
 #include <exception>
 
-#include "model/model_export.h"
 #include "model/model_header.h"
 #include "model/set_records.h"
 

@@ -10,7 +10,10 @@
 
 #include "access/catalogue.h"
 #include "access/registry.h"
-#include "model/model_export.h"
+#include "model/export_model.h"
+#include "model/named_sets.h"
+#include "model/other_exports.h"
+#include "model/send_sets.h"
 #include "platform/platform.h"
 #include "results/results.h"
 #include "server/command_parse.h"

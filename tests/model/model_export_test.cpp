@@ -1,11 +1,10 @@
 // exportModel (G and g): record order, instance blocks, element records and the section
 // number of every element.
-#include "model/model_export.h"
-
 #include <gtest/gtest.h>
 
 #include "access/registry.h"
 #include "client/model_records.h"
+#include "model/export_model.h"
 #include "odb/h5.h"
 #include "server/dispatcher.h"
 #include "tests/model/model_fixture.h"

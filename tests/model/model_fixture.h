@@ -11,10 +11,9 @@
 #include "context/odb_context.h"
 #include "context/reply_channel.h"
 #include "odb/model_data.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::test {
-
-using Bytes = std::vector<uint8_t>;
 
 // A database written from a model, open for the life of the object.
 class TestDatabase {
@@ -46,7 +45,7 @@ std::string frameLines(const Bytes& bytes);
 // The type bytes of records, for checking the order of a reply at a glance.
 std::string typeSequence(const std::vector<client::Record>& records);
 
-// The frame of one record as the server writes it: count, type, body.
+// The frame of one record as the server writes it: count, type, body; written by hand.
 class FrameBuilder {
  public:
   explicit FrameBuilder(uint8_t type) : body_{type} {}

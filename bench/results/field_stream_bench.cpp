@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "bench/gen/generator.h"
 #include "bench/reply_timing.h"
@@ -58,25 +59,13 @@ double peakMbOf(int pid) {
 Args parseArgs(int argc, char** argv) {
   Args a;
   a.server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i < argc; ++i) {
-    auto next = [&]() -> const char* {
-      if (i + 1 >= argc) {
-        std::fprintf(stderr, "%s needs a value\n", argv[i]);
-        std::exit(2);
-      }
-      return argv[++i];
-    };
-    if (std::strcmp(argv[i], "--server") == 0) {
-      a.server = next();
-    } else if (std::strcmp(argv[i], "--runs") == 0) {
-      a.runs = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--elements") == 0) {
-      a.elements = std::max<int64_t>(1, std::atoll(next()));
-    } else {
-      std::fprintf(stderr, "usage: field_stream_bench [--server PATH] [--runs N] [--elements N]\n");
-      std::exit(2);
-    }
-  }
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {odbs::bench::serverOption(a.server),
+       odbs::bench::runsOption(a.runs),
+       {"--elements", true,
+        [&](const char* v) { a.elements = std::max<int64_t>(1, std::atoll(v)); }}},
+      "usage: field_stream_bench [--server PATH] [--runs N] [--elements N]");
   return a;
 }
 

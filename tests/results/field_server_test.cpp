@@ -14,7 +14,6 @@
 #include "tests/protocol/server_fixture.h"
 #include "tests/results/field_db.h"
 #include "tools/ccx/importer.h"
-#include "tools/cli/fields_command.h"
 #include "wire/record_types.h"
 
 namespace odbs::test {
@@ -104,23 +103,6 @@ TEST_F(FieldServer, EarlyEndsAndRecovery) {
   EXPECT_EQ(failed.records.back().type, kRecEnd);
   server_->send("D 1 0 0 T");
   EXPECT_EQ(rowsOf(server_->request("rs " + path)).size(), 20u);
-}
-
-TEST_F(FieldServer, CliFieldsPrintsOneRowPerValue) {
-  cli::CliOptions options;
-  options.args = {db_->path(), "--field", "T", "--pair", "5", "1", "--values", "3"};
-  std::ostringstream out, err;
-  ASSERT_EQ(cli::runFields(options, ODB_SERVER_PATH, out, err), 0) << err.str();
-  EXPECT_EQ(out.str(),
-            "title: two shells\n"
-            "8 values\n"
-            "instance     type       element point      node    sp  components\n"
-            "A            S4R              1     1        -1     1  11\n"
-            "A            S4R              2     1        -1     1  12\n"
-            "A            S4R              1     1        -1     5  51\n"
-            "... 5 more\n");
-  options.args = {db_->path(), "--step", "x"};
-  EXPECT_EQ(cli::runFields(options, ODB_SERVER_PATH, out, err), 2);
 }
 
 // The CalculiX composite plate: *EL PRINT of S in elements 6, 7, 10 and 11, integration

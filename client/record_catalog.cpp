@@ -3,6 +3,7 @@
 #include "client/catalogue_records.h"
 #include "client/contact_records.h"
 #include "client/history_records.h"
+#include "client/field_records.h"
 #include "client/model_records.h"
 
 namespace odbs::client {
@@ -33,6 +34,7 @@ const RecordCatalog& standardCatalog() {
     addModelRecords(c);
     addHistoryRecords(c);
     addContactRecords(c);
+    addFieldRecords(c);
     // Each further record family adds its registration here.
     return c;
   }();

@@ -60,8 +60,9 @@ struct FieldRequest {
   int32_t positionCode = 0;
 };
 
-// Heap buffers that the field output keeps between commands; C frees them.
-using ResultCache = std::vector<std::vector<uint8_t>>;
+// Heap buffers that the field output keeps between commands (the modal stresses of each
+// stress block, by block index); C frees them.
+using ResultCache = std::vector<std::vector<float>>;
 
 // All state that survives from one command line to the next.
 struct CommandState {

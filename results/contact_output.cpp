@@ -5,7 +5,7 @@
 
 #include "odb/odb.h"
 #include "results/contact_rows.h"
-#include "results/result_title.h"
+#include "results/result_header.h"
 
 namespace odbs {
 
@@ -62,7 +62,7 @@ void queueRotations(const odb_Odb& odb, const odb_FieldOutputRepository& fields,
 void sendContactOutput(const odb_Odb& odb, const RequestParams& request,
                        const SelectionList& selection, const ConnectorFailureSource& failures,
                        ReplyChannel& out) {
-  sendResultTitle(odb, out);
+  sendResultHeader(odb, out);
   if (request.param1 < 1) return;
   const std::string& name = request.text;
   bool sentinel = startsWith(name, "PHILSM") || startsWith(name, "CSTATUS");

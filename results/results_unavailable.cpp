@@ -4,7 +4,6 @@
 
 namespace odbs {
 
-void walkField(OdbContext&, const FieldRequest&, ResultCache&, ReplyChannel&) {}
 void sendRegionField(OdbContext&, const RequestParams&, bool, const RegionRequest&, ReplyChannel&) {
 }
 

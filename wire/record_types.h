@@ -33,28 +33,38 @@ enum RecordType : uint8_t {
   kRecRotationComplex = 20,
   kRecAnnotation = 21,  // annotation line (model export)
   kRecFieldValue = 21,  // value record (field walk)
-  kRecElementType = 30,
-  kRecSequenced = 34,         // '"': the m test record
-  kRecElementValue = 34,      // '"': element value (field walk)
-  kRecElementStatus = 34,     // '"': element status (contact output)
-  kRecSection = 36,           // '$'
-  kRecDataClass = 37,         // '%'
-  kRecRotation1Real = 38,     // '&'
-  kRecOrientation = 39,       // '\''
-  kRecRotation1Complex = 40,  // '('
-  kRecHistoryStep = 50,       // '2': step of the history output
-  kRecHistoryRegion = 52,     // '4': history region and its point
-  kRecHistoryOutput = 54,     // '6': history output and its conjugate flag
-  kRecHistoryValue = 56,      // '8': one f32 of a history sample
-  kRecRotation2Real = 57,     // '9'
-  kRecRotation2Complex = 60,  // '<'
-  kRecInstanceHeader = 72,    // 'H': counted text
-  kRecBlockEnd = 73,          // 'I': type byte only
-  kRecRotation3Real = 76,     // 'L'
-  kRecRotation3Complex = 80,  // 'P'
-  kRecMessage = 124,          // '|': counted text for the user
-  kRecProcessId = 125,        // '}': u32 process id
-  kRecEnd = 126,              // '~': closes the reply to one command
+  // Value records of the field walk, by what changed against the previous value
+  // (wire/field_value_coding.h gives their layout).
+  kRecValueSamePlace = 21,        // nothing
+  kRecValueNewNode = 22,          // node
+  kRecValueNewPoint = 23,         // integration point
+  kRecValueNewPointNode = 24,     // integration point and node
+  kRecValueNewAll = 31,           // element, integration point and node
+  kRecValueNewElementPoint = 32,  // ' ': element and integration point
+  kRecValueNewElementNode = 33,   // '!': element and node
+  kRecValueNewElement = 34,       // '"': element
+  kRecElementType = 30,           // element type of the values that follow
+  kRecSequenced = 34,             // '"': the m test record
+  kRecElementValue = 34,          // '"': element value (field walk)
+  kRecElementStatus = 34,         // '"': element status (contact output)
+  kRecSection = 36,               // '$'
+  kRecDataClass = 37,             // '%'
+  kRecRotation1Real = 38,         // '&': rotation values of UR1 (contact output)
+  kRecOrientation = 39,           // '\''
+  kRecRotation1Complex = 40,      // '('
+  kRecHistoryStep = 50,           // '2': step of the history output
+  kRecHistoryRegion = 52,         // '4': history region and its point
+  kRecHistoryOutput = 54,         // '6': history output and its conjugate flag
+  kRecHistoryValue = 56,          // '8': one f32 of a history sample
+  kRecRotation2Real = 57,         // '9': UR2
+  kRecRotation2Complex = 60,      // '<'
+  kRecInstanceHeader = 72,        // 'H': counted text
+  kRecBlockEnd = 73,              // 'I': type byte only
+  kRecRotation3Real = 76,         // 'L': UR3
+  kRecRotation3Complex = 80,      // 'P'
+  kRecMessage = 124,              // '|': counted text for the user
+  kRecProcessId = 125,            // '}': u32 process id
+  kRecEnd = 126,                  // '~': closes the reply to one command
 };
 
 }  // namespace odbs

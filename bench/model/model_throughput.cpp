@@ -23,6 +23,7 @@
 #include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "bench/model/model_generator.h"
+#include "bench/reply_timing.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "client/server_process.h"
@@ -31,7 +32,13 @@
 
 namespace {
 
-using odbs::bench::median;
+using odbs::bench::Figure;
+using odbs::bench::MatchedTest;
+using odbs::bench::matchedTest;
+using odbs::bench::measure;
+using odbs::bench::measureMatched;
+using odbs::bench::printComparison;
+using odbs::bench::ReplySize;
 
 using odbs::client::Clock;
 using odbs::client::ServerProcess;
@@ -45,34 +52,6 @@ struct Args {
   int sets = 10000;
 };
 
-struct ReplySize {
-  uint64_t bytes = 0;    // every frame, the end record's included
-  uint64_t records = 0;  // records before the end record
-};
-
-struct Figure {
-  double mbPerSec = 0;
-  double recordsPerSec = 0;
-};
-
-double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
-  auto start = Clock::now();
-  server.send(line);
-  server.reader().skipBytes(bytes - 3, odbs::client::deadlineIn(kTimeoutMs));
-  odbs::client::decodeEnd(server.readRecord(kTimeoutMs));
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-Figure measure(ServerProcess& server, const std::string& line, const ReplySize& size, int runs) {
-  std::vector<double> mb, rec;
-  for (int i = 0; i < runs; ++i) {
-    double s = std::max(timeReply(server, line, size.bytes), 1e-9);
-    mb.push_back(size.bytes / s / 1e6);
-    rec.push_back(size.records / s);
-  }
-  return {median(mb), median(rec)};
-}
-
 // Times the reply to line and m with the same number of records of the same mean size.
 void compare(ServerProcess& server, const char* what, const std::string& line, int runs) {
   ReplySize size;
@@ -85,24 +64,10 @@ void compare(ServerProcess& server, const char* what, const std::string& line, i
       },
       kTimeoutMs);
   --size.records;  // the end record
-  Figure f = measure(server, line, size, runs);
-
-  double meanFrame = double(size.bytes - 3) / double(std::max<uint64_t>(1, size.records));
-  int n = std::max(1, int((meanFrame - 7) / 4 + 0.5));
-  ReplySize testSize{uint64_t(4 * n + 7) * size.records + 3, size.records};
-  std::string testLine = "m " + std::to_string(size.records) + " " + std::to_string(n);
-  timeReply(server, testLine, testSize.bytes);
-  Figure m = measure(server, testLine, testSize, runs);
-
-  std::printf("%s\n", what);
-  std::printf("  reply          %10.1f MB, %llu records, %.1f bytes per frame\n", size.bytes / 1e6,
-              static_cast<unsigned long long>(size.records), meanFrame);
-  std::printf("  reply          %10.0f MB/s   %8.2f million records/s\n", f.mbPerSec,
-              f.recordsPerSec / 1e6);
-  std::printf("  m %llu %d     %10.0f MB/s   %8.2f million records/s\n",
-              static_cast<unsigned long long>(size.records), n, m.mbPerSec, m.recordsPerSec / 1e6);
-  std::printf("  reply / m      %10.2f\n", f.mbPerSec / std::max(m.mbPerSec, 1e-9));
-  std::fflush(stdout);
+  Figure f = measure(server, line, size, runs, kTimeoutMs);
+  MatchedTest t = matchedTest(size);
+  Figure m = measureMatched(server, t, runs, kTimeoutMs);
+  printComparison(what, size, f, t, m);
 }
 
 Args parseArgs(int argc, char** argv) {

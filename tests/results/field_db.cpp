@@ -1,0 +1,72 @@
+#include "tests/results/field_db.h"
+
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+
+#include "odb/odb.h"
+
+namespace odbs::test {
+
+FieldDatabase::FieldDatabase(const std::function<void(odb::Writer&)>& build) {
+  static std::atomic<int> counter{0};
+  static const bool initialized = [] {
+    odb_initializeAPI();
+    return true;
+  }();
+  (void)initialized;
+  const char* dir = std::getenv("TMPDIR");
+  path_ = std::string(dir ? dir : "/tmp") + "/field_test_" + std::to_string(getpid()) + "_" +
+          std::to_string(counter++) + ".odb";
+  {
+    odb::Writer w(path_);
+    build(w);
+    w.close();
+  }
+  ctx_.odb = &openOdb(path_, true);
+}
+
+FieldDatabase::~FieldDatabase() {
+  closeOdb(*ctx_.odb);
+  std::remove(path_.c_str());
+}
+
+odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> elements,
+                                 std::vector<int32_t> points, std::vector<int32_t> nodes, int width,
+                                 std::vector<float> data, const std::string& instance) {
+  odb::FieldBlockData b;
+  b.instance = instance;
+  b.elementType = type;
+  b.position = points.empty() ? odb_Enum::CENTROID : odb_Enum::INTEGRATION_POINT;
+  b.type = width == 1 ? odb_Enum::SCALAR : odb_Enum::TENSOR_3D_FULL;
+  b.width = width;
+  b.data = std::move(data);
+  b.elementLabels = std::move(elements);
+  b.integrationPoints = std::move(points);
+  b.nodeLabels = std::move(nodes);
+  return b;
+}
+
+void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure, int mode) {
+  odb::StepData s;
+  s.name = name;
+  s.procedure = procedure;
+  w.addStep(s);
+  odb::FrameData f;
+  f.mode = mode;
+  w.addFrame(f);
+}
+
+odb::FieldOutputData fieldOf(const std::string& name, int type, std::vector<std::string> labels,
+                             bool complex) {
+  odb::FieldOutputData f;
+  f.name = name;
+  f.type = type;
+  f.componentLabels = std::move(labels);
+  f.isComplex = complex;
+  return f;
+}
+
+}  // namespace odbs::test

@@ -1,0 +1,44 @@
+// Hand-made result databases for the field tests: a writer callback fills the database,
+// which is then open for the life of the object; and short builders of bulk data blocks.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "context/odb_context.h"
+#include "odb/results_data.h"
+#include "odb/writer.h"
+
+namespace odbs::test {
+
+class FieldDatabase {
+ public:
+  explicit FieldDatabase(const std::function<void(odb::Writer&)>& build);
+  ~FieldDatabase();
+  FieldDatabase(const FieldDatabase&) = delete;
+  FieldDatabase& operator=(const FieldDatabase&) = delete;
+  OdbContext& context() { return ctx_; }
+  const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+  OdbContext ctx_;
+};
+
+// A single-precision block of one element type at integration points: element labels,
+// integration points and node labels (either may be empty: absent), width components per
+// row in data.
+odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> elements,
+                                 std::vector<int32_t> points, std::vector<int32_t> nodes, int width,
+                                 std::vector<float> data, const std::string& instance = "PART-1-1");
+
+// Adds step name (procedure) with one frame to w.
+void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure = "*STATIC",
+                  int mode = 0);
+
+// A field output description.
+odb::FieldOutputData fieldOf(const std::string& name, int type, std::vector<std::string> labels,
+                             bool complex = false);
+
+}  // namespace odbs::test

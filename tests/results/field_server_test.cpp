@@ -1,0 +1,168 @@
+// The field forms of command r through the real server: the dispatcher's parsing of each
+// form reaches the walk, a failed walk still ends its reply, and the values of an imported
+// CalculiX shell model are the solver's own printed stresses.
+#include <gtest/gtest.h>
+
+#include <map>
+#include <sstream>
+#include <tuple>
+
+#include "client/field_records.h"
+#include "client/server_process.h"
+#include "odb/odb.h"
+#include "tests/ccx/test_files.h"
+#include "tests/protocol/server_fixture.h"
+#include "tests/results/field_db.h"
+#include "tools/ccx/importer.h"
+#include "wire/record_types.h"
+
+namespace odbs::test {
+namespace {
+
+using client::FieldValueRow;
+
+std::vector<FieldValueRow> rowsOf(const client::Reply& reply) {
+  client::FieldReplyDecoder d;
+  for (const client::Record& r : reply.records) d.add(r);
+  return d.rows();
+}
+
+odb::FieldBlockData shellAt(int sp, const std::string& instance) {
+  odb::FieldBlockData b = elementBlock("S4R", {1, 2}, {1, 1}, {}, 1,
+                                       {float(10 * sp + 1), float(10 * sp + 2)}, instance);
+  b.sectionPoint = {sp, ""};
+  return b;
+}
+
+class FieldServer : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    // Two instances, each with a five-point shell field "T".
+    db_ = new FieldDatabase([](odb::Writer& w) {
+      w.setTitle("two shells");
+      w.addInstance("A").addNodes({1}, {0, 0, 0});
+      w.addInstance("B").addNodes({1}, {0, 0, 0});
+      addStepFrame(w, "Step-1");
+      w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
+      for (const char* instance : {"A", "B"})
+        for (int sp = 1; sp <= 5; ++sp) w.addFieldBlock(shellAt(sp, instance));
+    });
+  }
+  static void TearDownTestSuite() { delete db_; }
+  void SetUp() override { server_ = client::test::startServer(); }
+
+  static FieldDatabase* db_;
+  std::unique_ptr<client::ServerProcess> server_;
+};
+
+FieldDatabase* FieldServer::db_ = nullptr;
+
+TEST_F(FieldServer, FormsReachTheirPaths) {
+  const std::string path = db_->path();
+  server_->send("D 1 0 0 T");
+  // rm: the middle point 3 of each element, per instance.
+  auto mid = rowsOf(server_->request("rm " + path));
+  ASSERT_EQ(mid.size(), 4u);
+  EXPECT_EQ(std::make_tuple(mid[0].instance, mid[0].element, mid[0].components[0]),
+            std::make_tuple(std::string("A"), 1, 31.f));
+  EXPECT_EQ(
+      std::make_tuple(mid[3].instance, mid[3].element, mid[3].surfaceTag, mid[3].components[0]),
+      std::make_tuple(std::string("B"), 2, 1, 32.f));
+  // rl with a pair: two section points per instance, tagged 1 and 2.
+  auto pair = rowsOf(server_->request("rl 4 2," + path));
+  ASSERT_EQ(pair.size(), 8u);
+  EXPECT_EQ(std::make_tuple(pair[0].sectionPoint, pair[0].surfaceTag, pair[0].components[0]),
+            std::make_tuple(2, 2, 21.f));
+  EXPECT_EQ(std::make_tuple(pair[2].sectionPoint, pair[2].surfaceTag, pair[2].components[0]),
+            std::make_tuple(4, 1, 41.f));
+  // The pair does not outlive its line: rs sends every section point.
+  EXPECT_EQ(rowsOf(server_->request("rs " + path)).size(), 20u);
+  EXPECT_EQ(rowsOf(server_->request("rv " + path)).size(), 20u);
+  auto top = rowsOf(server_->request("rb " + path));
+  ASSERT_EQ(top.size(), 4u);
+  EXPECT_EQ(top[0].components[0], 51.f);
+  // Any other letter runs as rb.
+  EXPECT_EQ(rowsOf(server_->request("rx " + path)).size(), 4u);
+  auto bottom = rowsOf(server_->request("rt " + path));
+  ASSERT_EQ(bottom.size(), 4u);
+  EXPECT_EQ(bottom[1].components[0], 12.f);
+}
+
+TEST_F(FieldServer, EarlyEndsAndRecovery) {
+  const std::string path = db_->path();
+  server_->send("D 0 0 0 T");
+  client::Reply none = server_->request("rs " + path);
+  EXPECT_EQ(none.records.size(), 3u);  // title, analysis code, end
+  server_->send("D 1 0 0 NOPE");
+  EXPECT_EQ(server_->request("rs " + path).records.size(), 3u);
+  // Frame 7 does not exist: the dispatcher's recovery ends the reply after the two
+  // immediate records, and the next request is answered in full.
+  server_->send("D 1 7 0 T");
+  client::Reply failed = server_->request("rs " + path);
+  ASSERT_EQ(failed.records.size(), 3u);
+  EXPECT_EQ(failed.records.back().type, kRecEnd);
+  server_->send("D 1 0 0 T");
+  EXPECT_EQ(rowsOf(server_->request("rs " + path)).size(), 20u);
+}
+
+// The CalculiX composite plate: *EL PRINT of S in elements 6, 7, 10 and 11, integration
+// points 1..24 through three plies, imported as section points 1..6 of four points each.
+class PlateFromSolver : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() {
+    dir_ = new ccx::test::ScratchDir();
+    ccx::ImportRequest r;
+    r.deck = ccx::test::exampleFile("plate_composite.inp");
+    r.results = ccx::test::dataFile("plate_composite.frd");
+    r.prints = ccx::test::dataFile("plate_composite.dat");
+    r.output = dir_->path() + "/plate.odb";
+    ccx::Warnings warnings;
+    ccx::importCalculix(r, warnings);
+  }
+  static void TearDownTestSuite() { delete dir_; }
+
+  // S of the last frame (time 1.0) by the form, keyed by (element, section point, point).
+  std::map<std::tuple<int, int, int>, std::vector<float>> stresses(const std::string& form) {
+    auto server = client::test::startServer();
+    server->send("D 1 1 2 S");
+    std::map<std::tuple<int, int, int>, std::vector<float>> m;
+    for (const FieldValueRow& row :
+         rowsOf(server->request(form + " " + dir_->path() + "/plate.odb")))
+      m[{row.element, row.sectionPoint, row.point}] = row.components;
+    return m;
+  }
+
+  static ccx::test::ScratchDir* dir_;
+};
+
+ccx::test::ScratchDir* PlateFromSolver::dir_ = nullptr;
+
+TEST_F(PlateFromSolver, SectionPointValuesAreTheSolversPrints) {
+  auto all = stresses("rv");
+  // Lines of the .dat at time 1.0: element 6 points 1 and 24, element 7 point 1.
+  EXPECT_EQ(all[std::make_tuple(6, 1, 1)],
+            (std::vector<float>{-3.991220E+00f, -4.490982E-01f, -1.508884E-01f, 2.338923E-01f,
+                                1.558006E-02f, -1.065618E-01f}));
+  EXPECT_EQ(all[std::make_tuple(6, 6, 4)],
+            (std::vector<float>{9.113855E+00f, 6.390282E-01f, -4.316819E-02f, -3.583698E-02f,
+                                -1.203897E-02f, -3.117026E-02f}));
+  EXPECT_EQ(all[std::make_tuple(7, 1, 1)][0], -7.016581E+00f);
+  // rt: the bottom (point 1 of element 6 is print point 1); rb: the top (print point 21).
+  EXPECT_EQ(stresses("rt")[std::make_tuple(6, 1, 1)][0], -3.991220E+00f);
+  EXPECT_EQ(stresses("rb")[std::make_tuple(6, 6, 1)][0], 4.200377E+00f);
+}
+
+TEST_F(PlateFromSolver, MidSurfaceIsTheMeanOfTheMiddlePoints) {
+  // Six section points: the middle pair is 3 and 4, print points 9 and 13 for point 1 of
+  // element 6: S11 (-0.8582384 + 1.030663) / 2 = 0.0862123, S22 (-0.09349088 + 0.1076228) / 2
+  // = 0.00706596.
+  auto mid = stresses("rm");
+  auto v = mid[std::make_tuple(6, 1, 1)];
+  ASSERT_EQ(v.size(), 6u);
+  EXPECT_NEAR(v[0], 0.0862123f, 1e-7f);
+  EXPECT_NEAR(v[1], 0.00706596f, 1e-8f);
+  EXPECT_EQ(mid.size(), 16u);  // four elements, four points each
+}
+
+}  // namespace
+}  // namespace odbs::test

@@ -1,0 +1,202 @@
+// The paths of the field walk: section point pair (rl), all section points (rv), surfaces
+// (rt, rb), the general path (rs), the early ends, and the matrix path of a frequency step.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "odb/odb.h"
+#include "results/results.h"
+#include "tests/model/model_fixture.h"
+#include "tests/results/field_db.h"
+#include "tests/results/field_reply.h"
+#include "tools/odb_build/odb_json.h"
+
+namespace odbs::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements) {
+  std::vector<float> v;
+  for (int32_t e : elements) v.push_back(float(10 * sp + e));
+  odb::FieldBlockData b =
+      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
+  b.sectionPoint = {sp, ""};
+  return b;
+}
+
+// Field "T" of a shell: element 1 with section points 1..5, element 2 with 1..3; and a
+// solid element 9 without section points. Field "MATRIX Sqqx" is an ordinary scalar.
+FieldDatabase shells() {
+  return FieldDatabase([](odb::Writer& w) {
+    w.setTitle("shells");
+    w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
+    addStepFrame(w, "Step-1");
+    w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
+    for (int sp = 1; sp <= 5; ++sp)
+      w.addFieldBlock(sp <= 3 ? shellAt(sp, {1, 2}) : shellAt(sp, {1}));
+    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {100}));
+    w.addFieldOutput(fieldOf("MATRIX Sqqx", odb_Enum::SCALAR, {"M"}));
+    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {4}));
+  });
+}
+
+TEST(FieldWalk, SectionPointPairOfRl) {
+  FieldDatabase db = shells();
+  // rl 5 1: blocks of points 5 (first of the pair: tag 1) and 1 (tag 2), and the solid.
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 0, false, false, {5, 1}))),
+            (Lines{"% 1", "30 S4R 2 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 S4R 1 5",
+                   "34 e1 [51]", "30 C3D8 -1 -1", "34 e9 [100]"}));
+}
+
+TEST(FieldWalk, EverySectionPointOfRvAndRs) {
+  FieldDatabase db = shells();
+  // The place is remembered across blocks: element 1 at point 1 again after block 4 is 21.
+  const Lines all = {"% 1",        "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]",
+                     "30 S4R 2 2", "34 e1 [21]", "34 e2 [22]",        "30 S4R 3 3",
+                     "34 e1 [31]", "34 e2 [32]", "30 S4R 4 4",        "34 e1 [41]",
+                     "30 S4R 5 5", "21 [51]",    "30 C3D8 -1 -1",     "34 e9 [100]"};
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -1))), all);
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 0))), all);
+}
+
+TEST(FieldWalk, SurfacesOfRtAndRb) {
+  FieldDatabase db = shells();
+  // Lowest point of both elements: 1.
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -2))),
+            (Lines{"% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 C3D8 -1 -1",
+                   "34 e9 [100]"}));
+  // Highest: 3 for element 2, 5 for element 1, in block order.
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -3))),
+            (Lines{"% 1", "30 S4R 2 3", "31 e2 n-1 p1 [32]", "30 S4R 2 5", "34 e1 [51]",
+                   "30 C3D8 -1 -1", "34 e9 [100]"}));
+}
+
+TEST(FieldWalk, EarlyEnds) {
+  FieldDatabase db = shells();
+  // Step 0 and a field that the frame does not hold: title and analysis code only.
+  EXPECT_EQ(walk(db.context(), fieldRequest(0, 0, "T", 0)).size(), 2u);
+  EXPECT_EQ(walk(db.context(), fieldRequest(1, 0, "S", 0)).size(), 2u);
+  // A name that begins with a matrix name is an ordinary field.
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "MATRIX Sqqx", 0))),
+            (Lines{"% 1", "30 C3D8 -1 -1", "31 e9 n-1 p1 [4]"}));
+  // Frame or step out of range: the exception reaches the dispatcher after the two
+  // immediate records; nothing else is written.
+  for (auto [step, frame] : {std::pair{1, 1}, std::pair{2, 0}, std::pair{1, -1}}) {
+    Bytes bytes = capture([&](ReplyChannel& out) {
+      ResultCache cache;
+      EXPECT_THROW(walkField(db.context(), fieldRequest(step, frame, "T", 0), cache, out),
+                   std::out_of_range);
+    });
+    EXPECT_EQ(splitRecords(bytes).size(), 2u);
+  }
+}
+
+// Step 1: a static step; step 2: a frequency step whose base frame holds the two matrix
+// fields (order 3) and whose frames 1..3 are modes 1..3 with "S" at two integration points
+// of element 4. Mode k has S11 = k at point 1 and 2k at point 2, nothing else. scale
+// multiplies every stress.
+FieldDatabase modes(float scale) {
+  return FieldDatabase([scale](odb::Writer& w) {
+    w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
+    addStepFrame(w, "Static");
+    odb::StepData s;
+    s.name = "Modes";
+    s.procedure = "*FREQUENCY";
+    w.addStep(s);
+    w.addFrame(odb::FrameData{});
+    // Lower triangle of [[1, 0.5, 0], [0.5, 2, 0.25], [0, 0.25, 1]].
+    for (const char* name : {"MATRIX Sqq", "MATRIX RSqq"}) {
+      odb::FieldOutputData m = fieldOf(name, odb_Enum::MATRIX, {"M"});
+      m.matrixOrder = 3;
+      w.addFieldOutput(m);
+      odb::FieldBlockData b;
+      b.instance = "PART-1-1";
+      b.position = odb_Enum::WHOLE_MODEL;
+      b.type = odb_Enum::MATRIX;
+      b.width = 6;
+      b.data = {1, 0.5f, 2, 0, 0.25f, 1};
+      w.addFieldBlock(b);
+    }
+    for (int k = 1; k <= 3; ++k) {
+      odb::FrameData f;
+      f.mode = k;
+      w.addFrame(f);
+      w.addFieldOutput(
+          fieldOf("S", odb_Enum::TENSOR_3D_FULL, {"S11", "S22", "S33", "S12", "S13", "S23"}));
+      std::vector<float> v(12, 0.f);
+      v[0] = scale * float(k);
+      v[6] = scale * float(2 * k);
+      w.addFieldBlock(elementBlock("C3D8", {4, 4}, {1, 2}, {}, 6, v));
+    }
+  });
+}
+
+TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
+  FieldDatabase db = modes(1.f);
+  ResultCache cache;
+  // q = s^T M s with s = (1, 2, 3): 1 + 8 + 9 + 2 (0.5 * 2 + 0 * 3 + 0.25 * 6) = 23; with
+  // s doubled, 92.
+  EXPECT_EQ(describe(walk(db.context(), fieldRequest(2, 0, "MATRIX Sqq", 0), &cache)),
+            (Lines{"31 e4 n-1 p1 [23]", "23 p2 [92]"}));
+  ASSERT_EQ(cache.size(), 1u);
+  EXPECT_EQ(cache[0].size(), 3u * 2 * 6);
+  // From the static step after the frequency step there is none: searched backwards from
+  // step 1, nothing is found.
+  EXPECT_EQ(walk(db.context(), fieldRequest(1, 0, "MATRIX Sqq", 0), &cache).size(), 2u);
+
+  // The cache is keyed by block index alone: another database with the same shapes gets
+  // the stresses of the first until the cache is emptied (command C).
+  FieldDatabase other = modes(2.f);
+  auto recs = walk(other.context(), fieldRequest(2, 0, "MATRIX RSqq", 0), &cache);
+  EXPECT_EQ(describe(recs),
+            (Lines{"31 e4 n-1 p1 [" + std::to_string(std::sqrt(23.f)).substr(0, 7) + "]",
+                   "23 p2 [" + std::to_string(std::sqrt(92.f)).substr(0, 7) + "]"}));
+  cache.clear();
+  EXPECT_EQ(describe(walk(other.context(), fieldRequest(2, 0, "MATRIX Sqq", 0), &cache)),
+            (Lines{"31 e4 n-1 p1 [92]", "23 p2 [368]"}));
+}
+
+TEST(FieldWalk, MatrixFieldOfAJsonDescription) {
+  // A packed lower triangle [1, 0.5, 2] of order 2 read back as written, and its modal form:
+  // mode 1 pure shear S12 = 1, mode 2 S11 = 2: q = 1 * 3 + 2 * 4 + 2 * 0.5 * 0 = 11.
+  const std::string path = std::string(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") +
+                           "/field_json_" + std::to_string(getpid()) + ".odb";
+  const char* s = R"({"name": "S", "type": "TENSOR_3D_FULL",
+      "componentLabels": ["S11", "S22", "S33", "S12", "S13", "S23"], "blocks": [
+      {"instance": "PART-1-1", "elementType": "C3D8", "position": "INTEGRATION_POINT",
+       "elementLabels": [3], "integrationPoints": [1], "data": [%s]}]})";
+  auto stress = [&](const char* row) {
+    char buf[1024];
+    std::snprintf(buf, sizeof buf, s, row);
+    return std::string(buf);
+  };
+  std::string json = R"({"instances": [{"name": "PART-1-1", "nodes": [[1, 0, 0, 0]]}],
+    "steps": [{"name": "Modes", "procedure": "*FREQUENCY", "frames": [
+      {"fieldOutputs": [{"name": "MATRIX RSqq", "type": "MATRIX", "matrixOrder": 2,
+        "componentLabels": ["M"],
+        "blocks": [{"position": "WHOLE_MODEL", "data": [[1, 0.5, 2]]}]}]},
+      {"mode": 1, "fieldOutputs": [)" + stress("[0, 0, 0, 1, 0, 0]") + R"(]},
+      {"mode": 2, "fieldOutputs": [)" + stress("[2, 0, 0, 0, 0, 0]") + R"(]}]}]})";
+  odb::buildDatabaseFromJson(json, path);
+  {
+    odb_Odb& odb = openOdb(path, true);
+    const odb_FieldOutput& m = odb.steps().at(0).frames()[0].fieldOutputs().get("MATRIX RSqq");
+    EXPECT_EQ(m.type(), odb_Enum::MATRIX);
+    EXPECT_EQ(m.matrixOrder(), 2);
+    EXPECT_EQ(m.bulkDataBlocks()[0].blockData().data, (std::vector<float>{1, 0.5f, 2}));
+    OdbContext ctx;
+    ctx.odb = &odb;
+    EXPECT_EQ(describe(walk(ctx, fieldRequest(1, 0, "MATRIX RSqq", 0))),
+              (Lines{"31 e3 n-1 p1 [" + std::to_string(std::sqrt(11.f)).substr(0, 7) + "]"}));
+    closeOdb(odb);
+  }
+  std::remove(path.c_str());
+}
+
+}  // namespace
+}  // namespace odbs::test

@@ -1,0 +1,26 @@
+# Settings of the Windows build, cross-compiled with cmake/mingw-w64.cmake and tested under
+# Wine. Included by the top-level CMakeLists.txt when the target system is Windows.
+
+# The benchmarks measure the Linux server (process memory, /proc); not built here.
+set(ODB_BUILD_BENCH OFF)
+
+# The cross-built HDF5 prefix: found through its CMake package files. The host's HDF5
+# compiler wrappers must not be asked about a Windows build.
+set(HDF5_USE_STATIC_LIBRARIES ON)
+set(HDF5_FIND_DEBUG OFF)
+set(HDF5_C_COMPILER_EXECUTABLE "")
+set(HDF5_C_COMPILER_EXECUTABLE_NO_INTERROGATE ON)
+
+# GoogleTest built from the sources that Debian's googletest package installs.
+set(ODB_GTEST_SOURCE /usr/src/googletest CACHE PATH "GoogleTest source folder")
+
+# Tests are listed by running them, which for a cross build means through the emulator
+# (Wine) when CTest runs, not at build time.
+set(ODB_GTEST_DISCOVERY_MODE DISCOVERY_MODE PRE_TEST)
+
+# Loads GoogleTest for the tests: defines GTest::gtest, GTest::gtest_main, GTest::gmock.
+macro(odb_find_gtest)
+  set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+  set(BUILD_GMOCK ON CACHE BOOL "" FORCE)
+  add_subdirectory(${ODB_GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+endmacro()

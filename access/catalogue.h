@@ -4,7 +4,7 @@
 #include <string>
 
 #include "access/registry.h"
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

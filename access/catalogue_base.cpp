@@ -3,7 +3,7 @@
 #include <mutex>
 
 #include "access/catalogue.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 

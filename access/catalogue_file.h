@@ -19,7 +19,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 

@@ -15,7 +15,7 @@
 #include <vector>
 
 #include "access/registry.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 

@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "access/database_book.h"
-#include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/repository.h"
+#include "platform/platform.h"
 
 namespace odbs {
 
@@ -89,7 +89,9 @@ OdbContext& openAndRecord(const std::string& path) {
   platform::statFile(path, &record.openedStat);
   record.serial = ++book.openCounter;
   record.context.odb = odb;
-  return (book.records[path] = std::move(record)).context;
+  OdbContext& ctx = (book.records[path] = std::move(record)).context;
+  runOpenSetUps(ctx);
+  return ctx;
 }
 
 // The database under key, re-opened when its file changed since it was opened.
@@ -103,6 +105,7 @@ OdbContext& revalidate(const std::string& key) {
     r.context.odb = &repository().get(key);
     r.serial = book.openCounter;
     platform::statFile(key, &r.openedStat);
+    runOpenSetUps(r.context);
     return r.context;
   }
   platform::FileStat now;

@@ -5,24 +5,18 @@
 
 #include <string>
 
-#include "core/reply.h"
-
-class odb_Odb;
+#include "context/odb_context.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
-
-// What every database handler receives for the database of its command.
-struct OdbContext {
-  odb_Odb* odb = nullptr;  // owned by the database library's repository
-  bool setOption = false;  // stored by S, s and irs before their handler runs
-};
 
 // Initialises the database library once, before the first command.
 void initializeDatabases();
 
 // Returns the open database for path, opening it on first use (after an upgrade when the
 // file needs one, telling the client through '|' records on out) and re-opening it when
-// the file changed on disk. The context stays valid for the current command only.
+// the file changed on disk; every registered set-up runs after each open. The context stays
+// valid for the current command only.
 // Throws std::runtime_error("Error openOdb") on any failure.
 OdbContext& lookupOrOpen(const std::string& path, ReplyChannel& out);
 

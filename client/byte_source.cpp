@@ -5,7 +5,7 @@
 #include <string>
 
 #include "client/client_error.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs::client {
 

@@ -1,6 +1,6 @@
 #include "client/command_lines.h"
 
-#include "core/record_format.h"
+#include "wire/line_cut.h"
 
 namespace odbs::client {
 
@@ -8,13 +8,13 @@ std::vector<std::string> serverLines(std::string_view text) {
   std::string rest(text);
   rest += '\n';
   std::vector<std::string> lines;
-  size_t pos = 0;
-  while (pos < rest.size()) {
-    std::string_view window = std::string_view(rest).substr(pos, kMaxCommandLine);
-    size_t newline = window.find('\n');
-    size_t taken = newline == std::string_view::npos ? window.size() : newline + 1;
-    lines.emplace_back(window.substr(0, taken - 1));
-    pos += taken;
+  std::string line;
+  for (char c : rest) {
+    line += c;
+    if (!endsCommandLine(c, line.size())) continue;
+    line.pop_back();  // the server drops the last byte of every line
+    lines.push_back(std::move(line));
+    line.clear();
   }
   return lines;
 }

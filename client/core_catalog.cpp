@@ -1,7 +1,7 @@
 // Describers of the core records for the record catalog.
 #include "client/core_records.h"
 #include "client/record_catalog.h"
-#include "core/record_format.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 

@@ -2,7 +2,7 @@
 
 #include "client/client_error.h"
 #include "client/reply_reader.h"
-#include "core/record_format.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 

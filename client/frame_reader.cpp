@@ -5,8 +5,8 @@
 #include <string>
 
 #include "client/client_error.h"
-#include "core/coding.h"
-#include "core/record_format.h"
+#include "wire/coding.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 

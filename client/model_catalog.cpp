@@ -1,6 +1,6 @@
 // Describers of the model and set records for the record catalog.
 #include "client/model_records.h"
-#include "core/record_format.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 
@@ -108,12 +108,12 @@ void addModelRecords(RecordCatalog& c) {
         return DescribedRecord{setKindName(h.kind), {{"name", h.name}}};
       });
     }
-    for (uint8_t type : {kRecLabelBlock8, kRecLabelBlock9}) {
+    for (uint8_t type : {kRecNodeLabels, kRecElementLabels}) {
       c.add(command, type, [](const RecordView& r) {
         return DescribedRecord{"labels", {{"labels", ints(decodeLabelBlock(r))}}};
       });
     }
-    c.add(command, kRecLabelBlock10, [](const RecordView& r) {
+    c.add(command, kRecFaceLabels, [](const RecordView& r) {
       std::vector<int64_t> labels, faces;
       for (const auto& [label, face] : decodeFaceBlock(r)) {
         labels.push_back(label);

@@ -2,7 +2,7 @@
 
 #include "client/client_error.h"
 #include "client/core_records.h"
-#include "core/record_format.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 
@@ -301,8 +301,8 @@ SetHeaderRecord decodeSetHeader(const RecordView& rec) {
 }
 
 std::vector<int32_t> decodeLabelBlock(const RecordView& rec) {
-  if (rec.type != kRecLabelBlock8 && rec.type != kRecLabelBlock9) {
-    expectType(rec, kRecLabelBlock8, "label block");
+  if (rec.type != kRecNodeLabels && rec.type != kRecElementLabels) {
+    expectType(rec, kRecNodeLabels, "label block");
   }
   if (rec.size == 0 || rec.size % 4 != 0 || rec.size > 120) {
     throw DecodeError("label block of " + std::to_string(rec.size) +
@@ -315,7 +315,7 @@ std::vector<int32_t> decodeLabelBlock(const RecordView& rec) {
 }
 
 std::vector<std::pair<int32_t, int32_t>> decodeFaceBlock(const RecordView& rec) {
-  expectType(rec, kRecLabelBlock10, "face block");
+  expectType(rec, kRecFaceLabels, "face block");
   if (rec.size == 0 || rec.size % 8 != 0 || rec.size > 240) {
     throw DecodeError("face block of " + std::to_string(rec.size) +
                       " bytes: 1 to 30 label and face pairs expected");

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "core/coding.h"
+#include "wire/coding.h"
 
 namespace odbs::client {
 

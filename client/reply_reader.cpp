@@ -4,7 +4,7 @@
 #include <string>
 
 #include "client/client_error.h"
-#include "core/record_format.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 

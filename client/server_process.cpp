@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "client/client_error.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs::client {
 

@@ -1,7 +1,7 @@
 // The material record (type 17) of the model export.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "odb/odb.h"
 
 namespace odbs {

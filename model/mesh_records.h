@@ -2,7 +2,7 @@
 // from the database's bulk arrays.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "model/element_section_map.h"
 #include "model/section_numbering.h"
 #include "odb/odb.h"

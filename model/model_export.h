@@ -3,9 +3,9 @@
 
 #include <vector>
 
-#include "access/registry.h"
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/odb_context.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

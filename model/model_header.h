@@ -2,7 +2,7 @@
 // code, and the annotation lines of the model export. All are written one per write.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "odb/odb.h"
 
 namespace odbs {

@@ -4,7 +4,7 @@
 
 #include <exception>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <string>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "model/element_section_map.h"
 #include "model/section_numbering.h"
 #include "odb/odb.h"

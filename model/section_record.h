@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "model/section_numbering.h"
 #include "odb/odb.h"
 

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <stdexcept>
 
-#include "core/coding.h"
+#include "wire/coding.h"
 
 namespace odbs {
 
@@ -49,7 +49,7 @@ void queueFaceBlocks(odb_View<int> labels, odb_View<int> faces, ReplyChannel& ou
   size_t count = size_t(std::min(labels.size(), faces.size()));
   for (size_t at = 0; at < count; at += kBlockSize) {
     size_t n = std::min(kBlockSize, count - at);
-    uint8_t* p = out.queueFixed(kRecLabelBlock10, 8 * n);
+    uint8_t* p = out.queueFixed(kRecFaceLabels, 8 * n);
     for (size_t k = 0; k < n; ++k) {
       p = putI32(p, labels.data()[at + k]);
       p = putI32(p, faces.data()[at + k]);
@@ -73,12 +73,12 @@ void queueSet(const odb_Set& set, const std::string* instance, bool multiInstanc
     case odb_Enum::NODE_SET:
       out.queueText(set.name(), kRecNodeSetHeader);
       if (perInstance) out.queueText(*instance, kRecInstanceHeader);
-      queueLabelBlocks(kRecLabelBlock8, membersOf(set, instance).labels, out);
+      queueLabelBlocks(kRecNodeLabels, membersOf(set, instance).labels, out);
       break;
     case odb_Enum::ELEMENT_SET:
       out.queueText(set.name(), kRecElementSetHeader);
       if (perInstance) out.queueText(*instance, kRecInstanceHeader);
-      queueLabelBlocks(kRecLabelBlock9, membersOf(set, instance).labels, out);
+      queueLabelBlocks(kRecElementLabels, membersOf(set, instance).labels, out);
       break;
     case odb_Enum::SURFACE_SET: {
       out.queueText(set.name(), kRecSurfaceHeader);

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "odb/odb.h"
 
 namespace odbs {

@@ -5,10 +5,10 @@
 #include <set>
 #include <stdexcept>
 
-#include "core/platform.h"
 #include "odb/model_store.h"
 #include "odb/repository.h"
 #include "odb/results_store.h"
+#include "platform/platform.h"
 
 namespace odb {
 

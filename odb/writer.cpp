@@ -3,11 +3,11 @@
 #include <set>
 #include <stdexcept>
 
-#include "core/platform.h"
 #include "odb/format.h"
 #include "odb/h5.h"
 #include "odb/model_store.h"
 #include "odb/results_store.h"
+#include "platform/platform.h"
 
 namespace odb {
 namespace {

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "access/registry.h"
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/odb_context.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

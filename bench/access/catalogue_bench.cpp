@@ -20,8 +20,8 @@
 
 #include "bench/bench_util.h"
 #include "client/server_process.h"
-#include "core/platform.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 
 namespace {
 

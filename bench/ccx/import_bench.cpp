@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "bench/bench_util.h"
-#include "core/platform.h"
 #include "odb/odb.h"
+#include "platform/platform.h"
 #include "tools/ccx/frd_parser.h"
 #include "tools/ccx/importer.h"
 

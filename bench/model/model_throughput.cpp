@@ -25,8 +25,8 @@
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "client/server_process.h"
-#include "core/platform.h"
 #include "odb/odb.h"
+#include "platform/platform.h"
 
 namespace {
 

@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "bench/bench_util.h"
-#include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 
 namespace {
 

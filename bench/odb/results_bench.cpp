@@ -19,8 +19,8 @@
 
 #include "bench/bench_util.h"
 #include "bench/gen/generator.h"
-#include "core/platform.h"
 #include "odb/odb.h"
+#include "platform/platform.h"
 
 namespace {
 

@@ -7,12 +7,12 @@
 #include <string>
 
 #include "client/catalogue_records.h"
-#include "core/platform.h"
-#include "core/record_format.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 #include "tests/odb/sample_model.h"
 #include "tests/protocol/server_fixture.h"
 #include "tools/cli/steps_command.h"
+#include "wire/frame.h"
 
 namespace odbs::client {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "core/platform.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 #include "tests/odb/legacy_v1_writer.h"
 #include "tests/odb/sample_model.h"
 #include "tests/protocol/server_fixture.h"

@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "access/database_book.h"
-#include "core/platform.h"
 #include "odb/odb.h"
 #include "odb/repository.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 #include "tests/odb/legacy_v1_writer.h"
 #include "tests/odb/sample_model.h"
 

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs::fuzz {
 

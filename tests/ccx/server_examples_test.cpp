@@ -8,10 +8,10 @@
 #include "client/catalogue_records.h"
 #include "client/model_records.h"
 #include "client/server_process.h"
-#include "core/record_format.h"
 #include "tests/ccx/test_files.h"
 #include "tools/ccx/importer.h"
 #include "tools/ccx/inp_parser.h"
+#include "wire/frame.h"
 
 namespace odbs::ccx {
 namespace {
@@ -76,7 +76,7 @@ TEST_P(ServerExamplesTest, ModelSetsAndFramesAreTheDecks) {
     if (r.type == kRecNodeSetHeader || r.type == kRecElementSetHeader) {
       client::SetHeaderRecord h = client::decodeSetHeader(r);
       current = &(h.kind == client::SetKind::kNode ? nodeSets : elementSets)[h.name];
-    } else if (r.type == kRecLabelBlock8 || r.type == kRecLabelBlock9) {
+    } else if (r.type == kRecNodeLabels || r.type == kRecElementLabels) {
       for (int32_t label : client::decodeLabelBlock(r)) current->insert(label);
     }
   }

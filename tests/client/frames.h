@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "core/coding.h"
+#include "wire/coding.h"
 
 namespace odbs::client::test {
 

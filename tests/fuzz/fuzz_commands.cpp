@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "core/dispatcher.h"
-#include "core/line_reader.h"
+#include "server/dispatcher.h"
+#include "server/line_reader.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <sstream>
 
-#include "core/platform.h"
 #include "odb/odb.h"
+#include "platform/platform.h"
 #include "tests/model/small_model_db.h"
 #include "tools/cli/model_command.h"
 

@@ -9,9 +9,9 @@
 
 #include "client/byte_source.h"
 #include "client/frame_reader.h"
-#include "core/coding.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
+#include "wire/coding.h"
 
 namespace odbs::test {
 

@@ -9,7 +9,7 @@
 
 #include "access/registry.h"
 #include "client/record.h"
-#include "core/reply.h"
+#include "context/reply_channel.h"
 #include "odb/model_data.h"
 
 namespace odbs::test {

@@ -7,9 +7,9 @@
 #include <sstream>
 
 #include "client/model_records.h"
-#include "core/platform.h"
 #include "model/model_export.h"
 #include "odb/odb.h"
+#include "platform/platform.h"
 #include "tests/model/model_fixture.h"
 #include "tests/model/small_model_db.h"
 #include "tests/protocol/server_fixture.h"

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 #include "tests/protocol/server_fixture.h"
 
 namespace odbs::client {

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "client/core_records.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs::test {
 

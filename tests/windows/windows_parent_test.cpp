@@ -7,7 +7,7 @@
 #include <string>
 
 #include "client/core_records.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 #include "tests/model/small_model_db.h"
 #include "tests/odb/sample_model.h"
 

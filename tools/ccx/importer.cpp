@@ -1,7 +1,7 @@
 #include "tools/ccx/importer.h"
 
-#include "core/platform.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 #include "tools/ccx/dat_parser.h"
 #include "tools/ccx/frd_parser.h"
 #include "tools/ccx/inp_parser.h"

@@ -5,9 +5,9 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "core/record_format.h"
 #include "tools/cli/json_text.h"
 #include "tools/cli/record_printer.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 

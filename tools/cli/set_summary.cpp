@@ -5,8 +5,8 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "core/record_format.h"
 #include "tools/cli/json_text.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 
@@ -41,11 +41,11 @@ void SetSummaryBuilder::add(const client::RecordView& rec) {
       }
       break;
     }
-    case kRecLabelBlock8:
-    case kRecLabelBlock9:
+    case kRecNodeLabels:
+    case kRecElementLabels:
       if (open_) s_.sets.back().members += client::decodeLabelBlock(rec).size();
       break;
-    case kRecLabelBlock10:
+    case kRecFaceLabels:
       if (open_) s_.sets.back().members += client::decodeFaceBlock(rec).size();
       break;
     case kRecSetEnd:

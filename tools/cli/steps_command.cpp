@@ -7,9 +7,9 @@
 
 #include "client/catalogue_records.h"
 #include "client/model_records.h"
-#include "core/record_format.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/json_text.h"
+#include "wire/frame.h"
 
 namespace odbs::cli {
 

@@ -1,4 +1,4 @@
-#include "core/line_reader.h"
+#include "server/line_reader.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -7,7 +7,7 @@
 #include <thread>
 #include <vector>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 namespace {

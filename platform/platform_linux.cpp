@@ -18,7 +18,7 @@
 #include <memory>
 #include <thread>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 extern char** environ;
 

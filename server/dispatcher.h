@@ -8,8 +8,8 @@
 // never ends the server.
 #pragma once
 
-#include "core/command_state.h"
-#include "core/reply.h"
+#include "context/command_state.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

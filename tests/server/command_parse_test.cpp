@@ -1,4 +1,4 @@
-#include "core/command_parse.h"
+#include "server/command_parse.h"
 
 #include <gtest/gtest.h>
 

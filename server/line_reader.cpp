@@ -1,6 +1,7 @@
-#include "core/line_reader.h"
+#include "server/line_reader.h"
 
-#include "core/platform.h"
+#include "platform/platform.h"
+#include "wire/line_cut.h"
 
 namespace odbs {
 
@@ -20,7 +21,7 @@ bool LineReader::next(char (&line)[kMaxCommandLine + 1]) {
     char c = block_[pos_++];
     --unread_;
     line[stored++] = c;
-    if (c == '\n' || stored == kMaxCommandLine) break;
+    if (endsCommandLine(c, stored)) break;
   }
   line[stored] = '\0';
   line[stored - 1] = '\0';

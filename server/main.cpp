@@ -5,9 +5,9 @@
 #include <cstdlib>
 
 #include "access/registry.h"
-#include "core/dispatcher.h"
-#include "core/platform.h"
-#include "core/watchdog.h"
+#include "platform/platform.h"
+#include "server/dispatcher.h"
+#include "server/watchdog.h"
 
 int main(int argc, char** argv) {
   // Arguments are read like atoi: missing or malformed ones become 0.

@@ -24,7 +24,7 @@
 #include <mutex>
 #include <thread>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs::platform {
 

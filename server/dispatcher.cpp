@@ -1,4 +1,4 @@
-#include "core/dispatcher.h"
+#include "server/dispatcher.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,12 +8,12 @@
 
 #include "access/catalogue.h"
 #include "access/registry.h"
-#include "core/command_parse.h"
-#include "core/line_reader.h"
-#include "core/platform.h"
-#include "core/throughput.h"
 #include "model/model_export.h"
+#include "platform/platform.h"
 #include "results/results.h"
+#include "server/command_parse.h"
+#include "server/line_reader.h"
+#include "server/throughput.h"
 
 namespace odbs {
 

@@ -1,11 +1,11 @@
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 namespace {

@@ -1,7 +1,7 @@
 // The two pipe throughput tests of the protocol, used to measure a parent's reading speed.
 #pragma once
 
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 namespace odbs {
 

@@ -1,8 +1,8 @@
-#include "core/watchdog.h"
+#include "server/watchdog.h"
 
 #include "access/catalogue.h"
 #include "access/registry.h"
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 

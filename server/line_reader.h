@@ -9,9 +9,11 @@
 
 #include <cstddef>
 
-#include "core/record_format.h"
+#include "wire/line_cut.h"
 
 namespace odbs {
+
+constexpr size_t kInputBlockSize = 4096;  // command input is read in blocks of this size
 
 class LineReader {
  public:

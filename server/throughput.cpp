@@ -1,4 +1,4 @@
-#include "core/throughput.h"
+#include "server/throughput.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "core/command_state.h"
+#include "context/command_state.h"
 
 namespace odbs {
 

@@ -1,9 +1,9 @@
-#include "core/reply.h"
+#include "context/reply_channel.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "core/platform.h"
+#include "platform/platform.h"
 
 namespace odbs {
 

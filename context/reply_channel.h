@@ -16,10 +16,16 @@
 #include <memory>
 #include <string_view>
 
-#include "core/coding.h"
-#include "core/record_format.h"
+#include "wire/coding.h"
+#include "wire/frame.h"
+#include "wire/record_types.h"
 
 namespace odbs {
+
+// The pending output buffer: its size, and the limit that pending bytes plus one more
+// framed record must stay below, or the pending bytes are written first.
+constexpr size_t kPendingBufferSize = 40961;
+constexpr size_t kPendingFlushLimit = 40950;
 
 class RecordBuilder {
  public:

@@ -194,9 +194,9 @@ void Group::writeRaw(const std::string& name, hid_t ftype, hid_t mtype, const vo
                        "cannot make the shape of " + where(name));
   Handle dcpl = check(H5Pcreate(H5P_DATASET_CREATE), "cannot make a property list");
   H5Pset_obj_track_times(dcpl.id(), false);
-  Handle ds = check(
-      H5Dcreate2(id(), name.c_str(), ftype, space.id(), H5P_DEFAULT, dcpl.id(), H5P_DEFAULT),
-      "cannot create dataset " + where(name));
+  Handle ds =
+      check(H5Dcreate2(id(), name.c_str(), ftype, space.id(), H5P_DEFAULT, dcpl.id(), H5P_DEFAULT),
+            "cannot create dataset " + where(name));
   hsize_t n = 1;
   for (hsize_t d : dims) n *= d;
   if (n > 0)

@@ -40,6 +40,7 @@ done
 # HDF5's generators (H5detect, H5make_libsettings) run under Wine.
 . "$root/scripts/wine_env.sh"
 wine_start
+trap wine_stop EXIT
 
 # HDF5's try-run checks write their result files into the current folder, so cmake runs
 # from inside the build folder.

@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that building and testing need. A no-op when all are there.
+# With arguments, installs those packages instead (scripts/setup_windows.sh).
 set -euo pipefail
 packages=(cmake g++ clang libclang-rt-14-dev make pkg-config zlib1g-dev libhdf5-dev hdf5-tools
           nlohmann-json3-dev ccache libgtest-dev libgmock-dev libbenchmark-dev calculix-ccx)
+[ $# -gt 0 ] && packages=("$@")
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

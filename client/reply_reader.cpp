@@ -8,34 +8,8 @@
 
 namespace odbs::client {
 
-namespace {
-
-ReplyKind kindOf(std::string_view line) {
-  auto at = [&](size_t i) { return i < line.size() ? line[i] : '\0'; };
-  switch (at(0)) {
-    case 'C':
-    case 'D':
-    case 'd':
-      return ReplyKind::kNone;
-    case 'h':
-      return at(1) == 'o' || at(1) == 'b' ? ReplyKind::kNone : ReplyKind::kUntilEnd;
-    case 'i':
-      return at(1) == 'r' && at(2) == 'c' ? ReplyKind::kNone : ReplyKind::kUntilEnd;
-    case 'q':
-      return ReplyKind::kExit;
-    case 'u':
-      return ReplyKind::kUpgradeCheck;
-    case 'M':
-      return ReplyKind::kRawThenEnd;
-    default:
-      return ReplyKind::kUntilEnd;
-  }
-}
-
-}  // namespace
-
 ReplyShape replyShapeOf(std::string_view line) {
-  ReplyShape shape{kindOf(line), 0};
+  ReplyShape shape{commandRowOf(line).reply, 0};
   if (shape.kind == ReplyKind::kRawThenEnd) {
     int count = 0, size = 0;
     std::string args(line.size() > 2 ? line.substr(2) : std::string_view());

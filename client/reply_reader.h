@@ -16,16 +16,12 @@
 #include "client/deadline.h"
 #include "client/frame_reader.h"
 #include "client/record.h"
+#include "wire/command_table.h"
 
 namespace odbs::client {
 
-enum class ReplyKind {
-  kNone,          // nothing is written
-  kUntilEnd,      // records up to and including the end record
-  kUpgradeCheck,  // one upgrade-needed record, or records up to the end record
-  kExit,          // the server exits; nothing is written
-  kRawThenEnd,    // unframed bytes, then the end record
-};
+// The reply kinds of wire/command_table.h, the table the server's dispatcher runs on.
+using ReplyKind = odbs::ReplyKind;
 
 struct ReplyShape {
   ReplyKind kind = ReplyKind::kUntilEnd;
@@ -33,7 +29,7 @@ struct ReplyShape {
 };
 
 // The reply that the server gives to this command line (without its newline), decided by
-// the letters at positions 0 to 2 as the server's dispatcher decides them, and for M by
+// the command table that the server's dispatcher runs on, and for M by
 // its two numbers (read like the server: "%d %d" from position 2, bad numbers are 0).
 ReplyShape replyShapeOf(std::string_view line);
 inline ReplyKind replyKindOf(std::string_view line) {

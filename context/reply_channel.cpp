@@ -1,26 +1,23 @@
 #include "context/reply_channel.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cstring>
+#include <stdexcept>
+#include <string>
 
 #include "platform/platform.h"
 
 namespace odbs {
 
 RecordBuilder& RecordBuilder::bytes(const void* src, size_t n) {
-  if (kRecordBufferSize - len_ < n) {
-    truncated_ = true;
-    return *this;
-  }
+  if (kRecordBufferSize - len_ < n) return drop();
   len_ = static_cast<size_t>(putBytes(buf_ + len_, src, n) - buf_);
   return *this;
 }
 
 RecordBuilder& RecordBuilder::text(std::string_view s) {
-  if (kRecordBufferSize - len_ < 4) {
-    truncated_ = true;
-    return *this;
-  }
+  if (kRecordBufferSize - len_ < 4) return drop();
   size_t room = kRecordBufferSize - len_ - 4;
   if (s.size() > room) {
     s = s.substr(0, room);
@@ -36,7 +33,29 @@ void ReplyChannel::writeBytes(const void* data, size_t len) {
   platform::writeAll(fd_, data, len);
 }
 
+namespace {
+
+void refuseMalformed(const RecordBuilder& rec) {
+  if (rec.malformed()) {
+    throw std::length_error("record of type " + std::to_string(rec.type()) +
+                            " does not fit in one frame");
+  }
+}
+
+}  // namespace
+
+void ReplyChannel::send(const RecordBuilder& rec) {
+  refuseMalformed(rec);
+  sendRaw(rec.data(), rec.size());
+}
+
+void ReplyChannel::queue(const RecordBuilder& rec) {
+  refuseMalformed(rec);
+  queueRaw(rec.data(), rec.size());
+}
+
 void ReplyChannel::sendRaw(const uint8_t* record, size_t len) {
+  assert(len >= 1 && len <= kRecordBufferSize);
   uint8_t frame[kFrameHeaderSize + kRecordBufferSize];
   len = std::min(len, kRecordBufferSize);
   putU16(frame, static_cast<uint16_t>(len));
@@ -52,12 +71,17 @@ void ReplyChannel::sendEnd() {
   writeBytes(kEndFrame, sizeof kEndFrame);
 }
 
-void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
-  len = std::min(len, kRecordBufferSize);
+uint8_t* ReplyChannel::reserve(size_t len) {
   if (pending_len_ + len >= kPendingFlushLimit) flush();
-  uint8_t* p = putU16(pending_.get() + pending_len_, static_cast<uint16_t>(len));
-  std::memcpy(p, record, len);
+  uint8_t* record = putU16(pending_.get() + pending_len_, static_cast<uint16_t>(len));
   pending_len_ += kFrameHeaderSize + len;
+  return record;
+}
+
+void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
+  assert(len >= 1 && len <= kRecordBufferSize);
+  len = std::min(len, kRecordBufferSize);
+  std::memcpy(reserve(len), record, len);
 }
 
 void ReplyChannel::queueText(std::string_view text, uint8_t type) {
@@ -65,12 +89,10 @@ void ReplyChannel::queueText(std::string_view text, uint8_t type) {
 }
 
 uint8_t* ReplyChannel::queueFixed(uint8_t type, size_t bodyLen) {
-  size_t len = 1 + std::min(bodyLen, kRecordBufferSize - 1);
-  if (pending_len_ + len >= kPendingFlushLimit) flush();
-  uint8_t* p = putU16(pending_.get() + pending_len_, static_cast<uint16_t>(len));
-  *p = type;
-  pending_len_ += kFrameHeaderSize + len;
-  return p + 1;
+  assert(bodyLen < kRecordBufferSize);
+  uint8_t* record = reserve(1 + std::min(bodyLen, kRecordBufferSize - 1));
+  *record = type;
+  return record + 1;
 }
 
 void ReplyChannel::flush() {

@@ -32,7 +32,8 @@ class RecordBuilder {
   explicit RecordBuilder(uint8_t type) { buf_[0] = type; }
 
   // Each writer appends one value. A value that does not fit in the record buffer is
-  // dropped whole and the builder marks itself truncated; texts are cut to what fits.
+  // dropped whole and the builder marks itself malformed (the body lost its layout); a
+  // text is cut to what fits and its count says so, which leaves the record well-formed.
   RecordBuilder& i32(int32_t v) {
     return fixed(4, [v](uint8_t* p) { putI32(p, v); });
   }
@@ -52,25 +53,29 @@ class RecordBuilder {
   RecordBuilder& text(std::string_view s);  // counted text: u32 count, bytes
 
   uint8_t type() const { return buf_[0]; }
-  const uint8_t* data() const { return buf_; }  // type byte, then body
-  size_t size() const { return len_; }          // 1 + body length
-  bool truncated() const { return truncated_; }
+  const uint8_t* data() const { return buf_; }   // type byte, then body
+  size_t size() const { return len_; }           // 1 + body length
+  bool truncated() const { return truncated_; }  // a text was cut or a value dropped
+  bool malformed() const { return malformed_; }  // a value was dropped whole
 
  private:
   template <typename F>
   RecordBuilder& fixed(size_t n, F put) {
-    if (kRecordBufferSize - len_ < n) {
-      truncated_ = true;
-      return *this;
-    }
+    if (kRecordBufferSize - len_ < n) return drop();
     put(buf_ + len_);
     len_ += n;
+    return *this;
+  }
+
+  RecordBuilder& drop() {
+    truncated_ = malformed_ = true;
     return *this;
   }
 
   uint8_t buf_[kRecordBufferSize];
   size_t len_ = 1;
   bool truncated_ = false;
+  bool malformed_ = false;
 };
 
 class ReplyChannel {
@@ -83,18 +88,19 @@ class ReplyChannel {
   int fd() const { return fd_; }
 
   // ---- One write per record ----
-  void send(const RecordBuilder& rec) { sendRaw(rec.data(), rec.size()); }
+  // send and queue throw std::length_error, writing nothing, for a malformed record.
+  void send(const RecordBuilder& rec);
   // A counted-text record of the given type (the message record '|' by default).
   void sendText(std::string_view text, uint8_t type = kRecMessage);
   void sendEnd();
 
   // ---- Gathered in the pending output buffer ----
-  void queue(const RecordBuilder& rec) { queueRaw(rec.data(), rec.size()); }
+  void queue(const RecordBuilder& rec);
   void queueText(std::string_view text, uint8_t type);
   // Reserves a framed record of the given type and body length in the pending buffer and
   // returns where its body starts; the caller fills exactly bodyLen bytes. For fixed-size
   // bulk records (nodes, elements, values) without an intermediate copy.
-  // bodyLen must be below kRecordBufferSize.
+  // Precondition: bodyLen < kRecordBufferSize.
   uint8_t* queueFixed(uint8_t type, size_t bodyLen);
   // Writes the pending bytes, if any, with one write.
   void flush();
@@ -106,11 +112,17 @@ class ReplyChannel {
   size_t pendingLength() const { return pending_len_; }
 
   // The raw writers the layers above rest on. record = type byte + body.
+  // Precondition: 1 <= len <= kRecordBufferSize.
   void sendRaw(const uint8_t* record, size_t len);
   void queueRaw(const uint8_t* record, size_t len);
   void writeBytes(const void* data, size_t len);
 
  private:
+  // The one way into the pending buffer: makes room for a framed record of len bytes (type
+  // byte + body), writing the pending bytes first when pending + len would reach
+  // kPendingFlushLimit; stores the count and returns where the record goes.
+  uint8_t* reserve(size_t len);
+
   int fd_;
   std::unique_ptr<uint8_t[]> pending_;
   size_t pending_len_ = 0;

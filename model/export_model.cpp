@@ -5,11 +5,11 @@
 // root assembly block H 3... [4...]. Brackets: g only; H and I only in a multi-instance
 // model. Everything after the annotation goes through the pending buffer, flushed at the
 // end of each phase.
+#include "model/export_model.h"
+
 #include "model/material_record.h"
 #include "model/mesh_records.h"
-#include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/section_export.h"
 
 namespace odbs {
@@ -38,7 +38,6 @@ void sendMesh(const odb_DiscreteEntity& entity, bool header, bool nodesOnly,
 }  // namespace
 
 void exportModel(OdbContext& ctx, bool nodesOnly, ReplyChannel& out) {
-  PendingGuard guard(out);
   odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);
   if (!nodesOnly) sendAnnotationLines(odb, out);

@@ -5,11 +5,11 @@
 // "INSTANCE.NAME": that instance's own element set NAME (behind H ... I in a
 // multi-instance model); when INSTANCE is the root assembly's name, the root assembly's set
 // NAME as above, without an instance's own set.
+#include "model/named_sets.h"
+
 #include <exception>
 
-#include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/set_records.h"
 
 namespace odbs {
@@ -61,7 +61,6 @@ void queueDottedName(const odb_Assembly& assembly, const std::string& name, size
 }  // namespace
 
 void sendNamedSets(OdbContext& ctx, const std::vector<Criterion>& criteria, ReplyChannel& out) {
-  PendingGuard guard(out);
   if (criteria.empty()) return;
   const odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);

@@ -1,6 +1,6 @@
 // irf (the model restricted by the criteria list) and is (the section assignments): these
 // replies carry no records yet; the client receives the end record alone.
-#include "model/model_export.h"
+#include "model/other_exports.h"
 
 namespace odbs {
 

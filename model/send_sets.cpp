@@ -3,11 +3,11 @@
 // Per instance, in key order, for each kind: the root assembly's sets of that kind with
 // the members in this instance, then (H) the instance's own sets (I). H and I only in a
 // multi-instance model.
+#include "model/send_sets.h"
+
 #include <exception>
 
-#include "model/model_export.h"
 #include "model/model_header.h"
-#include "model/pending_guard.h"
 #include "model/set_records.h"
 
 namespace odbs {
@@ -47,7 +47,6 @@ struct SetWalk {
 }  // namespace
 
 void sendSets(OdbContext& ctx, int mode, bool coupling, ReplyChannel& out) {
-  PendingGuard guard(out);
   const odb_Odb& odb = *ctx.odb;
   sendModelHeader(odb, out);
   const odb_Assembly& assembly = odb.rootAssembly();

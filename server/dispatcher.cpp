@@ -3,247 +3,226 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <string>
+#include <vector>
 
 #include "access/catalogue.h"
 #include "access/registry.h"
-#include "model/model_export.h"
+#include "model/export_model.h"
+#include "model/named_sets.h"
+#include "model/other_exports.h"
+#include "model/send_sets.h"
 #include "platform/platform.h"
 #include "results/results.h"
 #include "server/command_parse.h"
 #include "server/line_reader.h"
 #include "server/throughput.h"
+#include "wire/command_table.h"
 
 namespace odbs {
 
 namespace {
 
-// What the dispatcher writes after a handler.
-enum class Reply { kEnd, kNone };
+// What one command line hands to its procedure.
+struct Call {
+  ReplyChannel& out;
+  CommandState& st;
+  const char* line;
+  const CommandRow& row;
+  bool endReplaced = false;  // set by u when its record takes the end record's place
 
-using Proc = Reply (*)(ReplyChannel& out, CommandState& st, const char* line);
+  // The database name: the rest of the line from the row's name position.
+  std::string name() const { return std::string(lineFrom(line, row.namePos)); }
+};
+
+using Proc = void (*)(Call& c);
 
 void reportAllocationFailure(const char* file, int line) {
   std::fprintf(stderr, "Memory allocation error!!!!\n");
   std::fprintf(stderr, "FILE :%s , LINE :%d\n", file, line);
 }
 
-// Runs a database command. Any exception (the look-up's "Error openOdb" included) is
-// dropped without a word: the client sees the end record alone.
-template <typename F>
-void guarded(F&& body) {
-  try {
-    body();
-  } catch (...) {
-  }
-}
-
-std::string nameFrom(const char* line, size_t pos) {
-  return std::string(lineFrom(line, pos));
-}
-
 // ---- Commands without a database --------------------------------------------------
 
-Reply cmdFreeResultCache(ReplyChannel&, CommandState& st, const char*) {
-  st.resultCache.clear();
-  st.resultCache.shrink_to_fit();
-  return Reply::kNone;
+void cmdFreeResultCache(Call& c) {
+  c.st.resultCache.clear();
+  c.st.resultCache.shrink_to_fit();
 }
 
-Reply cmdRequestDefined(ReplyChannel&, CommandState& st, const char* line) {
-  st.request = parseRequest(line, true);
-  return Reply::kNone;
+void cmdRequestDefined(Call& c) {
+  c.st.request = parseRequest(c.line, true);
 }
 
-Reply cmdRequestUndefined(ReplyChannel&, CommandState& st, const char* line) {
-  st.request = parseRequest(line, false);
-  return Reply::kNone;
+void cmdRequestUndefined(Call& c) {
+  c.st.request = parseRequest(c.line, false);
 }
 
-Reply cmdRawWrites(ReplyChannel& out, CommandState&, const char* line) {
-  runRawWriteTest(lineFrom(line, 2), out);
-  return Reply::kEnd;
+void cmdRawWrites(Call& c) {
+  runRawWriteTest(lineFrom(c.line, 2), c.out);
 }
 
-Reply cmdFramedRecords(ReplyChannel& out, CommandState&, const char* line) {
-  runFramedRecordTest(lineFrom(line, 2), out);
-  return Reply::kEnd;
+void cmdFramedRecords(Call& c) {
+  runFramedRecordTest(lineFrom(c.line, 2), c.out);
 }
 
-Reply cmdCacheBaseName(ReplyChannel&, CommandState&, const char* line) {
-  setCatalogueBaseName(nameFrom(line, 2));
-  return Reply::kEnd;
+void cmdCacheBaseName(Call& c) {
+  setCatalogueBaseName(lineFrom(c.line, 2));
 }
 
-Reply cmdSelectionSize(ReplyChannel&, CommandState& st, const char* line) {
+void cmdSelectionSize(Call& c) {
   try {
-    resetSelection(line, &st.selection);
+    resetSelection(c.line, &c.st.selection);
   } catch (const std::bad_alloc&) {
     reportAllocationFailure(__FILE__, __LINE__);
-    st.selection = SelectionList();
+    c.st.selection = SelectionList();
   }
-  return Reply::kEnd;
 }
 
-Reply cmdSelectionLabels(ReplyChannel&, CommandState& st, const char* line) {
+void cmdSelectionLabels(Call& c) {
   try {
-    appendSelection(line, &st.selection);
+    appendSelection(c.line, &c.st.selection);
   } catch (const std::bad_alloc&) {
     reportAllocationFailure(__FILE__, __LINE__);
   }
-  return Reply::kEnd;
 }
 
-Reply cmdProcessId(ReplyChannel& out, CommandState&, const char*) {
-  out.send(RecordBuilder(kRecProcessId).i32(platform::processId()));
-  return Reply::kEnd;
+void cmdProcessId(Call& c) {
+  c.out.send(RecordBuilder(kRecProcessId).i32(platform::processId()));
 }
 
-Reply cmdQuit(ReplyChannel&, CommandState&, const char*) {
-  guarded([] { shutdownAll(); });
-  guarded([] { finalizeDatabases(); });
+void cmdQuit(Call&) {
+  // The library is finalised even when closing a database failed.
+  try {
+    shutdownAll();
+  } catch (...) {
+  }
+  try {
+    finalizeDatabases();
+  } catch (...) {
+  }
   platform::exitProcess();
 }
 
-Reply cmdVFlag(ReplyChannel&, CommandState& st, const char* line) {
-  st.vFlag = std::atoi(lineFrom(line, 2)) >= 1 ? 1 : -1;
-  return Reply::kEnd;
+void cmdVFlag(Call& c) {
+  c.st.vFlag = std::atoi(lineFrom(c.line, 2)) >= 1 ? 1 : -1;
+}
+
+void cmdHistoryNew(Call& c) {
+  // The list is sized by the names that hb appends, not by the announced count.
+  c.st.historyNames.clear();
+}
+
+void cmdHistoryName(Call& c) {
+  c.st.historyNames.emplace_back(lineFrom(c.line, 3));
+}
+
+void cmdCriterion(Call& c) {
+  if (auto criterion = parseCriterion(c.line)) c.st.criteria.push_back(std::move(*criterion));
 }
 
 // ---- Database registry ---------------------------------------------------------------
 
-Reply cmdOpen(ReplyChannel& out, CommandState&, const char* line) {
-  guarded([&] { lookupOrOpen(nameFrom(line, 2), out); });
-  return Reply::kEnd;
+void cmdOpen(Call& c) {
+  lookupOrOpen(c.name(), c.out);
 }
 
-Reply cmdClose(ReplyChannel& out, CommandState&, const char* line) {
-  guarded([&] { closeDatabase(nameFrom(line, 2), out); });
-  return Reply::kEnd;
+void cmdClose(Call& c) {
+  closeDatabase(c.name(), c.out);
 }
 
-Reply cmdList(ReplyChannel&, CommandState&, const char*) {
-  guarded([] { visitOpenDatabases(); });
-  return Reply::kEnd;
+void cmdList(Call&) {
+  visitOpenDatabases();
 }
 
 // The upgrade-needed record takes the place of the end record.
-Reply cmdUpgradeCheck(ReplyChannel& out, CommandState&, const char* line) {
-  bool outstanding = false;
-  guarded([&] { outstanding = upgradeOutstanding(nameFrom(line, 2)); });
-  if (!outstanding) return Reply::kEnd;
+void cmdUpgradeCheck(Call& c) {
+  if (!upgradeOutstanding(c.name())) return;
   static const uint8_t kUpgradeNeeded[] = {kRecMessage, 1, 0, 0, 0};
-  out.sendRaw(kUpgradeNeeded, sizeof kUpgradeNeeded);
-  return Reply::kNone;
+  c.out.sendRaw(kUpgradeNeeded, sizeof kUpgradeNeeded);
+  c.endReplaced = true;
 }
 
-Reply cmdCatalogue(ReplyChannel& out, CommandState& st, const char* line) {
-  guarded([&] {
-    OdbContext& ctx = lookupOrOpen(nameFrom(line, 3), out);
-    char sub = *lineFrom(line, 1);
-    switch (sub) {
-      case 'd':
-      case 'D':
-        st.catalogueMode = sub == 'D';
-        sendCatalogue(ctx, st.catalogueMode, out);
-        break;
-      case 's':
-      case 'S':
-      case 'v':
-      case 'V':
-      case 'n':
-      case 'N':
-        st.catalogueMode = sub >= 'A' && sub <= 'Z';
-        break;
-      default:
-        break;
-    }
-  });
-  return Reply::kEnd;
+void cmdCatalogue(Call& c) {
+  OdbContext& ctx = lookupOrOpen(c.name(), c.out);
+  char sub = *lineFrom(c.line, 1);
+  switch (sub) {
+    case 'd':
+    case 'D':
+      c.st.catalogueMode = sub == 'D';
+      sendCatalogue(ctx, c.st.catalogueMode, c.out);
+      break;
+    case 's':
+    case 'S':
+    case 'v':
+    case 'V':
+    case 'n':
+    case 'N':
+      c.st.catalogueMode = sub >= 'A' && sub <= 'Z';
+      break;
+    default:
+      break;
+  }
 }
 
 // ---- Model -----------------------------------------------------------------------------
 
-Reply cmdModelNodes(ReplyChannel& out, CommandState&, const char* line) {
-  guarded([&] { exportModel(lookupOrOpen(nameFrom(line, 2), out), true, out); });
-  return Reply::kEnd;
+void cmdModelNodes(Call& c) {
+  exportModel(lookupOrOpen(c.name(), c.out), true, c.out);
 }
 
-Reply cmdModel(ReplyChannel& out, CommandState&, const char* line) {
-  guarded([&] { exportModel(lookupOrOpen(nameFrom(line, 2), out), false, out); });
-  return Reply::kEnd;
+void cmdModel(Call& c) {
+  exportModel(lookupOrOpen(c.name(), c.out), false, c.out);
 }
 
-Reply setsCommand(ReplyChannel& out, const char* line, int mode) {
-  guarded([&] {
-    OdbContext& ctx = lookupOrOpen(nameFrom(line, 6), out);
-    ctx.setOption = *lineFrom(line, 2) == '1';
-    sendSets(ctx, mode, *lineFrom(line, 4) == '1', out);
-  });
-  return Reply::kEnd;
+void setsCommand(Call& c, int mode) {
+  OdbContext& ctx = lookupOrOpen(c.name(), c.out);
+  ctx.setOption = *lineFrom(c.line, 2) == '1';
+  sendSets(ctx, mode, *lineFrom(c.line, 4) == '1', c.out);
 }
 
-Reply cmdSets(ReplyChannel& out, CommandState&, const char* line) {
-  return setsCommand(out, line, 0);
+void cmdSets(Call& c) {
+  setsCommand(c, 0);
 }
-Reply cmdSetsMode1(ReplyChannel& out, CommandState&, const char* line) {
-  return setsCommand(out, line, 1);
+void cmdSetsMode1(Call& c) {
+  setsCommand(c, 1);
 }
 
-// i: irc (criteria, silent), irf (filtered model), irs (named sets), is (assignments).
-Reply cmdInquiry(ReplyChannel& out, CommandState& st, const char* line) {
-  const char* sub = lineFrom(line, 1);
-  if (std::strncmp(sub, "rc", 2) == 0) {
-    if (auto c = parseCriterion(line)) st.criteria.push_back(std::move(*c));
-    return Reply::kNone;
-  }
-  if (std::strncmp(sub, "rf", 2) == 0) {
-    guarded([&] { exportFilteredModel(lookupOrOpen(nameFrom(line, 4), out), st.criteria, out); });
-    st.criteria.clear();
-  } else if (std::strncmp(sub, "rs", 2) == 0) {
-    guarded([&] {
-      OdbContext& ctx = lookupOrOpen(nameFrom(line, 6), out);
-      ctx.setOption = *lineFrom(line, 4) == '1';
-      sendNamedSets(ctx, st.criteria, out);
-    });
-  } else if (*sub == 's') {
-    guarded([&] { exportSectionAssignments(lookupOrOpen(nameFrom(line, 5), out), out); });
-  }
-  return Reply::kEnd;
+void cmdFilteredModel(Call& c) {
+  // The criteria list is used up even when the export fails.
+  std::vector<Criterion> criteria = std::move(c.st.criteria);
+  c.st.criteria.clear();
+  exportFilteredModel(lookupOrOpen(c.name(), c.out), criteria, c.out);
+}
+
+void cmdNamedSets(Call& c) {
+  OdbContext& ctx = lookupOrOpen(c.name(), c.out);
+  ctx.setOption = *lineFrom(c.line, 4) == '1';
+  sendNamedSets(ctx, c.st.criteria, c.out);
+}
+
+void cmdSectionAssignments(Call& c) {
+  exportSectionAssignments(lookupOrOpen(c.name(), c.out), c.out);
 }
 
 // ---- Results ---------------------------------------------------------------------------
 
-// h: hi (all regions), hr (one region), ho / hb (history name list, silent).
-Reply cmdHistory(ReplyChannel& out, CommandState& st, const char* line) {
-  switch (*lineFrom(line, 1)) {
-    case 'i':
-      guarded(
-          [&] { sendHistory(lookupOrOpen(nameFrom(line, 3), out), 0, 0, st.historyNames, out); });
-      return Reply::kEnd;
-    case 'r': {
-      int number = 0;
-      std::string name;
-      parseHistoryRegion(line, &number, &name);
-      guarded([&] { sendHistory(lookupOrOpen(name, out), 1, number, st.historyNames, out); });
-      return Reply::kEnd;
-    }
-    case 'o':
-      // The list is sized by the names that hb appends, not by the announced count.
-      st.historyNames.clear();
-      return Reply::kNone;
-    case 'b':
-      st.historyNames.emplace_back(lineFrom(line, 3));
-      return Reply::kNone;
-    default:
-      return Reply::kEnd;
-  }
+void cmdHistoryAll(Call& c) {
+  sendHistory(lookupOrOpen(c.name(), c.out), 0, 0, c.st.historyNames, c.out);
 }
 
-Reply cmdResults(ReplyChannel& out, CommandState& st, const char* line) {
+void cmdHistoryRegion(Call& c) {
+  int number = 0;
+  std::string name;
+  parseHistoryRegion(c.line, &number, &name);
+  sendHistory(lookupOrOpen(name, c.out), 1, number, c.st.historyNames, c.out);
+}
+
+void cmdResults(Call& c) {
+  CommandState& st = c.st;
   st.sectionPoints = SectionPointPair();
-  char sub = *lineFrom(line, 1);
+  char sub = *lineFrom(c.line, 1);
 
   FieldRequest req;
   req.param1 = st.request.param1;
@@ -253,12 +232,12 @@ Reply cmdResults(ReplyChannel& out, CommandState& st, const char* line) {
   req.requestDefined = st.request.defined;
   req.positionCode = st.request.positionCode;
 
-  std::string name = nameFrom(line, 3);
+  std::string name = c.name();
   switch (sub) {
     case 'l':
     case 'L': {
-      auto db = parseSectionPointRequest(line, &st.sectionPoints);
-      if (!db) return Reply::kEnd;
+      auto db = parseSectionPointRequest(c.line, &st.sectionPoints);
+      if (!db) return;
       name = *db;
       req.resultMode = 0;
       break;
@@ -280,19 +259,17 @@ Reply cmdResults(ReplyChannel& out, CommandState& st, const char* line) {
       req.resultMode = -2;
       break;
     case 'd':
-      guarded([&] { sendContactStatus(lookupOrOpen(name, out), st.request, st.selection, out); });
-      return Reply::kEnd;
+      sendContactStatus(lookupOrOpen(name, c.out), st.request, st.selection, c.out);
+      return;
     case 'n':
     case 'N':
     case 'g':
     case 'G': {
-      auto region = parseRegionWord(line, sub == 'n' || sub == 'N');
-      if (!region) return Reply::kEnd;
-      guarded([&] {
-        sendRegionField(lookupOrOpen(region->database, out), st.request, req.upperCase, *region,
-                        out);
-      });
-      return Reply::kEnd;
+      auto region = parseRegionWord(c.line, sub == 'n' || sub == 'N');
+      if (!region) return;
+      sendRegionField(lookupOrOpen(region->database, c.out), st.request, req.upperCase, *region,
+                      c.out);
+      return;
     }
     default:
       req.resultMode = -3;
@@ -300,63 +277,103 @@ Reply cmdResults(ReplyChannel& out, CommandState& st, const char* line) {
       break;
   }
   req.sectionPoints = st.sectionPoints;
-  guarded([&] { walkField(lookupOrOpen(name, out), req, st.resultCache, out); });
-  return Reply::kEnd;
+  walkField(lookupOrOpen(name, c.out), req, st.resultCache, c.out);
 }
 
 // ---- The command table -----------------------------------------------------------------
 
-struct Command {
-  char letter;
-  Proc proc;
+// What happens to records still pending when a procedure ends by an exception. They are
+// written before the end record, except for the model family, whose reply must not carry
+// the part of a model that was queued before the failure.
+enum class OnFailure : uint8_t { kSendPending, kDropPending };
+
+struct Handler {
+  std::string_view prefix;  // joins the row of wire/command_table.h
+  Proc proc;                // nullptr: nothing but the reply kind's closing
+  OnFailure onFailure;
 };
 
-const Command kCommands[] = {
-    {'C', cmdFreeResultCache},
-    {'D', cmdRequestDefined},
-    {'G', cmdModelNodes},
-    {'M', cmdRawWrites},
-    {'S', cmdSets},
-    {'T', cmdCacheBaseName},
-    {'a', cmdSelectionSize},
-    {'b', cmdSelectionLabels},
-    {'c', cmdClose},
-    {'d', cmdRequestUndefined},
-    {'f', cmdCatalogue},
-    {'g', cmdModel},
-    {'h', cmdHistory},
-    {'i', cmdInquiry},
-    {'l', cmdList},
-    {'m', cmdFramedRecords},
-    {'o', cmdOpen},
-    {'p', cmdProcessId},
-    {'q', cmdQuit},
-    {'r', cmdResults},
-    {'s', cmdSetsMode1},
-    {'u', cmdUpgradeCheck},
-    {'v', cmdVFlag},
+constexpr OnFailure kSend = OnFailure::kSendPending;
+constexpr OnFailure kDrop = OnFailure::kDropPending;
+
+constexpr Handler kHandlers[] = {
+    {"", nullptr, kSend},
+    {"C", cmdFreeResultCache, kSend},
+    {"D", cmdRequestDefined, kSend},
+    {"G", cmdModelNodes, kDrop},
+    {"M", cmdRawWrites, kSend},
+    {"S", cmdSets, kDrop},
+    {"T", cmdCacheBaseName, kSend},
+    {"a", cmdSelectionSize, kSend},
+    {"b", cmdSelectionLabels, kSend},
+    {"c", cmdClose, kSend},
+    {"d", cmdRequestUndefined, kSend},
+    {"f", cmdCatalogue, kSend},
+    {"g", cmdModel, kDrop},
+    {"h", nullptr, kSend},
+    {"hb", cmdHistoryName, kSend},
+    {"hi", cmdHistoryAll, kSend},
+    {"ho", cmdHistoryNew, kSend},
+    {"hr", cmdHistoryRegion, kSend},
+    {"i", nullptr, kSend},
+    {"irc", cmdCriterion, kSend},
+    {"irf", cmdFilteredModel, kDrop},
+    {"irs", cmdNamedSets, kDrop},
+    {"is", cmdSectionAssignments, kDrop},
+    {"l", cmdList, kSend},
+    {"m", cmdFramedRecords, kSend},
+    {"o", cmdOpen, kSend},
+    {"p", cmdProcessId, kSend},
+    {"q", cmdQuit, kSend},
+    {"r", cmdResults, kSend},
+    {"s", cmdSetsMode1, kDrop},
+    {"u", cmdUpgradeCheck, kSend},
+    {"v", cmdVFlag, kSend},
 };
 
-Proc findCommand(unsigned char letter) {
-  static const auto table = [] {
-    struct Table {
-      Proc procs[256] = {};
-    } t;
-    for (const Command& c : kCommands) t.procs[static_cast<unsigned char>(c.letter)] = c.proc;
-    return t;
-  }();
-  return table.procs[letter];
+// kHandlers lists the rows of the command table in the table's order.
+constexpr bool joinedWithTheTable() {
+  if (std::size(kHandlers) != std::size(kCommandTable)) return false;
+  for (size_t i = 0; i < std::size(kHandlers); ++i)
+    if (kHandlers[i].prefix != kCommandTable[i].prefix) return false;
+  return true;
+}
+static_assert(joinedWithTheTable(), "one handler per row of the command table, in its order");
+
+const Handler& handlerOf(const CommandRow& row) {
+  return kHandlers[&row - kCommandTable];
 }
 
 }  // namespace
 
 void Dispatcher::run(const char* line) {
-  Proc proc = findCommand(static_cast<unsigned char>(line[0]));
-  Reply reply = proc ? proc(out_, state_, line) : Reply::kEnd;
-  // Handlers flush what they queued; a handler cut short by an exception may not have,
-  // and its records must still arrive before the end record.
+  const CommandRow& row = commandRowOf(line);
+  const Handler& handler = handlerOf(row);
+  Call call{out_, state_, line, row};
+  if (handler.proc != nullptr) {
+    // Every exception ends here: a bad database or a failing handler never ends the
+    // server, and the reply is still closed as its kind says.
+    try {
+      handler.proc(call);
+    } catch (...) {
+      if (handler.onFailure == OnFailure::kDropPending) out_.discardPending();
+    }
+  }
+  // Handlers flush what they queued; one cut short by an exception may not have, and its
+  // records must still arrive before the end record.
   out_.flush();
-  if (reply == Reply::kEnd) out_.sendEnd();
+  switch (row.reply) {
+    case ReplyKind::kUntilEnd:
+    case ReplyKind::kRawThenEnd:
+      out_.sendEnd();
+      break;
+    case ReplyKind::kUpgradeCheck:
+      if (!call.endReplaced) out_.sendEnd();
+      break;
+    case ReplyKind::kNone:
+    case ReplyKind::kExit:
+      break;
+  }
 }
 
 void runCommandLoop(int inFd, int outFd) {

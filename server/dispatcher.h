@@ -1,11 +1,15 @@
-// The command dispatcher: one command line in, the handler of its letter run, the reply
-// closed with the end record where the command has one.
+// The command dispatcher: one command line in, the handler of its row of the command table
+// (wire/command_table.h) run, the reply closed as the row's reply kind says.
 //
 // Commands C, D, d, ho, hb and irc write nothing at all, q ends the process, u writes
 // either the upgrade-needed record or the end record; every other line, unknown letters
 // and empty lines included, is answered with exactly one end record after whatever its
-// handler sent. Exceptions from database handlers are swallowed so that a bad database
-// never ends the server.
+// handler sent.
+//
+// The dispatcher alone decides what happens when a handler ends by an exception: the
+// exception is dropped without a word (a bad database never ends the server), records
+// still pending are written before the end record, except for the model family (G, g, S,
+// s, irs, irf, is), whose pending records are dropped, and the reply is closed as usual.
 #pragma once
 
 #include "context/command_state.h"

@@ -18,6 +18,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "client/server_process.h"
 #include "odb/writer.h"
@@ -37,19 +38,14 @@ struct Args {
 Args parse(int argc, char** argv) {
   Args a;
   a.server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i + 1 < argc; i += 2) {
-    std::string k = argv[i], v = argv[i + 1];
-    if (k == "--server")
-      a.server = v;
-    else if (k == "--steps")
-      a.steps = std::atoi(v.c_str());
-    else if (k == "--frames")
-      a.frames = std::atoi(v.c_str());
-    else if (k == "--runs")
-      a.runs = std::atoi(v.c_str());
-    else if (k == "--dir")
-      a.dir = v;
-  }
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {{"--server", true, [&](const char* v) { a.server = v; }},
+       {"--steps", true, [&](const char* v) { a.steps = std::atoi(v); }},
+       {"--frames", true, [&](const char* v) { a.frames = std::atoi(v); }},
+       {"--runs", true, [&](const char* v) { a.runs = std::atoi(v); }},
+       {"--dir", true, [&](const char* v) { a.dir = v; }}},
+      "usage: catalogue_bench [--server PATH] [--steps N] [--frames N] [--runs N] [--dir D]");
   return a;
 }
 

@@ -31,33 +31,8 @@ Mesh meshFor(const Options& o) {
 }
 
 void addMesh(odb::EntityWriter part, const Mesh& m, bool shells, int32_t category) {
-  odb::EntityData& d = *part.data();
-  const int s = m.n + 1;
-  d.nodes.labels.resize(size_t(m.nodes));
-  d.nodes.coordinates.resize(size_t(m.nodes) * 3);
-  for (int64_t i = 0; i < m.nodes; ++i) {
-    d.nodes.labels[size_t(i)] = int32_t(i + 1);
-    d.nodes.coordinates[size_t(3 * i)] = float(i % s);
-    d.nodes.coordinates[size_t(3 * i + 1)] = float((i / s) % s);
-    d.nodes.coordinates[size_t(3 * i + 2)] = shells ? 0.f : float(i / (int64_t(s) * s));
-  }
-  odb::ElementData& e = d.elements;
-  const int per = shells ? 4 : 8;
-  e.typeNames = {shells ? "S4R" : "C3D8"};
-  e.labels.resize(size_t(m.elements));
-  e.typeIndex.assign(size_t(m.elements), 0);
-  e.categoryIndex.assign(size_t(m.elements), category);
-  e.offsets.resize(size_t(m.elements) + 1);
-  e.connectivity.resize(size_t(m.elements) * per);
-  for (int64_t k = 0; k < m.elements; ++k) {
-    int64_t x = k % m.n, y = (k / m.n) % m.n, z = shells ? 0 : k / (int64_t(m.n) * m.n);
-    int32_t b = int32_t(1 + x + s * (y + int64_t(s) * z)), ss = s * s;
-    int32_t c[8] = {b, b + 1, b + 1 + s, b + s, b + ss, b + 1 + ss, b + 1 + s + ss, b + s + ss};
-    std::copy(c, c + per, e.connectivity.begin() + long(k * per));
-    e.labels[size_t(k)] = int32_t(k + 1);
-    e.offsets[size_t(k + 1)] = (k + 1) * per;
-  }
-  std::vector<int32_t> all(d.nodes.labels);
+  addBlockMesh(part, m.n, shells, category);
+  std::vector<int32_t> all(part.data()->nodes.labels);
   part.addNodeSet("ALL", all);
 }
 
@@ -137,6 +112,39 @@ int64_t writeFrame(odb::Writer& w, const Options& o, const Mesh& m, double seed,
 }
 
 }  // namespace
+
+void addBlockMesh(odb::EntityWriter part, int n, bool shells, int32_t category) {
+  Mesh m;
+  m.n = n;
+  m.nodes = shells ? int64_t(n + 1) * (n + 1) : int64_t(n + 1) * (n + 1) * (n + 1);
+  m.elements = shells ? int64_t(n) * n : int64_t(n) * n * n;
+  odb::EntityData& d = *part.data();
+  const int s = m.n + 1;
+  d.nodes.labels.resize(size_t(m.nodes));
+  d.nodes.coordinates.resize(size_t(m.nodes) * 3);
+  for (int64_t i = 0; i < m.nodes; ++i) {
+    d.nodes.labels[size_t(i)] = int32_t(i + 1);
+    d.nodes.coordinates[size_t(3 * i)] = float(i % s);
+    d.nodes.coordinates[size_t(3 * i + 1)] = float((i / s) % s);
+    d.nodes.coordinates[size_t(3 * i + 2)] = shells ? 0.f : float(i / (int64_t(s) * s));
+  }
+  odb::ElementData& e = d.elements;
+  const int per = shells ? 4 : 8;
+  e.typeNames = {shells ? "S4R" : "C3D8"};
+  e.labels.resize(size_t(m.elements));
+  e.typeIndex.assign(size_t(m.elements), 0);
+  e.categoryIndex.assign(size_t(m.elements), category);
+  e.offsets.resize(size_t(m.elements) + 1);
+  e.connectivity.resize(size_t(m.elements) * per);
+  for (int64_t k = 0; k < m.elements; ++k) {
+    int64_t x = k % m.n, y = (k / m.n) % m.n, z = shells ? 0 : k / (int64_t(m.n) * m.n);
+    int32_t b = int32_t(1 + x + s * (y + int64_t(s) * z)), ss = s * s;
+    int32_t c[8] = {b, b + 1, b + 1 + s, b + s, b + ss, b + 1 + ss, b + 1 + s + ss, b + s + ss};
+    std::copy(c, c + per, e.connectivity.begin() + long(k * per));
+    e.labels[size_t(k)] = int32_t(k + 1);
+    e.offsets[size_t(k + 1)] = (k + 1) * per;
+  }
+}
 
 Summary generate(const std::string& path, const Options& o) {
   Mesh m = meshFor(o);

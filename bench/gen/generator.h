@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <string>
 
+#include "odb/writer.h"
+
 namespace odbgen {
 
 struct Options {
@@ -26,6 +28,12 @@ struct Summary {
   int64_t nodes = 0, elements = 0, frames = 0;
   int64_t largestFieldBytes = 0;  // bytes of the largest single field output's arrays
 };
+
+// Adds the nodes and elements of a structured block to part: n x n x n eight-node
+// hexahedra (C3D8) on (n+1)^3 nodes at unit spacing, or for shells n x n four-node shells
+// (S4R) in the plane z = 0. Labels count from 1, x fastest; every element gets the section
+// category `category` (-1: none).
+void addBlockMesh(odb::EntityWriter part, int n, bool shells, int32_t category);
 
 // Writes the database to path and returns what it holds. Throws on failure.
 Summary generate(const std::string& path, const Options& options);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "bench/gen/generator.h"
 #include "odb/writer.h"
 
 namespace odbs::bench {
@@ -18,41 +19,12 @@ void writeHexModel(const std::string& path, int n) {
   w.addMaterial(steel);
 
   odb::EntityWriter part = w.addInstance("PART-1-1");
-  odb::EntityData& d = *part.data();
-  const int m = n + 1;
-  const size_t nodes = size_t(m) * m * m, elems = size_t(n) * n * n;
-  d.nodes.labels.resize(nodes);
-  d.nodes.coordinates.resize(nodes * 3);
-  for (size_t i = 0; i < nodes; ++i) {
-    d.nodes.labels[i] = int32_t(i + 1);
-    d.nodes.coordinates[3 * i] = float(i % m);
-    d.nodes.coordinates[3 * i + 1] = float((i / m) % m);
-    d.nodes.coordinates[3 * i + 2] = float(i / (size_t(m) * m));
-  }
-  odb::ElementData& e = d.elements;
-  e.typeNames = {"C3D8"};
-  e.labels.resize(elems);
-  e.typeIndex.assign(elems, 0);
-  e.categoryIndex.assign(elems, category);
-  e.offsets.resize(elems + 1);
-  e.connectivity.resize(elems * 8);
-  size_t k = 0;
-  const int32_t mm = m * m;
-  for (int z = 0; z < n; ++z) {
-    for (int y = 0; y < n; ++y) {
-      for (int x = 0; x < n; ++x, ++k) {
-        int32_t b = int32_t(1 + x + m * (y + m * z));
-        int32_t c[8] = {b, b + 1, b + 1 + m, b + m, b + mm, b + 1 + mm, b + 1 + m + mm, b + m + mm};
-        std::copy(c, c + 8, e.connectivity.begin() + long(8 * k));
-        e.labels[k] = int32_t(k + 1);
-        e.offsets[k + 1] = int64_t(8 * (k + 1));
-      }
-    }
-  }
+  odbgen::addBlockMesh(part, n, false, category);
+  const std::vector<int32_t>& labels = part.data()->elements.labels;
   odb::SetData block;
   block.name = "BLOCK";
   block.type = odb_Enum::ELEMENT_SET;
-  block.addMembers(part.name(), e.labels);
+  block.addMembers(part.name(), labels);
   part.addSet(block);
   part.addSectionAssignment("Section-BLOCK", block);
   w.close();

@@ -20,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "bench/model/model_generator.h"
 #include "client/client_error.h"
@@ -107,31 +108,14 @@ void compare(ServerProcess& server, const char* what, const std::string& line, i
 Args parseArgs(int argc, char** argv) {
   Args a;
   a.server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i < argc; ++i) {
-    auto next = [&]() -> const char* {
-      if (i + 1 >= argc) {
-        std::fprintf(stderr, "%s needs a value\n", argv[i]);
-        std::exit(2);
-      }
-      return argv[++i];
-    };
-    if (std::strcmp(argv[i], "--server") == 0) {
-      a.server = next();
-    } else if (std::strcmp(argv[i], "--runs") == 0) {
-      a.runs = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--n") == 0) {
-      a.n = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--full") == 0) {
-      a.n = 100;
-    } else if (std::strcmp(argv[i], "--sets") == 0) {
-      a.sets = std::max(2, std::atoi(next()));
-    } else {
-      std::fprintf(stderr,
-                   "usage: model_throughput [--server PATH] [--runs N] [--n N | --full] "
-                   "[--sets K]\n");
-      std::exit(2);
-    }
-  }
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {{"--server", true, [&](const char* v) { a.server = v; }},
+       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+       {"--n", true, [&](const char* v) { a.n = std::max(1, std::atoi(v)); }},
+       {"--full", false, [&](const char*) { a.n = 100; }},
+       {"--sets", true, [&](const char* v) { a.sets = std::max(2, std::atoi(v)); }}},
+      "usage: model_throughput [--server PATH] [--runs N] [--n N | --full] [--sets K]");
   return a;
 }
 

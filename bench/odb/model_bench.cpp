@@ -17,6 +17,7 @@
 #include <vector>
 
 #include "bench/bench_util.h"
+#include "bench/gen/generator.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
 #include "platform/platform.h"
@@ -35,35 +36,7 @@ double seconds(Clock::time_point a, Clock::time_point b) {
 void generate(const std::string& path, int n) {
   odb::Writer w(path);
   w.setTitle("benchmark model");
-  odb::EntityWriter part = w.addInstance("PART-1-1");
-  odb::EntityData& d = *part.data();
-  int m = n + 1;
-  size_t nodes = size_t(m) * m * m, elems = size_t(n) * n * n;
-  d.nodes.labels.resize(nodes);
-  d.nodes.coordinates.resize(nodes * 3);
-  for (size_t i = 0; i < nodes; ++i) {
-    d.nodes.labels[i] = int32_t(i + 1);
-    d.nodes.coordinates[3 * i] = float(i % m);
-    d.nodes.coordinates[3 * i + 1] = float((i / m) % m);
-    d.nodes.coordinates[3 * i + 2] = float(i / (size_t(m) * m));
-  }
-  odb::ElementData& e = d.elements;
-  e.typeNames = {"C3D8"};
-  e.labels.resize(elems);
-  e.typeIndex.assign(elems, 0);
-  e.categoryIndex.assign(elems, -1);
-  e.offsets.resize(elems + 1);
-  e.connectivity.resize(elems * 8);
-  size_t k = 0;
-  for (int z = 0; z < n; ++z)
-    for (int y = 0; y < n; ++y)
-      for (int x = 0; x < n; ++x, ++k) {
-        int32_t b = int32_t(1 + x + m * (y + m * z)), mm = m * m;
-        int32_t c[8] = {b, b + 1, b + 1 + m, b + m, b + mm, b + 1 + mm, b + 1 + m + mm, b + m + mm};
-        std::copy(c, c + 8, e.connectivity.begin() + long(8 * k));
-        e.labels[k] = int32_t(k + 1);
-        e.offsets[k + 1] = int64_t(8 * (k + 1));
-      }
+  odbgen::addBlockMesh(w.addInstance("PART-1-1"), n, false, -1);
   w.close();
 }
 

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
@@ -65,25 +66,12 @@ Figure measure(ServerProcess& server, const std::string& line, uint64_t bytes, u
 Args parseArgs(int argc, char** argv) {
   Args a;
   a.server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i < argc; ++i) {
-    auto next = [&]() -> const char* {
-      if (i + 1 >= argc) {
-        std::fprintf(stderr, "%s needs a value\n", argv[i]);
-        std::exit(2);
-      }
-      return argv[++i];
-    };
-    if (std::strcmp(argv[i], "--server") == 0) {
-      a.server = next();
-    } else if (std::strcmp(argv[i], "--runs") == 0) {
-      a.runs = std::max(1, std::atoi(next()));
-    } else if (std::strcmp(argv[i], "--scale") == 0) {
-      a.scale = std::max(0.001, std::atof(next()));
-    } else {
-      std::fprintf(stderr, "usage: pipe_throughput [--server PATH] [--runs N] [--scale F]\n");
-      std::exit(2);
-    }
-  }
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {{"--server", true, [&](const char* v) { a.server = v; }},
+       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+       {"--scale", true, [&](const char* v) { a.scale = std::max(0.001, std::atof(v)); }}},
+      "usage: pipe_throughput [--server PATH] [--runs N] [--scale F]");
   return a;
 }
 

@@ -8,22 +8,18 @@
 #include <limits>
 #include <string>
 
+#include "tests/support/scratch_dir.h"
+
 namespace odbs {
 namespace {
 
 class CatalogueFileTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    char tmpl[] = "/tmp/catalogue_test_XXXXXX";
-    dir_ = mkdtemp(tmpl);
-    base_ = dir_ + "/job.cat";
+    base_ = scratch_.path("job.cat");
     db_.size = 12345;
     db_.mtimeSec = 1700000000;
     db_.mtimeNsec = 250;
-  }
-  void TearDown() override {
-    for (const char* s : {"", "_tmp", "_lock"}) platform::removeFile(base_ + s);
-    ::rmdir(dir_.c_str());
   }
   void writeSample(int mode) {
     CatalogueWriter w(base_);
@@ -37,7 +33,8 @@ class CatalogueFileTest : public ::testing::Test {
     EXPECT_FALSE(platform::fileReadable(base_ + "_lock"));
     EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
   }
-  std::string dir_, base_;
+  test::ScratchDir scratch_;
+  std::string base_;
   platform::FileStat db_;
 };
 

@@ -9,9 +9,9 @@
 #include "client/catalogue_records.h"
 #include "odb/writer.h"
 #include "platform/platform.h"
+#include "tests/access/steps_database.h"
 #include "tests/odb/sample_model.h"
 #include "tests/protocol/server_fixture.h"
-#include "tools/cli/steps_command.h"
 #include "wire/frame.h"
 
 namespace odbs::client {
@@ -21,26 +21,12 @@ using test::Bytes;
 using test::kEnd;
 using test::startServer;
 
-void writeDatabase(const std::string& path, const std::string& title) {
-  odb::Writer w(path);
-  w.setTitle(title);
-  w.setAnalysisCode(odb_Enum::IMPLICIT);
-  w.addInstance("PART-1-1").addNodes({1}, {0.f, 0.f, 0.f}, 3);
-  w.addStep({"Step-1", "first load", "*STATIC", odb_Enum::TIME, 0.0});
-  w.addFrame({0, odb_Enum::TIME, 0, 0.0, 0.0, "Increment 0"});
-  w.addFrame({1, odb_Enum::TIME, 0, 0.1, 0.0, "Increment 1"});
-  w.addStep({"Step-2", "modes", "*FREQUENCY", odb_Enum::MODAL, 1.0});
-  for (int m = 1; m <= 3; ++m)
-    w.addFrame({m, odb_Enum::MODAL, m, 10.0 * m, 10.0 * m, "Mode " + std::to_string(m)});
-  w.close();
-}
-
 class CatalogueProcessTest : public ::testing::Test {
  protected:
   void SetUp() override {
     db_ = odbtest::tempPath("cat.odb");
     base_ = odbtest::tempPath("cat.cache");
-    writeDatabase(db_, "Catalogue sample");
+    odbs::test::writeStepsDatabase(db_, "Catalogue sample");
     server_ = startServer();
   }
   void TearDown() override {
@@ -134,7 +120,7 @@ TEST_F(CatalogueProcessTest, EveryRequestNeedsItsOwnBaseName) {
 
 TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
   Bytes first = catalogue("fd");
-  writeDatabase(db_, "Catalogue sample, second run");
+  odbs::test::writeStepsDatabase(db_, "Catalogue sample, second run");
   Bytes second = catalogue("fd");
   EXPECT_NE(second, first);  // the new title, so walked again
 
@@ -167,43 +153,3 @@ TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {
 
 }  // namespace
 }  // namespace odbs::client
-
-namespace odbs::cli {
-namespace {
-
-TEST(StepsCommand, SummaryAndJson) {
-  std::string db = odbtest::tempPath("cli-steps.odb");
-  odbs::client::writeDatabase(db, "CLI sample");
-  CliOptions options;
-  options.args = {db};
-  std::ostringstream out, err;
-  ASSERT_EQ(runSteps(options, ODB_SERVER_PATH, out, err), 0) << err.str();
-  EXPECT_NE(out.str().find("title: CLI sample\n2 steps, 5 frames\n"), std::string::npos);
-  EXPECT_NE(out.str().find("step 2  Step-2  *FREQUENCY  MODAL  total time 1  3 frames"),
-            std::string::npos);
-  EXPECT_NE(out.str().find("frame    3  value 30"), std::string::npos);
-
-  options.format = OutputFormat::kJson;
-  std::ostringstream json;
-  ASSERT_EQ(runSteps(options, ODB_SERVER_PATH, json, err), 0);
-  EXPECT_NE(json.str().find("{\"index\":1,\"domain\":0,\"mode\":0,\"value\":0.1,"),
-            std::string::npos);
-
-  // With --cache the server keeps the catalogue in the named file.
-  std::string cache = odbtest::tempPath("cli-steps.cache");
-  options.args = {db, "--cache", cache};
-  std::ostringstream cached;
-  ASSERT_EQ(runSteps(options, ODB_SERVER_PATH, cached, err), 0) << err.str();
-  EXPECT_EQ(cached.str(), json.str());
-  EXPECT_TRUE(odbs::platform::fileReadable(cache));
-  odbs::platform::removeFile(cache);
-
-  options.args = {"/nonexistent.odb"};
-  std::ostringstream none, why;
-  EXPECT_EQ(runSteps(options, ODB_SERVER_PATH, none, why), 1);
-  EXPECT_NE(why.str().find("could not be opened"), std::string::npos);
-  odbs::platform::removeFile(db);
-}
-
-}  // namespace
-}  // namespace odbs::cli

@@ -4,7 +4,7 @@
 
 #include "client/client_error.h"
 #include "client/record_catalog.h"
-#include "tests/client/frames.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::client {
 namespace {

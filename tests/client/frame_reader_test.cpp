@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "client/client_error.h"
-#include "tests/client/frames.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::client {
 namespace {

@@ -11,7 +11,6 @@
 #include "client/frame_reader.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
-#include "wire/coding.h"
 
 namespace odbs::test {
 
@@ -89,16 +88,14 @@ std::string typeSequence(const std::vector<client::Record>& records) {
 }
 
 FrameBuilder& FrameBuilder::i32(int32_t v) {
-  uint8_t b[4];
-  putI32(b, v);
-  body_.insert(body_.end(), b, b + 4);
+  Bytes b = le32(static_cast<uint32_t>(v));
+  body_.insert(body_.end(), b.begin(), b.end());
   return *this;
 }
 
 FrameBuilder& FrameBuilder::f32(float v) {
-  uint8_t b[4];
-  putF32(b, v);
-  body_.insert(body_.end(), b, b + 4);
+  Bytes b = leF32(v);
+  body_.insert(body_.end(), b.begin(), b.end());
   return *this;
 }
 
@@ -113,9 +110,7 @@ FrameBuilder& FrameBuilder::raw(const std::string& s) {
 }
 
 Bytes FrameBuilder::frame() const {
-  Bytes f(2 + body_.size());
-  putBytes(putU16(f.data(), static_cast<uint16_t>(body_.size())), body_.data(), body_.size());
-  return f;
+  return concat({le16(static_cast<uint16_t>(body_.size())), body_});
 }
 
 client::Record FrameBuilder::record() const {

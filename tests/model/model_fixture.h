@@ -7,14 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "access/registry.h"
 #include "client/record.h"
+#include "context/odb_context.h"
 #include "context/reply_channel.h"
 #include "odb/model_data.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::test {
-
-using Bytes = std::vector<uint8_t>;
 
 // A database written from a model, open for the life of the object.
 class TestDatabase {
@@ -26,6 +25,7 @@ class TestDatabase {
   TestDatabase(const TestDatabase&) = delete;
   TestDatabase& operator=(const TestDatabase&) = delete;
   OdbContext& context() { return ctx_; }
+  const std::string& path() const { return path_; }
 
  private:
   std::string path_;
@@ -45,7 +45,7 @@ std::string frameLines(const Bytes& bytes);
 // The type bytes of records, for checking the order of a reply at a glance.
 std::string typeSequence(const std::vector<client::Record>& records);
 
-// The frame of one record as the server writes it: count, type, body.
+// The frame of one record as the server writes it: count, type, body; written by hand.
 class FrameBuilder {
  public:
   explicit FrameBuilder(uint8_t type) : body_{type} {}

@@ -7,7 +7,9 @@
 #include <sstream>
 
 #include "client/model_records.h"
-#include "model/model_export.h"
+#include "model/export_model.h"
+#include "model/named_sets.h"
+#include "model/send_sets.h"
 #include "odb/odb.h"
 #include "platform/platform.h"
 #include "tests/model/model_fixture.h"
@@ -16,8 +18,6 @@
 
 namespace odbs::test {
 namespace {
-
-const Bytes kEndFrame = {0x01, 0x00, 0x7E};
 
 class ModelProcess : public ::testing::Test {
  protected:
@@ -41,7 +41,7 @@ class ModelProcess : public ::testing::Test {
     ctx.odb = &odb;
     Bytes expected = capture([&](ReplyChannel& out) { run(ctx, out); });
     closeOdb(odb);
-    expected.insert(expected.end(), kEndFrame.begin(), kEndFrame.end());
+    expected.insert(expected.end(), kEnd.begin(), kEnd.end());
     EXPECT_EQ(frameLines(wire), frameLines(expected)) << line;
     std::vector<client::Record> recs = splitRecords(wire);
     recs.pop_back();

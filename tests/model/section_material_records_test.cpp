@@ -1,7 +1,7 @@
 // Section and material records of g, byte for byte.
 #include <gtest/gtest.h>
 
-#include "model/model_export.h"
+#include "model/export_model.h"
 #include "tests/model/model_fixture.h"
 
 namespace odbs::test {

@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "client/model_records.h"
-#include "model/model_export.h"
+#include "model/named_sets.h"
+#include "model/send_sets.h"
 #include "odb/h5.h"
 #include "tests/model/model_fixture.h"
 

@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "client/server_process.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::client::test {
 
-using Bytes = std::vector<uint8_t>;
+using odbs::test::Bytes;
+using odbs::test::kEnd;
 
 constexpr int kTimeoutMs = 5000;
-inline const Bytes kEnd = {0x01, 0x00, 0x7E};
 
 // Starts odb_server with this process as its parent, or with the given parent id.
 inline std::unique_ptr<ServerProcess> startServer(int parentPid = 0) {

@@ -4,7 +4,7 @@
 
 #include <sstream>
 
-#include "tests/client/frames.h"
+#include "tests/support/bytes.h"
 
 namespace odbs::cli {
 namespace {
@@ -17,7 +17,7 @@ std::string print(OutputFormat format) {
   std::ostringstream out;
   auto printer = makePrinter(format, out, client::standardCatalog());
   printer->beginReply("p", {ReplyKind::kUntilEnd});
-  printer->record(Record{'|', client::test::textBody("a \"q\"\n")});
+  printer->record(Record{'|', odbs::test::textBody("a \"q\"\n")});
   printer->record(Record{3, {0x01, 0xAB}});
   printer->record(Record{'}', {1, 2}});
   printer->record(Record{'~', {}});

@@ -1,0 +1,43 @@
+// The one argument parser of the benchmark programs: every option is named, a value follows
+// an option that takes one, and anything else prints the usage line and ends the program.
+#pragma once
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <vector>
+
+namespace odbs::bench {
+
+struct BenchOption {
+  const char* name;  // "--runs"
+  bool takesValue;
+  std::function<void(const char* value)> take;  // value is nullptr for an option without one
+};
+
+// Reads argv[1] to argv[argc - 1] against options. On an unknown option prints usage, on a
+// missing value "<option> needs a value", both to standard error, and exits with status 2.
+inline void parseBenchArgs(int argc, char** argv, const std::vector<BenchOption>& options,
+                           const char* usage) {
+  for (int i = 1; i < argc; ++i) {
+    const BenchOption* found = nullptr;
+    for (const BenchOption& o : options)
+      if (std::strcmp(argv[i], o.name) == 0) found = &o;
+    if (found == nullptr) {
+      std::fprintf(stderr, "%s\n", usage);
+      std::exit(2);
+    }
+    if (!found->takesValue) {
+      found->take(nullptr);
+      continue;
+    }
+    if (i + 1 >= argc) {
+      std::fprintf(stderr, "%s needs a value\n", argv[i]);
+      std::exit(2);
+    }
+    found->take(argv[++i]);
+  }
+}
+
+}  // namespace odbs::bench

@@ -11,7 +11,8 @@ unset DISPLAY
 # wine_start: starts a persistent wineserver for $WINEPREFIX and boots the prefix.
 wine_start() {
   mkdir -p "$WINEPREFIX"
-  wineserver -p </dev/null >/dev/null 2>&1
+  # Fails harmlessly when a server for this prefix is already running.
+  wineserver -p </dev/null >/dev/null 2>&1 || true
   wine wineboot </dev/null >/dev/null 2>&1
 }
 

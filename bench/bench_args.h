@@ -2,10 +2,12 @@
 // an option that takes one, and anything else prints the usage line and ends the program.
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace odbs::bench {
@@ -15,6 +17,14 @@ struct BenchOption {
   bool takesValue;
   std::function<void(const char* value)> take;  // value is nullptr for an option without one
 };
+
+// The options every server benchmark has: --server PATH and --runs N (at least 1).
+inline BenchOption serverOption(std::string& server) {
+  return {"--server", true, [&server](const char* v) { server = v; }};
+}
+inline BenchOption runsOption(int& runs) {
+  return {"--runs", true, [&runs](const char* v) { runs = std::max(1, std::atoi(v)); }};
+}
 
 // Reads argv[1] to argv[argc - 1] against options. On an unknown option prints usage, on a
 // missing value "<option> needs a value", both to standard error, and exits with status 2.

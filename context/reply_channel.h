@@ -22,6 +22,9 @@
 
 namespace odbs {
 
+// The largest record the server composes (type byte + body).
+constexpr size_t kRecordBufferSize = 10240;
+
 // The pending output buffer: its size, and the limit that pending bytes plus one more
 // framed record must stay below, or the pending bytes are written first.
 constexpr size_t kPendingBufferSize = 40961;

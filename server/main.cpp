@@ -15,5 +15,7 @@ int main(int argc, char** argv) {
   odbs::platform::ignoreBrokenPipe();
   odbs::startParentWatchdog(arg(1));
   odbs::initializeDatabases();
+  // Handler families that keep per-database tables register their set-up at open here
+  // (odbs::registerOpenSetUp, context/odb_context.h), before the first command.
   odbs::runCommandLoop(arg(2), arg(3));
 }

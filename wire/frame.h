@@ -12,8 +12,7 @@
 
 namespace odbs {
 
-constexpr size_t kFrameHeaderSize = 2;       // the 16-bit count
-constexpr size_t kRecordBufferSize = 10240;  // largest record the server composes (type + body)
+constexpr size_t kFrameHeaderSize = 2;  // the 16-bit count
 
 // The end record as it appears on the wire.
 constexpr uint8_t kEndFrame[3] = {0x01, 0x00, kRecEnd};

@@ -40,10 +40,10 @@ Args parse(int argc, char** argv) {
   a.server = odbs::bench::serverBeside(argv[0]);
   odbs::bench::parseBenchArgs(
       argc, argv,
-      {{"--server", true, [&](const char* v) { a.server = v; }},
+      {odbs::bench::serverOption(a.server),
+       odbs::bench::runsOption(a.runs),
        {"--steps", true, [&](const char* v) { a.steps = std::atoi(v); }},
        {"--frames", true, [&](const char* v) { a.frames = std::atoi(v); }},
-       {"--runs", true, [&](const char* v) { a.runs = std::atoi(v); }},
        {"--dir", true, [&](const char* v) { a.dir = v; }}},
       "usage: catalogue_bench [--server PATH] [--steps N] [--frames N] [--runs N] [--dir D]");
   return a;

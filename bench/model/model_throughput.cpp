@@ -110,8 +110,8 @@ Args parseArgs(int argc, char** argv) {
   a.server = odbs::bench::serverBeside(argv[0]);
   odbs::bench::parseBenchArgs(
       argc, argv,
-      {{"--server", true, [&](const char* v) { a.server = v; }},
-       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+      {odbs::bench::serverOption(a.server),
+       odbs::bench::runsOption(a.runs),
        {"--n", true, [&](const char* v) { a.n = std::max(1, std::atoi(v)); }},
        {"--full", false, [&](const char*) { a.n = 100; }},
        {"--sets", true, [&](const char* v) { a.sets = std::max(2, std::atoi(v)); }}},

@@ -68,8 +68,8 @@ Args parseArgs(int argc, char** argv) {
   a.server = odbs::bench::serverBeside(argv[0]);
   odbs::bench::parseBenchArgs(
       argc, argv,
-      {{"--server", true, [&](const char* v) { a.server = v; }},
-       {"--runs", true, [&](const char* v) { a.runs = std::max(1, std::atoi(v)); }},
+      {odbs::bench::serverOption(a.server),
+       odbs::bench::runsOption(a.runs),
        {"--scale", true, [&](const char* v) { a.scale = std::max(0.001, std::atof(v)); }}},
       "usage: pipe_throughput [--server PATH] [--runs N] [--scale F]");
   return a;

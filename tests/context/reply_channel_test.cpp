@@ -34,6 +34,12 @@ class ChannelTest : public ::testing::Test {
     }
     return got;
   }
+  // Queues 4094 frames of 10 bytes (8-byte records): 40940 bytes pending.
+  void queueTenByteFrames() {
+    RecordBuilder eight(kRecNode);
+    eight.i32(1).u8(2).u8(3).u8(4);
+    for (int i = 0; i < 4094; ++i) channel_->queue(eight);
+  }
   int fds_[2];
   std::unique_ptr<ReplyChannel> channel_;
 };
@@ -58,9 +64,7 @@ TEST_F(ChannelTest, EndAndFixedRecords) {
 TEST_F(ChannelTest, QueueFlushesFirstWhenTheRecordWouldReachTheLimit) {
   // Fill the pending buffer to exactly 40945 bytes with 10-byte frames (8-byte records)
   // and one 5-byte frame.
-  RecordBuilder eight(kRecNode);
-  eight.i32(1).u8(2).u8(3).u8(4);
-  for (int i = 0; i < 4094; ++i) channel_->queue(eight);
+  queueTenByteFrames();
   RecordBuilder three(kRecNode);
   three.u8(1).u8(2);
   channel_->queue(three);
@@ -79,9 +83,7 @@ TEST_F(ChannelTest, QueueFlushesFirstWhenTheRecordWouldReachTheLimit) {
 // queueFixed reserves through the same path: its record flushes first at the same limit,
 // and one byte less stays pending.
 TEST_F(ChannelTest, QueueFixedFlushesFirstAtTheSameLimit) {
-  RecordBuilder eight(kRecNode);
-  eight.i32(1).u8(2).u8(3).u8(4);
-  for (int i = 0; i < 4094; ++i) channel_->queue(eight);
+  queueTenByteFrames();
   uint8_t* body = channel_->queueFixed(kRecNode, 1);  // 4-byte frame: 40944 pending
   *body = 9;
   ASSERT_EQ(channel_->pendingLength(), 40944u);
@@ -94,7 +96,7 @@ TEST_F(ChannelTest, QueueFixedFlushesFirstAtTheSameLimit) {
   channel_->flush();
   ASSERT_EQ(drain().size(), 40951u);
 
-  for (int i = 0; i < 4094; ++i) channel_->queue(eight);
+  queueTenByteFrames();
   body = channel_->queueFixed(kRecNode, 2);  // 5-byte frame: 40945 pending
   body[0] = body[1] = 0;
   ASSERT_EQ(channel_->pendingLength(), 40945u);

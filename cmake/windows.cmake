@@ -25,9 +25,10 @@ macro(odb_find_gtest)
   add_subdirectory(${ODB_GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 endmacro()
 
-# nlohmann/json is header-only and the same for every target: the host's copy is used, and
-# only it (the rest of the host's include folder is for Linux).
-set(ODB_NLOHMANN_HOST /usr/include/nlohmann CACHE PATH "Host folder of nlohmann/json.hpp")
+# nlohmann/json and CLI11 are header-only and the same for every target: the host's copies
+# are used, and only they (the rest of the host's include folder is for Linux).
 file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/host_headers)
-file(CREATE_LINK ${ODB_NLOHMANN_HOST} ${PROJECT_BINARY_DIR}/host_headers/nlohmann SYMBOLIC)
+foreach(folder nlohmann CLI)
+  file(CREATE_LINK /usr/include/${folder} ${PROJECT_BINARY_DIR}/host_headers/${folder} SYMBOLIC)
+endforeach()
 include_directories(SYSTEM ${PROJECT_BINARY_DIR}/host_headers)

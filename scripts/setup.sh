@@ -2,8 +2,12 @@
 # Installs the Debian packages that building and testing need. A no-op when all are there.
 # With arguments, installs those packages instead (scripts/setup_windows.sh).
 set -euo pipefail
+# libcli11-dev: the command-line parser of every program. python3-vtk9 reads the viewer
+# export back in a test and renders a frame of it to PNG; xvfb and xauth give VTK's window
+# an X server on a machine without a display (about 50 MB to fetch, 230 MB installed).
 packages=(cmake g++ clang libclang-rt-14-dev make pkg-config zlib1g-dev libhdf5-dev hdf5-tools
-          nlohmann-json3-dev ccache libgtest-dev libgmock-dev libbenchmark-dev calculix-ccx)
+          nlohmann-json3-dev libcli11-dev ccache libgtest-dev libgmock-dev libbenchmark-dev
+          calculix-ccx python3-vtk9 xvfb xauth)
 [ $# -gt 0 ] && packages=("$@")
 missing=()
 for p in "${packages[@]}"; do

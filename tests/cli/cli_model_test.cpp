@@ -7,7 +7,7 @@
 #include "odb/odb.h"
 #include "platform/platform.h"
 #include "tests/model/small_model_db.h"
-#include "tools/cli/model_command.h"
+#include "tools/cli/cli_app.h"
 
 namespace odbs::cli {
 namespace {
@@ -24,15 +24,12 @@ class CliModel : public ::testing::Test {
     delete path_;
   }
 
-  std::string run(int (*command)(const CliOptions&, const std::string&, std::ostream&,
-                                 std::ostream&),
-                  std::vector<std::string> args, OutputFormat format = OutputFormat::kText) {
-    CliOptions options;
-    options.format = format;
-    options.timeoutMs = 5000;
-    options.args = std::move(args);
+  // Runs odb_cli with args after the program name and the server option.
+  std::string run(std::vector<std::string> args) {
+    args.insert(args.begin(), {"odb_cli", "--server", ODB_SERVER_PATH, "--timeout", "5000"});
+    std::istringstream in;
     std::ostringstream out, err;
-    code_ = command(options, ODB_SERVER_PATH, out, err);
+    code_ = runCli(args, in, out, err);
     error_ = err.str();
     return out.str();
   }
@@ -45,7 +42,7 @@ class CliModel : public ::testing::Test {
 std::string* CliModel::path_ = nullptr;
 
 TEST_F(CliModel, ModelSummaryNamesSectionsMaterialsAndBlocks) {
-  std::string text = run(runModel, {*path_});
+  std::string text = run({"model", *path_});
   ASSERT_EQ(code_, 0) << error_;
   EXPECT_NE(text.find("title          Two parts and a connector"), std::string::npos) << text;
   EXPECT_NE(text.find("#1  CONN  connector, orientation CONN (DATUM-1, -)  [ASSEMBLY]"),
@@ -59,7 +56,7 @@ TEST_F(CliModel, ModelSummaryNamesSectionsMaterialsAndBlocks) {
       << text;
   EXPECT_NE(text.find("mesh           13 nodes, 3 elements"), std::string::npos) << text;
 
-  std::string json = run(runModel, {*path_, "--nodes-only"}, OutputFormat::kJson);
+  std::string json = run({"model", *path_, "--nodes-only", "--format", "json"});
   ASSERT_EQ(code_, 0) << error_;
   EXPECT_EQ(json.rfind("{\"title\":\"Two parts and a connector\",\"analysisCode\":1,", 0), 0u)
       << json;
@@ -68,25 +65,50 @@ TEST_F(CliModel, ModelSummaryNamesSectionsMaterialsAndBlocks) {
 }
 
 TEST_F(CliModel, SetSummaryAndNamedSets) {
-  std::string text = run(runSets, {*path_, "--surfaces"});
+  std::string text = run({"sets", "--surfaces", *path_});
   ASSERT_EQ(code_, 0) << error_;
   EXPECT_NE(text.find("3 node sets, 4 element sets, 1 surfaces"), std::string::npos) << text;
   EXPECT_NE(text.find("node set    ALL_BASE         2 members  in BLOCK-1 (assembly set)"),
             std::string::npos)
       << text;
-  std::string json = run(runSets, {*path_, "--named", "CONN"}, OutputFormat::kJson);
+  std::string json = run({"--format", "json", "sets", *path_, "--named", "CONN"});
   EXPECT_NE(json.find("\"sets\":[{\"kind\":\"element set\",\"name\":\"CONN\",\"instance\":"
                       "\"ASSEMBLY\",\"assembly\":true,\"members\":1,\"error\":false}]"),
             std::string::npos)
       << json;
 }
 
-TEST_F(CliModel, BadArgumentsAreRefused) {
-  run(runModel, {});
-  EXPECT_EQ(code_, 2);
-  run(runSets, {*path_, "--bogus"});
-  EXPECT_EQ(code_, 2);
-  EXPECT_NE(error_.find("--bogus"), std::string::npos);
+TEST_F(CliModel, SetsAsCsv) {
+  std::string csv = run({"sets", *path_, "--format", "csv"});
+  ASSERT_EQ(code_, 0) << error_;
+  EXPECT_EQ(csv.rfind("kind,name,instance,assembly,members,error\n", 0), 0u) << csv;
+  EXPECT_NE(csv.find("\nnode set,ALL_BASE,BLOCK-1,1,2,0\n"), std::string::npos) << csv;
+}
+
+TEST_F(CliModel, HelpVersionAndBadCommandLines) {
+  std::string help = run({"--help"});
+  EXPECT_EQ(code_, 0);
+  EXPECT_NE(help.find("model"), std::string::npos) << help;
+  EXPECT_NE(help.find("--format"), std::string::npos) << help;
+  EXPECT_NE(run({"model", "--help"}).find("--nodes-only"), std::string::npos);
+  EXPECT_EQ(code_, 0);
+  EXPECT_EQ(run({"--version"}).rfind("odb_cli ", 0), 0u);
+  EXPECT_EQ(code_, 0);
+
+  for (const std::vector<std::string>& bad :
+       std::vector<std::vector<std::string>>{{"model"},
+                                             {"sets", *path_, "--bogus"},
+                                             {"steps", *path_, "--timeout", "12x"},
+                                             {"steps", *path_, "--timeout", "0"},
+                                             {"model", *path_, "--format", "xml"},
+                                             {"nosuchcommand"},
+                                             {}}) {
+    EXPECT_TRUE(run(bad).empty());
+    EXPECT_EQ(code_, 2) << error_;
+    EXPECT_NE(error_.find("--help"), std::string::npos) << error_;
+  }
+  run({"sets", *path_, "--bogus"});
+  EXPECT_NE(error_.find("--bogus"), std::string::npos) << error_;
 }
 
 }  // namespace

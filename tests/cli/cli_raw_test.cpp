@@ -5,20 +5,21 @@
 #include <sstream>
 
 #include "tests/protocol/server_fixture.h"
-#include "tools/cli/raw_command.h"
+#include "tools/cli/cli_app.h"
 
 namespace odbs::cli {
 namespace {
 
 TEST(CliRaw, PrintsEachReplyUntilQuit) {
-  CliOptions options;
-  options.format = OutputFormat::kJson;
-  options.timeoutMs = client::test::kTimeoutMs;
   // "Z\nm 2 1" is two command lines with a reply each.
-  options.args = {"p", "D 0 1 0 x", "Z\nm 2 1", "M 2 3", "q", "p"};
   std::istringstream in;
-  std::ostringstream out;
-  EXPECT_EQ(runRaw(options, ODB_SERVER_PATH, in, out), 0);
+  std::ostringstream out, err;
+  EXPECT_EQ(runCli({"odb_cli", "raw", "--format", "json", "--server", ODB_SERVER_PATH, "--timeout",
+                    std::to_string(client::test::kTimeoutMs), "p", "D 0 1 0 x", "Z\nm 2 1", "M 2 3",
+                    "q", "p"},
+                   in, out, err),
+            0)
+      << err.str();
   std::string json = out.str();
   EXPECT_NE(json.find("\"kind\": \"process-id\""), std::string::npos) << json;
   EXPECT_NE(json.find("{\"command\": \"D 0 1 0 x\", \"reply\": \"none\", \"records\": []}"),
@@ -35,11 +36,10 @@ TEST(CliRaw, PrintsEachReplyUntilQuit) {
 }
 
 TEST(CliRaw, MissingServerProgramIsReported) {
-  CliOptions options;
-  options.args = {"p"};
   std::istringstream in;
-  std::ostringstream out;
-  EXPECT_EQ(runRaw(options, "/nonexistent/odb_server", in, out), 1);
+  std::ostringstream out, err;
+  EXPECT_EQ(runCli({"odb_cli", "raw", "p", "--server", "/nonexistent/odb_server"}, in, out, err),
+            1);
   EXPECT_NE(out.str().find("error: "), std::string::npos) << out.str();
 }
 

@@ -6,42 +6,29 @@
 // they exist. Exit status 0 on success; 1 with the reason (file, line, what was expected)
 // on standard error and no database written otherwise; 2 for a wrong command line.
 // Warnings and, for large inputs, progress go to standard error.
+#include <CLI/CLI.hpp>
 #include <iostream>
 #include <string>
 
 #include "odb/odb.h"
 #include "tools/ccx/importer.h"
-
-namespace {
-
-int usage() {
-  std::cerr << "usage: ccx_import deck.inp output.odb [--frd results.frd] [--dat prints.dat]\n";
-  return 2;
-}
-
-}  // namespace
+#include "tools/common/program.h"
 
 int main(int argc, char** argv) {
   using namespace odbs::ccx;
+  CLI::App app{"Imports a CalculiX deck and its results (.frd, .dat) into one database.",
+               "ccx_import"};
+  odbs::tools::setUpProgram(app);
   ImportRequest request;
-  bool frdGiven = false, datGiven = false;
-  std::vector<std::string> positional;
-  for (int i = 1; i < argc; ++i) {
-    std::string arg = argv[i];
-    if ((arg == "--frd" || arg == "--dat") && i + 1 < argc) {
-      (arg == "--frd" ? request.results : request.prints) = argv[++i];
-      (arg == "--frd" ? frdGiven : datGiven) = true;
-    } else if (!arg.empty() && arg[0] == '-') {
-      return usage();
-    } else {
-      positional.push_back(arg);
-    }
-  }
-  if (positional.size() != 2) return usage();
-  request.deck = positional[0];
-  request.output = positional[1];
-  if (!frdGiven) request.results = resultsBeside(request.deck);
-  if (!datGiven) request.prints = printsBeside(request.deck);
+  app.add_option("deck", request.deck, "The input deck (.inp)")->required();
+  app.add_option("output", request.output, "The database to write")->required();
+  CLI::Option* frd =
+      app.add_option("--frd", request.results, "The result file (default: beside the deck)");
+  CLI::Option* dat =
+      app.add_option("--dat", request.prints, "The print file (default: beside the deck)");
+  if (int code = odbs::tools::parseCommandLine(app, argc, argv); code >= 0) return code;
+  if (frd->count() == 0) request.results = resultsBeside(request.deck);
+  if (dat->count() == 0) request.prints = printsBeside(request.deck);
 
   Warnings warnings(
       [](const std::string& text) { std::cerr << "ccx_import: warning: " << text << "\n"; });

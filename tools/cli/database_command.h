@@ -1,5 +1,5 @@
-// What the database subcommands of odb_cli share: their arguments (a database path and
-// flags), one exchange with a freshly started server, and the record-by-record output.
+// What the database subcommands of odb_cli share: one exchange with a freshly started
+// server, and the record-by-record output.
 #pragma once
 
 #include <functional>
@@ -11,20 +11,6 @@
 #include "tools/cli/cli_options.h"
 
 namespace odbs::cli {
-
-struct Request {
-  std::string database;
-  std::vector<std::string> flags;
-  std::vector<std::string> names;  // after --named
-
-  bool has(const std::string& flag) const;
-};
-
-// Splits options.args into the database path, the flags listed in known and the names
-// after --named (when known lists it). Returns false, with a message on err, on anything
-// else.
-bool parseRequest(const CliOptions& options, const std::vector<std::string>& known, Request* req,
-                  std::ostream& err);
 
 // Starts a server, sends lines, passes over the replies of all but the last and feeds the
 // records of the last one's reply to onRecord. Returns 0, or 1 with the error on err.

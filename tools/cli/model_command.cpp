@@ -1,27 +1,22 @@
 #include "tools/cli/model_command.h"
 
-#include <algorithm>
-#include <functional>
+#include <CLI/CLI.hpp>
+#include <memory>
 #include <ostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
-#include "client/client_error.h"
-#include "client/server_process.h"
+#include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
 #include "tools/cli/model_summary.h"
-#include "tools/cli/raw_command.h"
 #include "tools/cli/set_summary.h"
 
 namespace odbs::cli {
 
-int runModel(const CliOptions& options, const std::string& serverPath, std::ostream& out,
-             std::ostream& err) {
-  Request req;
-  if (!parseRequest(options, {"--records", "--nodes-only"}, &req, err)) return 2;
-  std::vector<std::string> lines = {(req.has("--nodes-only") ? "G " : "g ") + req.database};
-  if (req.has("--records")) return printRecords(options, serverPath, lines, out);
+int runModel(const CliOptions& options, const std::string& serverPath, const ModelRequest& req,
+             std::ostream& out, std::ostream& err) {
+  std::vector<std::string> lines = {(req.nodesOnly ? "G " : "g ") + req.database};
+  if (req.records) return printRecords(options, serverPath, lines, out);
   ModelSummaryBuilder builder;
   int code = exchange(
       options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
@@ -29,26 +24,46 @@ int runModel(const CliOptions& options, const std::string& serverPath, std::ostr
   return code;
 }
 
-int runSets(const CliOptions& options, const std::string& serverPath, std::ostream& out,
-            std::ostream& err) {
-  Request req;
-  if (!parseRequest(options, {"--records", "--surfaces", "--coupling", "--named"}, &req, err)) {
-    return 2;
-  }
+int runSets(const CliOptions& options, const std::string& serverPath, const SetsRequest& req,
+            std::ostream& out, std::ostream& err) {
   std::vector<std::string> lines;
-  if (!req.names.empty()) {
-    for (const auto& name : req.names) lines.push_back("irc 7 0 " + name);
+  if (!req.named.empty()) {
+    for (const auto& name : req.named) lines.push_back("irc 7 0 " + name);
     lines.push_back("irs 0 " + req.database);
   } else {
-    lines.push_back(std::string(req.has("--surfaces") ? "s" : "S") + " 0 " +
-                    (req.has("--coupling") ? "1 " : "0 ") + req.database);
+    lines.push_back(std::string(req.surfaces ? "s" : "S") + " 0 " + (req.coupling ? "1 " : "0 ") +
+                    req.database);
   }
-  if (req.has("--records")) return printRecords(options, serverPath, lines, out);
+  if (req.records) return printRecords(options, serverPath, lines, out);
   SetSummaryBuilder builder;
   int code = exchange(
       options, serverPath, lines, [&](const client::RecordView& rec) { builder.add(rec); }, err);
   if (code == 0) printSetSummary(builder.finish(), options.format, out);
   return code;
+}
+
+void addModelCommands(CLI::App& app, CliContext& ctx) {
+  auto model = std::make_shared<ModelRequest>();
+  CLI::App* m = app.add_subcommand(
+      "model", "The model: sections, materials, nodes and elements per instance");
+  m->add_option("database", model->database, "The database")->required();
+  m->add_flag("--records", model->records, "Print the reply records as they came");
+  m->add_flag("--nodes-only", model->nodesOnly, "Nodes without elements (command G)");
+  m->callback([&ctx, model] {
+    ctx.exitCode = runModel(ctx.options, ctx.serverPath(), *model, *ctx.out, *ctx.err);
+  });
+
+  auto sets = std::make_shared<SetsRequest>();
+  CLI::App* s =
+      app.add_subcommand("sets", "Node sets, element sets and surfaces with their member counts");
+  s->add_option("database", sets->database, "The database")->required();
+  s->add_flag("--records", sets->records, "Print the reply records as they came");
+  s->add_flag("--surfaces", sets->surfaces, "Surfaces instead of node and element sets");
+  s->add_flag("--coupling", sets->coupling, "Include the coupling sets");
+  s->add_option("--named", sets->named, "Only the sets of these names")->expected(1, -1);
+  s->callback([&ctx, sets] {
+    ctx.exitCode = runSets(ctx.options, ctx.serverPath(), *sets, *ctx.out, *ctx.err);
+  });
 }
 
 }  // namespace odbs::cli

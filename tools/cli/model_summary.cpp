@@ -5,8 +5,10 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "tools/cli/json_text.h"
 #include "tools/cli/record_printer.h"
+#include "tools/common/json_values.h"
+#include "tools/common/number_text.h"
+#include "tools/common/table_writer.h"
 #include "wire/frame.h"
 
 namespace odbs::cli {
@@ -87,8 +89,8 @@ std::string sectionDetail(const client::SectionRecord& r) {
     d = std::to_string(r.runs.size()) + " layer runs:";
     for (const auto& run : r.runs) {
       d += " [layer " + std::to_string(run.layer) + " x" + std::to_string(run.points) + " " +
-           run.material + " t=" + formatNumber(run.thickness) + " " + formatNumber(run.angle) +
-           " deg]";
+           run.material + " t=" + tools::formatNumber(run.thickness) + " " +
+           tools::formatNumber(run.angle) + " deg]";
     }
   } else if (r.code == -3) {
     d = r.hasOrientation
@@ -96,9 +98,9 @@ std::string sectionDetail(const client::SectionRecord& r) {
                   ", " + (r.csys2.empty() ? "-" : r.csys2) + ")"
             : "no orientation";
   } else if (r.code == -4) {
-    d = "mass " + formatNumber(r.mass);
+    d = "mass " + tools::formatNumber(r.mass);
   } else if (r.code == -5) {
-    d = "thickness " + formatNumber(r.thickness) + ", material " + r.material;
+    d = "thickness " + tools::formatNumber(r.thickness) + ", material " + r.material;
   } else if (r.code <= -6 && r.code >= -11) {
     d = "material " + r.material;
   }
@@ -107,7 +109,7 @@ std::string sectionDetail(const client::SectionRecord& r) {
 
 std::string numbers(const std::vector<float>& v) {
   std::string s;
-  for (float f : v) s += (s.empty() ? "" : " ") + formatNumber(f);
+  for (float f : v) s += (s.empty() ? "" : " ") + tools::formatNumber(f);
   return s;
 }
 
@@ -138,7 +140,7 @@ void printText(const ModelSummary& s, std::ostream& out) {
   }
   out << "materials      " << s.materials.size() << "\n";
   for (const auto& m : s.materials) {
-    out << "  " << m.name << "  density " << formatNumber(m.density);
+    out << "  " << m.name << "  density " << tools::formatNumber(m.density);
     if (m.hasElastic) out << ", elastic " << m.elasticType << " " << numbers(m.elastic);
     if (m.hasFailStrain) out << ", failure strain " << numbers(m.failStrain);
     if (m.hasFailStress) out << ", failure stress " << numbers(m.failStress);
@@ -173,86 +175,99 @@ void printText(const ModelSummary& s, std::ostream& out) {
   }
 }
 
-void printJson(const ModelSummary& s, std::ostream& out) {
-  JsonWriter j(out);
-  j.beginObject();
-  j.key("title").value(s.title);
-  j.key("analysisCode").value(int64_t{s.analysisCode});
-  j.key("messages").strings(s.messages);
-  j.key("annotation").strings(s.annotation);
-  j.key("sections").beginArray();
+tools::Json toJson(const ModelSummary& s) {
+  using tools::Json;
+  using tools::jsonNumber;
+  using tools::jsonNumbers;
+  Json j = Json::object();
+  j["title"] = s.title;
+  j["analysisCode"] = s.analysisCode;
+  j["messages"] = s.messages;
+  j["annotation"] = s.annotation;
+  Json sections = Json::array();
   for (const auto& e : s.sections) {
     const client::SectionRecord& r = e.record;
-    j.beginObject();
-    j.key("number").value(int64_t{r.number});
-    j.key("name").value(r.name);
-    j.key("kind").value(client::sectionKindName(r.code));
-    j.key("owner").value(e.owner);
-    if (r.code == -4) j.key("mass").value(r.mass);
-    if (r.code == -5) j.key("thickness").value(r.thickness);
-    if (r.code <= -5 && r.code >= -11) j.key("material").value(r.material);
+    Json o = Json::object();
+    o["number"] = r.number;
+    o["name"] = r.name;
+    o["kind"] = client::sectionKindName(r.code);
+    o["owner"] = e.owner;
+    if (r.code == -4) o["mass"] = jsonNumber(r.mass);
+    if (r.code == -5) o["thickness"] = jsonNumber(r.thickness);
+    if (r.code <= -5 && r.code >= -11) o["material"] = r.material;
     if (r.code == -3) {
-      j.key("orientation").value(r.orientationRegion);
-      j.key("csys1").value(r.csys1);
-      j.key("csys2").value(r.csys2);
+      o["orientation"] = r.orientationRegion;
+      o["csys1"] = r.csys1;
+      o["csys2"] = r.csys2;
     }
     if (r.code > 0) {
-      j.key("layerRuns").beginArray();
+      Json runs = Json::array();
       for (const auto& run : r.runs) {
-        j.beginObject();
-        j.key("layer").value(int64_t{run.layer});
-        j.key("points").value(int64_t{run.points});
-        j.key("material").value(run.material);
-        j.key("thickness").value(run.thickness);
-        j.key("angle").value(run.angle);
-        j.endObject();
+        runs.push_back({{"layer", run.layer},
+                        {"points", run.points},
+                        {"material", run.material},
+                        {"thickness", jsonNumber(run.thickness)},
+                        {"angle", jsonNumber(run.angle)}});
       }
-      j.endArray();
+      o["layerRuns"] = std::move(runs);
     }
-    j.endObject();
+    sections.push_back(std::move(o));
   }
-  j.endArray();
-  j.key("materials").beginArray();
+  j["sections"] = std::move(sections);
+  Json materials = Json::array();
   for (const auto& m : s.materials) {
-    j.beginObject();
-    j.key("name").value(m.name);
-    j.key("density").value(m.density);
+    Json o = Json::object();
+    o["name"] = m.name;
+    o["density"] = jsonNumber(m.density);
     if (m.hasElastic) {
-      j.key("elasticType").value(m.elasticType);
-      j.key("elastic").numbers(m.elastic);
+      o["elasticType"] = m.elasticType;
+      o["elastic"] = jsonNumbers(m.elastic);
     }
-    if (m.hasFailStrain) j.key("failStrain").numbers(m.failStrain);
-    if (m.hasFailStress) j.key("failStress").numbers(m.failStress);
-    j.key("acoustic").value(m.acoustic);
-    j.endObject();
+    if (m.hasFailStrain) o["failStrain"] = jsonNumbers(m.failStrain);
+    if (m.hasFailStress) o["failStress"] = jsonNumbers(m.failStress);
+    o["acoustic"] = m.acoustic;
+    materials.push_back(std::move(o));
   }
-  j.endArray();
-  j.key("blocks").beginArray();
+  j["materials"] = std::move(materials);
+  Json blocks = Json::array();
   for (const auto& b : s.blocks) {
-    j.beginObject();
-    j.key("name").value(b.name);
-    j.key("nodes").value(int64_t(b.nodes));
-    j.key("elements").value(int64_t(b.elements));
-    j.key("low").numbers(b.low);
-    j.key("high").numbers(b.high);
-    j.key("types").beginObject();
-    for (const auto& [type, n] : b.types) j.key(type).value(int64_t(n));
-    j.endObject();
-    j.key("sections").beginObject();
-    for (const auto& [number, n] : b.sections) j.key(std::to_string(number)).value(int64_t(n));
-    j.endObject();
-    j.endObject();
+    Json o = Json::object();
+    o["name"] = b.name;
+    o["nodes"] = b.nodes;
+    o["elements"] = b.elements;
+    o["low"] = jsonNumbers(b.low);
+    o["high"] = jsonNumbers(b.high);
+    o["types"] = Json::object();
+    for (const auto& [type, n] : b.types) o["types"][type] = n;
+    o["sections"] = Json::object();
+    for (const auto& [number, n] : b.sections) o["sections"][std::to_string(number)] = n;
+    blocks.push_back(std::move(o));
   }
-  j.endArray();
-  j.endObject();
+  j["blocks"] = std::move(blocks);
+  return j;
+}
+
+// One row per instance and element type: the mesh as a table.
+void printTable(const ModelSummary& s, tools::TableFormat format, std::ostream& out) {
+  tools::TableWriter t(out, format, {"instance", "nodes", "elements", "element_type", "count"});
+  for (const auto& b : s.blocks) {
+    if (b.types.empty()) {
+      t.cell(b.name).cell(int64_t(b.nodes)).cell(int64_t(b.elements)).endRow();
+    }
+    for (const auto& [type, n] : b.types) {
+      t.cell(b.name).cell(int64_t(b.nodes)).cell(int64_t(b.elements)).cell(type);
+      t.cell(int64_t(n)).endRow();
+    }
+  }
 }
 
 }  // namespace
 
 void printModelSummary(const ModelSummary& s, OutputFormat format, std::ostream& out) {
   if (format == OutputFormat::kJson) {
-    printJson(s, out);
-    out << "\n";
+    tools::printJson(toJson(s), out);
+  } else if (format == OutputFormat::kCsv) {
+    printTable(s, tools::TableFormat::kCsv, out);
   } else {
     printText(s, out);
   }

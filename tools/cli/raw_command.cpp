@@ -1,12 +1,15 @@
 #include "tools/cli/raw_command.h"
 
+#include <CLI/CLI.hpp>
 #include <istream>
+#include <memory>
 #include <ostream>
 #include <string>
 
 #include "client/client_error.h"
 #include "client/command_lines.h"
 #include "client/server_process.h"
+#include "tools/cli/cli_app.h"
 #include "tools/cli/record_printer.h"
 
 namespace odbs::cli {
@@ -38,16 +41,16 @@ bool exchange(client::ServerProcess& server, const std::string& text, RecordPrin
 
 }  // namespace
 
-int runRaw(const CliOptions& options, const std::string& serverPath, std::istream& in,
-           std::ostream& out) {
+int runRaw(const CliOptions& options, const std::string& serverPath,
+           const std::vector<std::string>& lines, std::istream& in, std::ostream& out) {
   auto printer = makePrinter(options.format, out, client::standardCatalog());
   int code = 0;
   try {
     client::ServerProcess server({serverPath, 0, options.timeoutMs});
     bool running = true;
-    if (!options.args.empty()) {
-      for (size_t i = 0; running && i < options.args.size(); ++i) {
-        running = exchange(server, options.args[i], *printer);
+    if (!lines.empty()) {
+      for (size_t i = 0; running && i < lines.size(); ++i) {
+        running = exchange(server, lines[i], *printer);
       }
     } else {
       std::string line;
@@ -66,6 +69,18 @@ int runRaw(const CliOptions& options, const std::string& serverPath, std::istrea
   }
   printer->finish();
   return code;
+}
+
+void addRawCommand(CLI::App& app, CliContext& ctx) {
+  auto lines = std::make_shared<std::vector<std::string>>();
+  CLI::App* sub = app.add_subcommand(
+      "raw",
+      "Send command lines (the arguments, else one per line of standard input) and print "
+      "every reply record");
+  sub->add_option("line", *lines, "A command line for the server");
+  sub->callback([&ctx, lines] {
+    ctx.exitCode = runRaw(ctx.options, ctx.serverPath(), *lines, *ctx.in, *ctx.out);
+  });
 }
 
 }  // namespace odbs::cli

@@ -5,7 +5,8 @@
 #include <ostream>
 
 #include "client/core_records.h"
-#include "tools/cli/json_text.h"
+#include "tools/common/json_values.h"
+#include "tools/common/table_writer.h"
 #include "wire/frame.h"
 
 namespace odbs::cli {
@@ -82,24 +83,26 @@ SetSummary SetSummaryBuilder::finish() {
 
 void printSetSummary(const SetSummary& s, OutputFormat format, std::ostream& out) {
   if (format == OutputFormat::kJson) {
-    JsonWriter j(out);
-    j.beginObject();
-    j.key("title").value(s.title);
-    j.key("messages").strings(s.messages);
-    j.key("sets").beginArray();
+    tools::Json sets = tools::Json::array();
     for (const SetEntry& e : s.sets) {
-      j.beginObject();
-      j.key("kind").value(client::setKindName(e.kind));
-      j.key("name").value(e.name);
-      j.key("instance").value(e.instance);
-      j.key("assembly").value(e.assembly);
-      j.key("members").value(int64_t(e.members));
-      j.key("error").value(e.error);
-      j.endObject();
+      sets.push_back({{"kind", client::setKindName(e.kind)},
+                      {"name", e.name},
+                      {"instance", e.instance},
+                      {"assembly", e.assembly},
+                      {"members", e.members},
+                      {"error", e.error}});
     }
-    j.endArray();
-    j.endObject();
-    out << "\n";
+    tools::printJson({{"title", s.title}, {"messages", s.messages}, {"sets", std::move(sets)}},
+                     out);
+    return;
+  }
+  if (format == OutputFormat::kCsv) {
+    tools::TableWriter t(out, tools::TableFormat::kCsv,
+                         {"kind", "name", "instance", "assembly", "members", "error"});
+    for (const SetEntry& e : s.sets) {
+      t.cell(client::setKindName(e.kind)).cell(e.name).cell(e.instance);
+      t.cell(int64_t{e.assembly}).cell(int64_t(e.members)).cell(int64_t{e.error}).endRow();
+    }
     return;
   }
   size_t counts[3] = {0, 0, 0};

@@ -1,14 +1,19 @@
 #include "tools/cli/steps_command.h"
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "client/catalogue_records.h"
 #include "client/model_records.h"
+#include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
-#include "tools/cli/json_text.h"
+#include "tools/common/json_values.h"
+#include "tools/common/number_text.h"
+#include "tools/common/table_writer.h"
 #include "wire/frame.h"
 
 namespace odbs::cli {
@@ -61,10 +66,11 @@ void printFrame(const client::FrameRecord& f, std::ostream& out) {
   char line[160];
   // Single precision is plenty to read by eye; JSON keeps every digit.
   std::snprintf(line, sizeof line, "    frame %4d  value %-12s", f.frameIndex,
-                formatNumber(static_cast<float>(f.frameValue)).c_str());
+                tools::formatNumber(static_cast<float>(f.frameValue)).c_str());
   out << line;
   if (f.mode != 0) {
-    out << "  mode " << f.mode << "  frequency " << formatNumber(static_cast<float>(f.frequency));
+    out << "  mode " << f.mode << "  frequency "
+        << tools::formatNumber(static_cast<float>(f.frequency));
   }
   if (!f.description.empty()) out << "  " << f.description;
   out << "\n";
@@ -77,8 +83,8 @@ void printText(const Catalogue& c, bool allFrames, std::ostream& out) {
   out << c.steps.size() << " steps, " << frames << " frames\n";
   for (const auto& s : c.steps) {
     out << "step " << s.step.number << "  " << s.step.name << "  " << s.procedure << "  "
-        << s.domain << "  total time " << formatNumber(static_cast<float>(s.step.totalTime)) << "  "
-        << s.frames.size() << " frames";
+        << s.domain << "  total time " << tools::formatNumber(static_cast<float>(s.step.totalTime))
+        << "  " << s.frames.size() << " frames";
     if (!s.step.description.empty()) out << "  (" << s.step.description << ")";
     out << "\n";
     size_t n = s.frames.size();
@@ -91,66 +97,53 @@ void printText(const Catalogue& c, bool allFrames, std::ostream& out) {
 }
 
 void printJson(const Catalogue& c, std::ostream& out) {
-  JsonWriter j(out);
-  j.beginObject().key("title").value(c.title).key("analysisCode").value(int64_t{c.analysisCode});
-  j.key("steps").beginArray();
+  using tools::Json;
+  using tools::jsonNumber;
+  Json steps = Json::array();
   for (const auto& s : c.steps) {
-    j.beginObject()
-        .key("number")
-        .value(int64_t{s.step.number})
-        .key("name")
-        .value(s.step.name)
-        .key("description")
-        .value(s.step.description)
-        .key("procedure")
-        .value(s.procedure)
-        .key("domain")
-        .value(s.domain)
-        .key("totalTime")
-        .value(s.step.totalTime);
-    j.key("frames").beginArray();
+    Json frames = Json::array();
     for (const auto& f : s.frames) {
-      j.beginObject()
-          .key("index")
-          .value(int64_t{f.frameIndex})
-          .key("domain")
-          .value(int64_t{f.domain})
-          .key("mode")
-          .value(int64_t{f.mode})
-          .key("value")
-          .value(f.frameValue)
-          .key("frequency")
-          .value(f.frequency)
-          .key("description")
-          .value(f.description)
-          .endObject();
+      frames.push_back({{"index", f.frameIndex},
+                        {"domain", f.domain},
+                        {"mode", f.mode},
+                        {"value", jsonNumber(f.frameValue)},
+                        {"frequency", jsonNumber(f.frequency)},
+                        {"description", f.description}});
     }
-    j.endArray().endObject();
+    steps.push_back({{"number", s.step.number},
+                     {"name", s.step.name},
+                     {"description", s.step.description},
+                     {"procedure", s.procedure},
+                     {"domain", s.domain},
+                     {"totalTime", jsonNumber(s.step.totalTime)},
+                     {"frames", std::move(frames)}});
   }
-  j.endArray().endObject();
-  out << "\n";
+  tools::printJson(
+      {{"title", c.title}, {"analysisCode", c.analysisCode}, {"steps", std::move(steps)}}, out);
+}
+
+// One row per frame, with its step.
+void printCsv(const Catalogue& c, std::ostream& out) {
+  tools::TableWriter t(out, tools::TableFormat::kCsv,
+                       {"step", "step_name", "procedure", "step_domain", "total_time", "frame",
+                        "frame_domain", "mode", "value", "frequency", "description"});
+  for (const auto& s : c.steps) {
+    for (const auto& f : s.frames) {
+      t.cell(s.step.number).cell(s.step.name).cell(s.procedure).cell(s.domain);
+      t.cell(s.step.totalTime).cell(f.frameIndex).cell(f.domain).cell(f.mode);
+      t.cell(f.frameValue).cell(f.frequency).cell(f.description).endRow();
+    }
+  }
 }
 
 }  // namespace
 
-int runSteps(const CliOptions& options, const std::string& serverPath, std::ostream& out,
-             std::ostream& err) {
-  Request req;
-  CliOptions rest = options;
-  std::string cache;
-  rest.args.clear();
-  for (size_t i = 0; i < options.args.size(); ++i) {
-    if (options.args[i] == "--cache" && i + 1 < options.args.size()) {
-      cache = options.args[++i];
-    } else {
-      rest.args.push_back(options.args[i]);
-    }
-  }
-  if (!parseRequest(rest, {"--records", "--all-frames"}, &req, err)) return 2;
+int runSteps(const CliOptions& options, const std::string& serverPath, const StepsRequest& req,
+             std::ostream& out, std::ostream& err) {
   std::vector<std::string> lines;
-  if (!cache.empty()) lines.push_back("T " + cache);
+  if (!req.cache.empty()) lines.push_back("T " + req.cache);
   lines.push_back("fd " + req.database);
-  if (req.has("--records")) return printRecords(options, serverPath, lines, out);
+  if (req.records) return printRecords(options, serverPath, lines, out);
 
   Catalogue catalogue;
   int code = exchange(
@@ -162,9 +155,24 @@ int runSteps(const CliOptions& options, const std::string& serverPath, std::ostr
   }
   if (options.format == OutputFormat::kJson)
     printJson(catalogue, out);
+  else if (options.format == OutputFormat::kCsv)
+    printCsv(catalogue, out);
   else
-    printText(catalogue, req.has("--all-frames"), out);
+    printText(catalogue, req.allFrames, out);
   return 0;
+}
+
+void addStepsCommand(CLI::App& app, CliContext& ctx) {
+  auto req = std::make_shared<StepsRequest>();
+  CLI::App* sub = app.add_subcommand("steps", "Steps and frames of a database");
+  sub->add_option("database", req->database, "The database")->required();
+  sub->add_flag("--records", req->records, "Print the reply records as they came");
+  sub->add_flag("--all-frames", req->allFrames, "List every frame of a long step");
+  sub->add_option("--cache", req->cache, "Keep the step and frame catalogue in FILE")
+      ->option_text("FILE");
+  sub->callback([&ctx, req] {
+    ctx.exitCode = runSteps(ctx.options, ctx.serverPath(), *req, *ctx.out, *ctx.err);
+  });
 }
 
 }  // namespace odbs::cli

@@ -32,3 +32,18 @@ foreach(folder nlohmann CLI)
   file(CREATE_LINK /usr/include/${folder} ${PROJECT_BINARY_DIR}/host_headers/${folder} SYMBOLIC)
 endforeach()
 include_directories(SYSTEM ${PROJECT_BINARY_DIR}/host_headers)
+
+# Their package files would add the whole host include folder: small stand-ins instead,
+# with targets of the same names over the host_headers folder.
+function(odb_host_header_package name target)
+  set(dir ${PROJECT_BINARY_DIR}/host_packages/${name})
+  file(WRITE ${dir}/${name}Config.cmake
+       "if(NOT TARGET ${target})\n"
+       "  add_library(${target} INTERFACE IMPORTED)\n"
+       "  set_target_properties(${target} PROPERTIES INTERFACE_INCLUDE_DIRECTORIES\n"
+       "                        ${PROJECT_BINARY_DIR}/host_headers)\n"
+       "endif()\n")
+  set(${name}_DIR ${dir} CACHE PATH "" FORCE)
+endfunction()
+odb_host_header_package(CLI11 CLI11::CLI11)
+odb_host_header_package(nlohmann_json nlohmann_json::nlohmann_json)

@@ -172,7 +172,9 @@ Group Group::open(const std::string& name) const {
 Group Group::create(const std::string& name) const {
   Handle lcpl = checked(H5Pcreate(H5P_LINK_CREATE), "cannot make a property list");
   checkStatus(H5Pset_char_encoding(lcpl.id(), H5T_CSET_UTF8), "cannot set a link encoding");
-  return Group(checked(H5Gcreate2(id(), name.c_str(), lcpl.id(), H5P_DEFAULT, H5P_DEFAULT),
+  Handle gcpl = checked(H5Pcreate(H5P_GROUP_CREATE), "cannot make a property list");
+  checkStatus(H5Pset_obj_track_times(gcpl.id(), false), "cannot switch off object times");
+  return Group(checked(H5Gcreate2(id(), name.c_str(), lcpl.id(), gcpl.id(), H5P_DEFAULT),
                        "cannot create group " + where(name)),
                where(name), fileSize_);
 }
@@ -286,8 +288,10 @@ void Group::writeRaw(const std::string& name, hid_t ftype, hid_t mtype, const vo
                      const std::vector<hsize_t>& dims) const {
   Handle space = checked(H5Screate_simple(static_cast<int>(dims.size()), dims.data(), nullptr),
                          "cannot make the shape of " + where(name));
+  Handle dcpl = checked(H5Pcreate(H5P_DATASET_CREATE), "cannot make a property list");
+  checkStatus(H5Pset_obj_track_times(dcpl.id(), false), "cannot switch off object times");
   Handle ds = checked(
-      H5Dcreate2(id(), name.c_str(), ftype, space.id(), H5P_DEFAULT, H5P_DEFAULT, H5P_DEFAULT),
+      H5Dcreate2(id(), name.c_str(), ftype, space.id(), H5P_DEFAULT, dcpl.id(), H5P_DEFAULT),
       "cannot create dataset " + where(name));
   hsize_t n = 1;
   for (hsize_t d : dims) n *= d;
@@ -425,9 +429,13 @@ Handle fileAccess(bool forCreate) {
 File File::create(const std::string& path) {
   silenceErrors();
   Handle fapl = fileAccess(true);
+  // No object carries a creation or modification time (here the root group, in create
+  // and writeRaw the others): the same content is the same bytes, on every system.
+  Handle fcpl = checked(H5Pcreate(H5P_FILE_CREATE), "cannot make a property list");
+  checkStatus(H5Pset_obj_track_times(fcpl.id(), false), "cannot switch off object times");
   File f;
   f.path_ = path;
-  f.h_ = checked(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, H5P_DEFAULT, fapl.id()),
+  f.h_ = checked(H5Fcreate(path.c_str(), H5F_ACC_TRUNC, fcpl.id(), fapl.id()),
                  "cannot create file '" + path + "'");
   return f;
 }

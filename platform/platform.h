@@ -1,6 +1,8 @@
 // The platform layer: every operating-system call of the server, the client library and
 // the tools goes through these functions, so that another operating system is a second
-// implementation of this header rather than a fork of the callers.
+// implementation of this header rather than a fork of the callers: platform_linux.cpp
+// and platform_windows.cpp. On Windows, descriptors are C-runtime descriptors (_read,
+// _write) in binary mode, and process ids are Windows process ids.
 //
 // None of these functions throws. Failures are reported through return values as stated.
 #pragma once
@@ -32,12 +34,14 @@ bool waitReadable(int fd, int timeoutMs);
 
 void closeFd(int fd);
 
-// Creates a pipe whose two ends are closed on exec. Returns false on failure.
+// Creates a pipe whose two ends are not inherited by child processes (closed on exec;
+// on Windows made with _O_NOINHERIT, binary mode). Returns false on failure.
 bool makePipe(int fds[2]);
 
 // ---- Process ----------------------------------------------------------------------
 
-// Makes a write to a pipe without reader fail with an error instead of ending the process.
+// Makes a write to a pipe without reader fail with an error instead of ending the process
+// (Windows has no such signal: nothing to do there).
 void ignoreBrokenPipe();
 
 // This process's id.
@@ -53,21 +57,25 @@ bool startThread(std::function<void()> body, size_t stackBytes);
 
 // Blocks until the process pid has ended. Returns at once when pid cannot be watched (no
 // such process, pid <= 0, no permission): a parent that cannot be watched counts as gone.
-// Uses a process descriptor where the kernel has one; otherwise polls often enough that
-// the end is seen within a second.
+// Linux: a process descriptor where the kernel has one, otherwise polls often enough that
+// the end is seen within a second. Windows: OpenProcess (all access) and
+// WaitForSingleObject without time limit.
 void waitForProcessExit(int pid);
 
 // Starts argv[0] (a path) with arguments argv. The child keeps standard input, output and
 // error and the descriptors listed in keepFds, at their numbers; every other descriptor
 // is closed in the child, whether or not it is marked close-on-exec. Returns the child's
 // pid, or -1 on failure.
+// Windows: started with _spawnv, which hands the child every inheritable C-runtime
+// descriptor at its number; each kept descriptor is made inheritable for that (and stays
+// so: close it after the start), the others must be non-inheritable (makePipe's are).
 pid_t spawnProcess(const std::vector<std::string>& argv, const std::vector<int>& keepFds);
 
 // Waits up to timeoutMs for the child to end (negative: no limit). Returns true and stores
 // its exit status (or 128 + signal number for a killed child) when it ended.
 bool waitChild(pid_t pid, int timeoutMs, int* status);
 
-// Sends SIGKILL to pid.
+// Kills pid at once (SIGKILL; on Windows TerminateProcess with exit status 137).
 void killProcess(pid_t pid);
 
 // ---- Files ------------------------------------------------------------------------
@@ -86,7 +94,8 @@ bool statFile(const std::string& path, FileStat* out);
 // True when the file exists and can be opened for reading.
 bool fileReadable(const std::string& path);
 
-// Renames from to to. Returns 0 on success, otherwise the error number.
+// Renames from to to, replacing an existing file to (on Windows MoveFileEx with
+// replace). Returns 0 on success, otherwise the error number (errno values).
 int renameFile(const std::string& from, const std::string& to);
 
 // Creates an empty file (truncating an existing one). Returns true on success.
@@ -99,7 +108,9 @@ bool removeFile(const std::string& path);
 // when the file does not exist.
 std::string canonicalPath(const std::string& path);
 
-// True when both paths name one existing file (same device and inode): the same file
-// reached through links, bind mounts or different spellings.
+// True when both paths name one existing file (same device and inode; on Windows volume
+// serial number and file index): the same file reached through links, bind mounts or
+// different spellings. On Windows also when both spellings turn into the same text once
+// '/' is read as '\' and a mapped drive letter as its network path (\\server\share).
 bool sameFile(const std::string& a, const std::string& b);
 }  // namespace odbs::platform

@@ -41,4 +41,17 @@ for folder in "${!allowed[@]}"; do
              --include='*.h' --include='*.hpp' --include='*.cpp' --include='*.cc' || true)
 done
 
+# Operating-system headers belong to platform/ alone: the other folders build unchanged for
+# Linux and Windows.
+os_headers='windows|winnetwk|winbase|io|process|unistd|fcntl|poll|pthread|signal|spawn|dirent'
+os_headers+='|dlfcn|sys/wait|sys/stat|sys/mman|sys/syscall'
+for folder in "${!allowed[@]}"; do
+  [[ -d $folder && $folder != platform ]] || continue
+  while IFS= read -r hit; do
+    echo "$hit: operating-system header outside platform/" >&2
+    bad=1
+  done < <(grep -rnE "^[[:space:]]*#[[:space:]]*include[[:space:]]*<($os_headers)\.h>" "$folder" \
+             --include='*.h' --include='*.hpp' --include='*.cpp' --include='*.cc' || true)
+done
+
 exit $bad

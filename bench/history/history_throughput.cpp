@@ -9,7 +9,7 @@
 //   m 2RS 0   the same number of 5-byte records (a 4-byte body), from memory.
 // The first hr reads the samples from the file (cold); later ones are timed warm. Prints
 // the medians in records/s and MB/s, and the ratio hr / m (the goal is 0.8 or better).
-#include <unistd.h>
+#include "platform/platform.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -121,7 +121,7 @@ Args parseArgs(int argc, char** argv) {
 int main(int argc, char** argv) {
   Args args = parseArgs(argc, argv);
   std::string path = args.keep.empty()
-                         ? "/tmp/history_throughput_" + std::to_string(getpid()) + ".odb"
+                         ? "/tmp/history_throughput_" + std::to_string(odbs::platform::processId()) + ".odb"
                          : args.keep;
   int status = 0;
   try {

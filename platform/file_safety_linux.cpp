@@ -5,11 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <atomic>
 #include <cstring>
 #include <mutex>
 
 #include "platform/file_safety.h"
+#include "platform/removal_slots.h"
 
 namespace odbs::platform {
 
@@ -69,22 +69,21 @@ bool processAlive(int pid) {
 
 namespace {
 
-// Paths to remove on a terminating signal. The handler reads only these fixed buffers
-// and calls only async-signal-safe functions (unlink, signal, raise).
-constexpr int kSlots = 16;
-constexpr size_t kPathMax = 4096;
-char slotPath[kSlots][kPathMax];
-std::atomic<bool> slotUsed[kSlots];
-std::mutex slotMutex;  // between registering threads; never taken by the handler
+void unlinkPath(const char* path) {
+  ::unlink(path);
+}
 
+// Removes the registered paths with async-signal-safe calls only, then ends the process as
+// the signal would have.
 void removeRegistered(int sig) {
-  for (int i = 0; i < kSlots; ++i)
-    if (slotUsed[i].load()) ::unlink(slotPath[i]);
+  detail::forEachRegisteredPath(unlinkPath);
   ::signal(sig, SIG_DFL);
   ::raise(sig);
 }
 
-void installHandlers() {
+}  // namespace
+
+void detail::installRemovalHandlers() {
   static std::once_flag once;
   std::call_once(once, [] {
     for (int sig : {SIGINT, SIGTERM, SIGHUP}) {
@@ -98,30 +97,6 @@ void installHandlers() {
       ::sigaction(sig, &sa, nullptr);
     }
   });
-}
-
-}  // namespace
-
-bool removeOnSignal(const std::string& path) {
-  if (path.size() >= kPathMax) return false;
-  installHandlers();
-  std::lock_guard<std::mutex> lock(slotMutex);
-  for (int i = 0; i < kSlots; ++i) {
-    if (slotUsed[i].load()) continue;
-    std::memcpy(slotPath[i], path.c_str(), path.size() + 1);
-    slotUsed[i].store(true);
-    return true;
-  }
-  return false;
-}
-
-void forgetOnSignal(const std::string& path) {
-  std::lock_guard<std::mutex> lock(slotMutex);
-  for (int i = 0; i < kSlots; ++i)
-    if (slotUsed[i].load() && path == slotPath[i]) {
-      slotUsed[i].store(false);
-      return;
-    }
 }
 
 }  // namespace odbs::platform

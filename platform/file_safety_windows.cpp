@@ -3,12 +3,12 @@
 // handle, and temporary files removed on Ctrl-C, Ctrl-Break and console close.
 #include <windows.h>
 
-#include <atomic>
 #include <csignal>
 #include <cstring>
 #include <mutex>
 
 #include "platform/file_safety.h"
+#include "platform/removal_slots.h"
 
 namespace odbs::platform {
 
@@ -36,7 +36,9 @@ bool syncFile(const std::string& path) {
 
 // Windows has no handle on a folder's entries to flush: MoveFileEx with replace (the rename
 // of the writers) is written through by the file system's own journal.
-bool syncDirectory(const std::string&) { return true; }
+bool syncDirectory(const std::string&) {
+  return true;
+}
 
 std::string directoryOf(const std::string& path) {
   size_t slash = path.find_last_of("/\\");
@@ -69,59 +71,30 @@ bool processAlive(int pid) {
 
 namespace {
 
-constexpr int kSlots = 16;
-constexpr size_t kPathMax = 1024;
-char slotPath[kSlots][kPathMax];
-std::atomic<bool> slotUsed[kSlots];
-std::mutex slotMutex;
-
-void removeRegistered() {
-  for (int i = 0; i < kSlots; ++i)
-    if (slotUsed[i].load()) DeleteFileA(slotPath[i]);
+void deletePath(const char* path) {
+  DeleteFileA(path);
 }
 
 BOOL WINAPI onConsoleEvent(DWORD) {
-  removeRegistered();
+  detail::forEachRegisteredPath(deletePath);
   return FALSE;  // the default handler ends the process
 }
 
 void onSignal(int sig) {
-  removeRegistered();
+  detail::forEachRegisteredPath(deletePath);
   std::signal(sig, SIG_DFL);
   std::raise(sig);
 }
 
-void installHandlers() {
+}  // namespace
+
+void detail::installRemovalHandlers() {
   static std::once_flag once;
   std::call_once(once, [] {
     SetConsoleCtrlHandler(onConsoleEvent, TRUE);
     std::signal(SIGINT, onSignal);
     std::signal(SIGTERM, onSignal);
   });
-}
-
-}  // namespace
-
-bool removeOnSignal(const std::string& path) {
-  if (path.size() >= kPathMax) return false;
-  installHandlers();
-  std::lock_guard<std::mutex> lock(slotMutex);
-  for (int i = 0; i < kSlots; ++i) {
-    if (slotUsed[i].load()) continue;
-    std::memcpy(slotPath[i], path.c_str(), path.size() + 1);
-    slotUsed[i].store(true);
-    return true;
-  }
-  return false;
-}
-
-void forgetOnSignal(const std::string& path) {
-  std::lock_guard<std::mutex> lock(slotMutex);
-  for (int i = 0; i < kSlots; ++i)
-    if (slotUsed[i].load() && path == slotPath[i]) {
-      slotUsed[i].store(false);
-      return;
-    }
 }
 
 }  // namespace odbs::platform

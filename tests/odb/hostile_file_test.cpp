@@ -3,7 +3,6 @@
 // non-regular files, which must be refused before they are opened.
 #include <gtest/gtest.h>
 #include <hdf5.h>
-#include <sys/stat.h>
 
 #include <chrono>
 #include <cstdio>

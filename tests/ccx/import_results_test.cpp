@@ -143,6 +143,13 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   const odb_HistoryRegion& fix = step(0).historyRegions()["Node set FIX"];
   EXPECT_EQ(fix.historyPoint().region().name(), "FIX");
   EXPECT_NEAR(fix.historyOutputs()["RF3"].data()[3][1], 90.0, 1e-3);
+  // History times in double precision, as the solver printed them: 2.0001 - 2 is 0.0001,
+  // which a float holds only as 9.99999974738e-05.
+  const odb_HistoryOutput& dynamicU3 =
+      step(2).historyRegions()["Node PART-1-1.99"].historyOutputs()["U3"];
+  ASSERT_EQ(dynamicU3.frameValues().size(), 4u);
+  EXPECT_EQ(dynamicU3.frameValues()[0], 0.0001);
+  EXPECT_EQ(dynamicU3.frameValues()[3], 0.0004);
 }
 
 TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {

@@ -172,6 +172,7 @@ void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
       output.description = o.description;
       output.type = odb_Enum::SCALAR;
       output.width = 2;
+      output.frameValues = o.frameValues;  // kept in double precision beside the samples
       for (size_t i = 0; i < o.values.size(); ++i) {
         output.data.push_back(static_cast<float>(o.frameValues[i]));
         output.data.push_back(o.values[i]);

@@ -31,6 +31,10 @@ echo "== displacements U at the end of Step-1, read from the database"
 "$bin/odb_fields" "$db" --step Step-1 --field U --values 8
 
 echo
+echo "== stresses S of the same frame, through odb_server (commands d and rs)"
+"$bin/odb_cli" fields "$db" --field S --step 1 --frame 3 --values 8
+
+echo
 echo "== the viewer file: every frame of every step for ParaView and VTK (docs/export.md)"
 "$bin/odb_export" "$db" "${db%.odb}.pvd"
 if /usr/bin/python3 -c "import vtk" 2>/dev/null; then

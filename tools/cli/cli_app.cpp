@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <map>
 
+#include "tools/cli/fields_command.h"
 #include "tools/cli/history_command.h"
 #include "tools/cli/model_command.h"
 #include "tools/cli/raw_command.h"
@@ -31,7 +32,7 @@ int runCli(const std::vector<std::string>& args, std::istream& in, std::ostream&
       {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
   app.add_option_function<std::string>(
          "--format", [&ctx, formats](const std::string& f) { ctx.options.format = formats.at(f); },
-         "Output: text (default), json, or csv (tables: model, sets, steps)")
+         "Output: text (default), json, or csv (tables: model, sets, steps, fields)")
       ->option_text("text|json|csv")
       ->check(CLI::IsMember({"text", "json", "csv"}));
   app.add_option("--timeout", ctx.options.timeoutMs,
@@ -46,6 +47,7 @@ int runCli(const std::vector<std::string>& args, std::istream& in, std::ostream&
   addModelCommands(app, ctx);
   addStepsCommand(app, ctx);
   addHistoryCommand(app, ctx);
+  addFieldsCommand(app, ctx);
 
   int code = tools::parseCommandLine(app, args, out, err);
   return code >= 0 ? code : ctx.exitCode;

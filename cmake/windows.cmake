@@ -25,10 +25,10 @@ macro(odb_find_gtest)
   add_subdirectory(${ODB_GTEST_SOURCE} ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 endmacro()
 
-# nlohmann/json and CLI11 are header-only and the same for every target: the host's copies
+# nlohmann/json, CLI11 and fast_float are header-only and the same for every target: the host's copies
 # are used, and only they (the rest of the host's include folder is for Linux).
 file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/host_headers)
-foreach(folder nlohmann CLI)
+foreach(folder nlohmann CLI fast_float)
   file(CREATE_LINK /usr/include/${folder} ${PROJECT_BINARY_DIR}/host_headers/${folder} SYMBOLIC)
 endforeach()
 include_directories(SYSTEM ${PROJECT_BINARY_DIR}/host_headers)

@@ -5,4 +5,5 @@
 # are there. The Linux build needs none of this.
 set -euo pipefail
 exec bash "$(dirname "$0")/setup.sh" g++-mingw-w64-x86-64-posix gcc-mingw-w64-x86-64-posix \
-  libz-mingw-w64-dev wine64 wine googletest dpkg-dev cmake make nlohmann-json3-dev libcli11-dev
+  libz-mingw-w64-dev wine64 wine googletest dpkg-dev cmake make nlohmann-json3-dev libcli11-dev \
+  libfast-float-dev

@@ -13,6 +13,9 @@ void setUpProgram(CLI::App& app) {
   app.set_version_flag("--version", app.get_name() + " " + projectVersion(),
                        "Print the program name and version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
+  // Options start with '-' on every system: a path such as /data/job.odb is an argument,
+  // never a Windows-style "/option".
+  app.allow_windows_style_options(false);
 }
 
 int parseCommandLine(CLI::App& app, int argc, const char* const* argv, std::ostream& out,

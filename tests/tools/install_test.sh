@@ -2,11 +2,14 @@
 # cmake --install into a fresh prefix, then two programs outside the project built against
 # what was installed: one through find_package(odb), one through pkg-config. Both open a
 # database written by the installed odb_build and print what they read.
-# usage: install_test.sh BUILD_DIR SOURCE_DIR WORK_DIR
+# usage: install_test.sh BUILD_DIR SOURCE_DIR WORK_DIR [CONSUMER_FLAGS]
+# CONSUMER_FLAGS go to the consumers' compile and link lines (the sanitizer runtimes when
+# the installed library is instrumented).
 set -euo pipefail
 build=$1
 source=$2
 work=$3
+extra=${4:-}
 rm -rf "$work" && mkdir -p "$work"
 prefix=$work/prefix
 cmake --install "$build" --prefix "$prefix" >"$work/install.log"
@@ -25,14 +28,16 @@ expected=$'title installed\nnodes 2\nstep Pull'
 
 # find_package(odb)
 cmake -S "$source/tests/tools/install_consumer" -B "$work/consumer" \
-  -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release >"$work/consumer.log"
+  -DCMAKE_PREFIX_PATH="$prefix" -DCMAKE_BUILD_TYPE=Release \
+  -DCMAKE_CXX_FLAGS="$extra" -DCMAKE_EXE_LINKER_FLAGS="$extra" >"$work/consumer.log"
 cmake --build "$work/consumer" >>"$work/consumer.log"
 got=$("$work/consumer/odb_consumer" "$work/tiny.odb")
 [ "$got" = "$expected" ] || { echo "FAIL: find_package consumer printed: $got"; exit 1; }
 
 # pkg-config
 flags=$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --cflags --libs odb)
-c++ -std=c++17 -o "$work/pc_consumer" "$source/tests/tools/install_consumer/main.cpp" $flags
+# shellcheck disable=SC2086 # both lists are word lists
+c++ -std=c++17 $extra -o "$work/pc_consumer" "$source/tests/tools/install_consumer/main.cpp" $flags
 got=$("$work/pc_consumer" "$work/tiny.odb")
 [ "$got" = "$expected" ] || { echo "FAIL: pkg-config consumer printed: $got"; exit 1; }
 echo "install: find_package(odb) and pkg-config both build and read a database"

@@ -6,8 +6,8 @@ namespace odbs::client {
 
 namespace {
 
-const char* const kModelCommands[] = {"G", "g"};
-const char* const kSetCommands[] = {"S", "s", "irs"};
+const char* const kModelCommands[] = {"G", "g", "irf"};
+const char* const kSetCommands[] = {"S", "s", "irs", "is"};
 
 std::vector<int64_t> ints(const std::vector<int32_t>& v) {
   return std::vector<int64_t>(v.begin(), v.end());
@@ -126,6 +126,13 @@ void addModelRecords(RecordCatalog& c) {
       return DescribedRecord{"set-end", {}};
     });
   }
+  c.add("is", kRecSectionAssignment, [](const RecordView& r) {
+    SectionAssignmentRecord a = decodeSectionAssignment(r);
+    DescribedRecord d{"section-assignment", {{"number", int64_t{a.number}}, {"name", a.name}}};
+    if (a.hasOffset) d.fields.push_back({"offset", std::vector<double>{a.offset1, a.offset2}});
+    if (a.hasThickness) d.fields.push_back({"thickness", double{a.thickness}});
+    return d;
+  });
 }
 
 }  // namespace odbs::client

@@ -3,6 +3,7 @@
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "wire/frame.h"
+#include "wire/section_assignment_coding.h"
 
 namespace odbs::client {
 
@@ -286,6 +287,19 @@ const char* setKindName(SetKind kind) {
       return "surface";
   }
   return "set";
+}
+
+SectionAssignmentRecord decodeSectionAssignment(const RecordView& rec) {
+  expectType(rec, kRecSectionAssignment, "section assignment");
+  ByteReader r = rec.reader();
+  SectionAssignmentBody b;
+  if (!getSectionAssignment(r, &b)) {
+    throw DecodeError("section assignment record does not have its layout (" +
+                      std::to_string(rec.size) + " body bytes)");
+  }
+  return {b.number,   std::move(b.name), (b.flags & kAssignmentHasOffset) != 0,
+          b.offset1,  b.offset2,         (b.flags & kAssignmentHasThickness) != 0,
+          b.thickness};
 }
 
 SetHeaderRecord decodeSetHeader(const RecordView& rec) {

@@ -1,6 +1,6 @@
-// Decoders of the records of the model and set replies (commands G, g, S, s, irs): title,
-// analysis code, annotation line, instance header, block end, node, element, section,
-// material, set headers, label and face blocks, set end.
+// Decoders of the records of the model and set replies (commands G, g, irf, S, s, irs, is):
+// title, analysis code, annotation line, instance header, block end, node, element, section,
+// material, set headers, label and face blocks, set end, section assignment.
 //
 // Each decoder takes a record of its type and returns its fields; it throws DecodeError
 // when the type byte is another one or the body does not have the record's layout (too
@@ -106,7 +106,18 @@ const char* setKindName(SetKind kind);
 std::vector<int32_t> decodeLabelBlock(const RecordView& rec);
 std::vector<std::pair<int32_t, int32_t>> decodeFaceBlock(const RecordView& rec);
 
-// Registers describers of these records for replies to G, g, S, s and irs.
+// 'T' (is): a section assignment; its region follows as a set (header, blocks, set end).
+struct SectionAssignmentRecord {
+  uint32_t number = 0;  // 0: no section of that name
+  std::string name;
+  bool hasOffset = false;
+  float offset1 = 0.f, offset2 = 0.f;
+  bool hasThickness = false;
+  float thickness = 0.f;
+};
+SectionAssignmentRecord decodeSectionAssignment(const RecordView& rec);
+
+// Registers describers of these records for replies to G, g, irf, S, s, irs and is.
 void addModelRecords(RecordCatalog& catalog);
 
 }  // namespace odbs::client

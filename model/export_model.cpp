@@ -16,15 +16,6 @@ namespace odbs {
 
 namespace {
 
-void sendMaterials(odb_Odb& odb, ReplyChannel& out) {
-  const auto& api = static_cast<kmaO_ApiExtension&>(odb.extendApi(odb_Enum::MATERIAL_API));
-  out.discardPending();
-  for (kmaO_MaterialContainerIT it(api.materials()); !it.isDone(); it.next()) {
-    queueMaterialRecord(it.currentValue(), out);
-  }
-  out.flush();
-}
-
 // One block of nodes and, unless nodesOnly, elements, behind a header when named.
 void sendMesh(const odb_DiscreteEntity& entity, bool header, bool nodesOnly,
               const ElementSectionMap& sections, const SectionTables& tables, ReplyChannel& out) {

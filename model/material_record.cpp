@@ -45,4 +45,15 @@ void queueMaterialRecord(const kmaO_Material& material, ReplyChannel& out) {
   out.queue(rec);
 }
 
+void sendMaterials(odb_Odb& odb, ReplyChannel& out, const std::set<std::string>* only) {
+  const auto& api = static_cast<kmaO_ApiExtension&>(odb.extendApi(odb_Enum::MATERIAL_API));
+  out.discardPending();
+  for (kmaO_MaterialContainerIT it(api.materials()); !it.isDone(); it.next()) {
+    const kmaO_Material& material = it.currentValue();
+    if (only && !only->count(material.name())) continue;
+    queueMaterialRecord(material, out);
+  }
+  out.flush();
+}
+
 }  // namespace odbs

@@ -1,6 +1,9 @@
 // The material record (type 17) of the model export.
 #pragma once
 
+#include <set>
+#include <string>
+
 #include "context/reply_channel.h"
 #include "odb/odb.h"
 
@@ -14,5 +17,10 @@ namespace odbs {
 //   i32 acoustic medium flag (1 or 0).
 // Only the first row of each table is sent. Throws only what the database throws.
 void queueMaterialRecord(const kmaO_Material& material, ReplyChannel& out);
+
+// The material phase of the model export: empties the pending buffer, appends one material
+// record per material of odb in container order (only those named in only, when given) and
+// flushes. Throws what the database throws.
+void sendMaterials(odb_Odb& odb, ReplyChannel& out, const std::set<std::string>* only = nullptr);
 
 }  // namespace odbs

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "model/element_section_numbers.h"
 #include "wire/coding.h"
 
 namespace odbs {
@@ -35,56 +36,32 @@ std::vector<TypeLayout> typeLayouts(const std::vector<std::string>& typeNames) {
   return out;
 }
 
-// Section numbers of the elements found through their category, per category index;
-// worked out on first use.
-class CategoryNumbers {
- public:
-  CategoryNumbers(const odb_SequenceElement& elements, const SectionTables& tables)
-      : elements_(elements), tables_(tables), none_(tables.numberOf(std::string())) {}
-  int32_t of(int element, int32_t categoryIndex) {
-    if (categoryIndex < 0) return none_;  // the element's category is the empty one
-    size_t at = size_t(categoryIndex);
-    if (at >= known_.size()) known_.resize(at + 1, kUnknown);
-    if (known_[at] == kUnknown) {
-      known_[at] = sectionNumberOfCategory(elements_[element].sectionCategory().name(), tables_);
-    }
-    return known_[at];
-  }
-
- private:
-  static constexpr int64_t kUnknown = INT64_MIN;
-  const odb_SequenceElement& elements_;
-  const SectionTables& tables_;
-  const int32_t none_;
-  std::vector<int64_t> known_;
-};
-
 }  // namespace
 
-void queueNodeRecords(const odb_SequenceNode& nodes, ReplyChannel& out) {
+void queueNodeRecords(const odb_SequenceNode& nodes, ReplyChannel& out, const Selection* keep) {
   const std::vector<int32_t>& labels = nodes.labels();
   const float* coords = nodes.coordinateData().data();
   const size_t dim = static_cast<size_t>(nodes.dimension());
   const size_t body = 4 + 4 * dim;
   for (size_t i = 0; i < labels.size(); ++i) {
+    if (keep && !(*keep)[i]) continue;
     uint8_t* p = putI32(out.queueFixed(kRecNode, body), labels[i]);
     putF32Array(p, coords + i * dim, dim);
   }
 }
 
 void queueElementRecords(const odb_SequenceElement& elements, const ElementSectionMap& sections,
-                         const SectionTables& tables, ReplyChannel& out) {
+                         const SectionTables& tables, ReplyChannel& out, const Selection* keep) {
   const odb::ElementData& d = elements.data();
   const std::vector<TypeLayout> types = typeLayouts(d.typeNames);
-  CategoryNumbers byCategory(elements, tables);
+  ElementSectionNumbers numbers(elements, sections, tables);
   const size_t maxBody = kRecordBufferSize - 1;
   for (size_t i = 0; i < d.labels.size(); ++i) {
     const int32_t* nodes = d.connectivity.data() + d.offsets[i];
     size_t n = static_cast<size_t>(d.offsets[i + 1] - d.offsets[i]);
-    if (n == 0) continue;
+    if (n == 0 || (keep && !(*keep)[i])) continue;
     const TypeLayout& type = types[size_t(d.typeIndex[i])];
-    int32_t section = sections.find(d.labels[i]);
-    if (section == 0) section = byCategory.of(static_cast<int>(i), d.categoryIndex[i]);
+    int32_t section = numbers.of(i);
 
     size_t fixed = type.name.size() + 8 + (type.connector ? 4 : 0);
     size_t perNode = type.connector ? 8 : 4;

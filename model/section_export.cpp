@@ -36,16 +36,14 @@ const ElementSectionMap& ModelSections::forInstance(const std::string& name,
   return multiInstance ? none_ : assembly;
 }
 
-ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) {
+ModelSections collectSections(odb_Odb& odb) {
   const auto& api = static_cast<kseO_ApiExtension&>(odb.extendApi(odb_Enum::SECTION_API));
   const kseO_SectionContainer& sections = api.sections();
   const odb_Assembly& assembly = odb.rootAssembly();
   ModelSections result;
   result.tables = numberSections(sections, odb.sectionCategories());
   Assignments assigned = collectAssignments(assembly);
-  SectionRecordContext recordContext{assembly, odb.sectionCategories(), result.tables};
 
-  out.discardPending();
   for (kseO_SectionContainerIT it(sections); !it.isDone(); it.next()) {
     const odb_Section& section = it.currentValue();
     auto region = assigned.region.find(section.name());
@@ -56,18 +54,34 @@ ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) 
     auto owner = assigned.owner.find(section.name());
     bool ownedByInstance = owner != assigned.owner.end();
     const std::string& ownerName = ownedByInstance ? owner->second : assembly.name();
-    if (multiInstance) out.queueText(ownerName, kRecInstanceHeader);
     ElementSectionMap& map = ownedByInstance ? result.byInstance[ownerName] : result.assembly;
     int32_t number = result.tables.numberOf(section.name());
-    queueSectionRecord(section, number, recordContext, out);
-    if (multiInstance) out.queueFixed(kRecBlockEnd, 0);
+    result.assigned.push_back({&section, number, ownerName});
     map.reserve(size_t(members.size()));
     for (int label : members) map.insert(label, number);
   }
-  out.flush();
-
   for (auto& entry : result.byInstance) entry.second.freeze();
   result.assembly.freeze();
+  return result;
+}
+
+void queueSections(odb_Odb& odb, const ModelSections& sections, bool multiInstance,
+                   const std::function<bool(const AssignedSection&)>& send, ReplyChannel& out) {
+  const odb_Assembly& assembly = odb.rootAssembly();
+  SectionRecordContext recordContext{assembly, odb.sectionCategories(), sections.tables};
+  out.discardPending();
+  for (const AssignedSection& a : sections.assigned) {
+    if (send && !send(a)) continue;
+    if (multiInstance) out.queueText(a.owner, kRecInstanceHeader);
+    queueSectionRecord(*a.section, a.number, recordContext, out);
+    if (multiInstance) out.queueFixed(kRecBlockEnd, 0);
+  }
+  out.flush();
+}
+
+ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) {
+  ModelSections result = collectSections(odb);
+  queueSections(odb, result, multiInstance, {}, out);
   return result;
 }
 

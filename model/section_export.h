@@ -3,8 +3,10 @@
 // the element records read.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "context/reply_channel.h"
 #include "model/element_section_map.h"
@@ -13,8 +15,16 @@
 
 namespace odbs {
 
+// A section that the model export sends: the first assignment's region holds elements.
+struct AssignedSection {
+  const odb_Section* section;  // owned by the database
+  int32_t number;
+  std::string owner;  // first instance assigning it, else the root assembly's name
+};
+
 struct ModelSections {
   SectionTables tables;
+  std::vector<AssignedSection> assigned;                // in section container order
   std::map<std::string, ElementSectionMap> byInstance;  // owner instance name -> map
   ElementSectionMap assembly;  // sections assigned only at the root assembly
 
@@ -26,11 +36,20 @@ struct ModelSections {
   ElementSectionMap none_;
 };
 
-// Numbers the sections of odb and appends, for each section in container order whose first
-// assignment region holds elements: (H owner,) the section record, (I) -- the H and I
-// records only when multiInstance. The owner is the first instance that assigns the
-// section, else the root assembly. Empties the pending buffer first and flushes it at the
-// end. Every map returned is frozen. Throws what the database throws.
+// Numbers the sections of odb and builds, for each section in container order whose first
+// assignment region holds elements, its entry in assigned and the element section maps of
+// its owner (the first instance that assigns the section, else the root assembly). Every
+// map returned is frozen. Sends nothing; throws what the database throws.
+ModelSections collectSections(odb_Odb& odb);
+
+// Appends, for each section of sections.assigned that send accepts (every one when send is
+// empty): (H owner,) the section record, (I) -- the H and I records only when
+// multiInstance. Empties the pending buffer first and flushes it at the end. Throws
+// std::runtime_error when a section is not of the class its type names.
+void queueSections(odb_Odb& odb, const ModelSections& sections, bool multiInstance,
+                   const std::function<bool(const AssignedSection&)>& send, ReplyChannel& out);
+
+// collectSections, then queueSections of every assigned section: the section phase of g.
 ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out);
 
 }  // namespace odbs

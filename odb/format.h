@@ -11,9 +11,9 @@ namespace odb {
 
 // Value of the root attribute "format" that marks a file as ours.
 inline constexpr const char* kFormatTag = "odb-hdf5";
-// The version this library writes and reads. Versions 1 and 2 need an upgrade (the
+// The version this library writes and reads. Versions 1 to 3 need an upgrade (the
 // library still reads them to make the upgraded copy).
-inline constexpr int kFormatVersion = 3;
+inline constexpr int kFormatVersion = 4;
 inline constexpr int kOldestFormatVersion = 1;
 
 // An open database file shared by every object that loads from it.

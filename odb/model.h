@@ -155,13 +155,16 @@ using odb_SetRepositoryIT = odb_RepositoryIterator<odb_Set>;
 class odb_SectionAssignment {
  public:
   explicit odb_SectionAssignment(const odb::SectionAssignmentData& d)
-      : sectionName_(d.sectionName), region_(d.region) {}
+      : sectionName_(d.sectionName), region_(d.region), placement_(d.placement) {}
   const std::string& sectionName() const { return sectionName_; }
   const odb_Set& region() const { return region_; }
+  // Offset and thickness of the assignment, each with a flag that says whether it is given.
+  const odb::SectionPlacement& placement() const { return placement_; }
 
  private:
   std::string sectionName_;
   odb_Set region_;
+  odb::SectionPlacement placement_;
 };
 using odb_SequenceSectionAssignment = odb_Sequence<odb_SectionAssignment>;
 

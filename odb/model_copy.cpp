@@ -24,7 +24,7 @@ EntityData readEntity(const odb_DiscreteEntity& e) {
   d.elementSets = readSets(e.elementSets());
   d.surfaces = readSets(e.surfaces());
   for (const auto& a : e.sectionAssignments())
-    d.sectionAssignments.push_back({a.sectionName(), a.region().data()});
+    d.sectionAssignments.push_back({a.sectionName(), a.region().data(), a.placement()});
   return d;
 }
 

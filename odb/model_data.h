@@ -103,9 +103,20 @@ struct MaterialData {
   TableData acousticMedium;
 };
 
+// What a section assignment says beyond its section and region, where the source gives it:
+// the offset of the reference surface or axis and the thickness.
+struct SectionPlacement {
+  bool hasOffset = false;
+  float offset1 = 0.f;  // shells: from the mid-surface in thicknesses; beams: along axis 1
+  float offset2 = 0.f;  // beams: along axis 2
+  bool hasThickness = false;
+  float thickness = 0.f;
+};
+
 struct SectionAssignmentData {
   std::string sectionName;
   SetData region;
+  SectionPlacement placement;
 };
 
 struct ConnectorOrientationData {

@@ -1,7 +1,8 @@
 // Storing and loading the model side of a database in the HDF5 layout of docs/format.md,
 // one table at a time, each table's store and load side by side in one file:
 // store_properties.cpp (annotations, section categories, sections, materials),
-// store_sets.cpp (sets, set lists, section assignments, connector orientations),
+// store_sets.cpp (sets, set lists, connector orientations), store_assignments.cpp (section
+// assignments),
 // store_entity.cpp (nodes, elements, entity groups, the model root).
 //
 // Store functions take data that odb::Writer has validated and throw std::runtime_error on
@@ -43,6 +44,8 @@ std::vector<SetData> loadSetList(const h5::Group& g);
 odb_SetRepository lazySetList(const SourcePtr& src, const std::string& path,
                               odb_Enum::odb_SetTypeEnum type);
 void storeSectionAssignments(const h5::Group& entity, const std::vector<SectionAssignmentData>& v);
+// Files older than version 4 hold no placements: every assignment loads without offset and
+// thickness.
 odb_SequenceSectionAssignment loadSectionAssignments(const SourcePtr& src,
                                                      const std::string& entityPath);
 void storeConnectorOrientations(const h5::Group& assembly,

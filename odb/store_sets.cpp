@@ -1,5 +1,5 @@
-// Sets: one set group, the set lists of an entity, section assignments and connector
-// orientations (which hold a set each); store and load side by side.
+// Sets: one set group, the set lists of an entity and connector orientations (which hold a
+// set each); store and load side by side.
 #include "odb/model_store.h"
 #include "odb/store_util.h"
 
@@ -170,28 +170,6 @@ odb_SetRepository lazySetList(const SourcePtr& src, const std::string& path,
     repo.insert(names[i], odb_Set(names[i], type, std::move(members)));
   }
   return repo;
-}
-
-void storeSectionAssignments(const h5::Group& entity, const std::vector<SectionAssignmentData>& v) {
-  h5::Group g = entity.create(name::kSectionAssignments);
-  std::vector<std::string> names;
-  for (size_t i = 0; i < v.size(); ++i) {
-    names.push_back(v[i].sectionName);
-    storeSet(g.create(std::to_string(i)), v[i].region);
-  }
-  g.writeStrings(name::kSectionNames, names);
-}
-
-odb_SequenceSectionAssignment loadSectionAssignments(const SourcePtr& src,
-                                                     const std::string& entityPath) {
-  odb_SequenceSectionAssignment seq;
-  std::string path = entityPath + "/" + name::kSectionAssignments;
-  if (!src->file.root().has(path)) return seq;
-  h5::Group g = src->group(path);
-  std::vector<std::string> names = g.readStrings(name::kSectionNames);
-  for (size_t i = 0; i < names.size(); ++i)
-    seq.append(odb_SectionAssignment({names[i], loadSet(g.open(std::to_string(i)))}));
-  return seq;
 }
 
 void storeConnectorOrientations(const h5::Group& assembly,

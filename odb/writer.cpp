@@ -150,9 +150,10 @@ void EntityWriter::addSet(const SetData& set) {
   list.push_back(set);
 }
 
-void EntityWriter::addSectionAssignment(const std::string& sectionName, const SetData& region) {
+void EntityWriter::addSectionAssignment(const std::string& sectionName, const SetData& region,
+                                        const SectionPlacement& placement) {
   checkSet(region);
-  e_->sectionAssignments.push_back({sectionName, region});
+  e_->sectionAssignments.push_back({sectionName, region, placement});
 }
 
 namespace {

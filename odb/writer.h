@@ -62,7 +62,8 @@ class EntityWriter {
   // A set of any form, for example an assembly-level set whose members lie in several
   // instances (SetData::addMembers per instance).
   void addSet(const SetData& set);
-  void addSectionAssignment(const std::string& sectionName, const SetData& region);
+  void addSectionAssignment(const std::string& sectionName, const SetData& region,
+                            const SectionPlacement& placement = {});
 
   const std::string& name() const { return e_->name; }
   // The data added so far, for filling large arrays in place; Writer::close validates it.

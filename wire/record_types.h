@@ -62,6 +62,7 @@ enum RecordType : uint8_t {
   kRecBlockEnd = 73,              // 'I': type byte only
   kRecRotation3Real = 76,         // 'L': UR3
   kRecRotation3Complex = 80,      // 'P'
+  kRecSectionAssignment = 84,     // 'T': section assignment (is)
   kRecMessage = 124,              // '|': counted text for the user
   kRecProcessId = 125,            // '}': u32 process id
   kRecEnd = 126,                  // '~': closes the reply to one command

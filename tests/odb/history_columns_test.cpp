@@ -5,6 +5,7 @@
 
 #include <cstdio>
 
+#include "odb/format.h"
 #include "odb/model_copy.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
@@ -114,7 +115,7 @@ class HistoryColumns : public ::testing::Test {
 
 TEST_F(HistoryColumns, EveryPointFieldComplexOutputsAndDoubleTimes) {
   odb_Odb& odb = openOdb(path_, true);
-  EXPECT_EQ(odb.formatVersion(), 3);
+  EXPECT_EQ(odb.formatVersion(), odb::kFormatVersion);
   const odb_Step& s = odb.steps()["Step-1"];
   EXPECT_EQ(s.domain(), odb_Enum::MODAL);
   EXPECT_DOUBLE_EQ(s.totalTime(), 2.5);
@@ -147,7 +148,7 @@ TEST_F(HistoryColumns, Version2FileWithHistoryAndSetsUpgradesToTheSameContent) {
   EXPECT_TRUE(isUpgradeRequiredForOdb(old));
   upgradeOdb(old, copy);
   odb_Odb& odb = openOdb(copy, true);
-  EXPECT_EQ(odb.formatVersion(), 3);
+  EXPECT_EQ(odb.formatVersion(), odb::kFormatVersion);
   expectRegions(odb.steps()["Step-1"], false);
   odb::ModelData back = odb::readModel(odb);
   ASSERT_EQ(back.assembly.nodeSets.size(), m.assembly.nodeSets.size());

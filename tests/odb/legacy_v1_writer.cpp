@@ -85,6 +85,28 @@ Group writeModel(odb::h5::File& f, const odb::ModelData& m, int version) {
 
 }  // namespace
 
+void dropPlacements(const Group& entity) {
+  Group g = entity.open(name::kSectionAssignments);
+  g.remove(name::kPlacementFlags);
+  g.remove(name::kOffsets);
+  g.remove(name::kThicknesses);
+}
+
+}  // namespace
+
+void writeVersion3(const std::string& path, const odb::ModelData& m) {
+  odb::h5::File f = odb::h5::File::create(path);
+  Group root = f.root();
+  root.setString(name::kFormat, odb::kFormatTag);
+  root.setInt(name::kFormatVersion, 3);
+  odb::storeModel(root, m);
+  Group a = root.open(name::kAssembly);
+  dropPlacements(a);
+  for (size_t i = 0; i < m.instances.size(); ++i)
+    dropPlacements(a.open(std::string(name::kInstances) + "/" + std::to_string(i)));
+  f.close();
+}
+
 void writeVersion1(const std::string& path, const odb::ModelData& m) {
   odb::h5::File f = odb::h5::File::create(path);
   Group root = writeModel(f, m, 1);

@@ -13,6 +13,9 @@
 
 namespace odbtest {
 
+// Version 3: the current layout without the placements of section assignments.
+void writeVersion3(const std::string& path, const odb::ModelData& m);
+
 void writeVersion1(const std::string& path, const odb::ModelData& m);
 
 // The model and one step of the given history regions (no frames), in version 2.

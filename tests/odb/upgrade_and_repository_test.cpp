@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+#include "odb/format.h"
 #include "odb/model_copy.h"
 #include "odb/odb.h"
 #include "odb/repository.h"
@@ -28,7 +29,7 @@ TEST(Upgrade, Version1FileNeedsUpgradeAndCopyReadsTheSame) {
   upgradeOdb(old, copy);
   EXPECT_FALSE(isUpgradeRequiredForOdb(copy));
   odb_Odb& odb = openOdb(copy, true);
-  EXPECT_EQ(odb.formatVersion(), 3);
+  EXPECT_EQ(odb.formatVersion(), odb::kFormatVersion);
   odb::ModelData back = odb::readModel(odb);
   for (size_t i = 0; i < m.instances.size(); ++i) {
     // readModel lists instances in key order; the sample stores them in reverse.
@@ -42,6 +43,41 @@ TEST(Upgrade, Version1FileNeedsUpgradeAndCopyReadsTheSame) {
   closeOdb(odb);
   std::remove(old.c_str());
   std::remove(copy.c_str());
+}
+
+// Placements of section assignments: kept by a current file, absent from a version-3 file
+// and from its upgraded copy (whose assignments are otherwise the same).
+TEST(Upgrade, SectionPlacementsRoundTripAndVersion3CopiesHaveNone) {
+  odb_initializeAPI();
+  std::string cur = odbtest::tempPath("placed.odb"), old = odbtest::tempPath("v3.odb"),
+              copy = old + ".odb";
+  odb::ModelData m = odbtest::sampleModel();
+  m.instances[0].sectionAssignments[0].placement = {true, -0.5f, 0.25f, true, 2.5f};
+  odb::writeModel(cur, m);
+  odbtest::writeVersion3(old, m);
+
+  odb_Odb& c = openOdb(cur, true);
+  const odb_Instance& placed = c.rootAssembly().instances()[m.instances[0].name];
+  const odb::SectionPlacement& p = placed.sectionAssignments()[0].placement();
+  EXPECT_TRUE(p.hasOffset);
+  EXPECT_EQ(p.offset1, -0.5f);
+  EXPECT_EQ(p.offset2, 0.25f);
+  EXPECT_TRUE(p.hasThickness);
+  EXPECT_EQ(p.thickness, 2.5f);
+  closeOdb(c);
+
+  EXPECT_TRUE(isUpgradeRequiredForOdb(old));
+  upgradeOdb(old, copy);
+  odb_Odb& u = openOdb(copy, true);
+  EXPECT_EQ(u.formatVersion(), odb::kFormatVersion);
+  const odb_Instance& copied = u.rootAssembly().instances()[m.instances[0].name];
+  const odb_SectionAssignment& a = copied.sectionAssignments()[0];
+  EXPECT_EQ(a.sectionName(), m.instances[0].sectionAssignments[0].sectionName);
+  EXPECT_EQ(a.region().name(), m.instances[0].sectionAssignments[0].region.name);
+  EXPECT_FALSE(a.placement().hasOffset);
+  EXPECT_FALSE(a.placement().hasThickness);
+  closeOdb(u);
+  for (const std::string& f : {cur, old, copy}) std::remove(f.c_str());
 }
 
 TEST(Repository, KeyedByPathInKeyOrderWithLock) {

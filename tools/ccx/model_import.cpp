@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <map>
+#include <optional>
 #include <unordered_map>
 
 #include "tools/ccx/text.h"
@@ -100,6 +101,31 @@ odb_Union layerAngle(const Deck& deck, const Section& section, const Layer& laye
   return odb_Union::ofFloat(static_cast<float>(std::atan2(sine, cosine) * 180.0 / kPi));
 }
 
+// The offset and thickness that a section card gives its element set: OFFSET of a shell or
+// membrane (in thicknesses from the mid-surface), OFFSET1 and OFFSET2 of a beam, and the
+// thickness of shells, membranes and plane solids (the sum of the layers for a composite).
+odb::SectionPlacement placementOf(const Section& s) {
+  odb::SectionPlacement p;
+  auto parameter = [&s](const char* name) -> std::optional<double> {
+    auto it = s.parameters.find(name);
+    return it == s.parameters.end() ? std::nullopt : toDouble(it->second);
+  };
+  if (s.kind == SectionKind::Beam) {
+    auto o1 = parameter("OFFSET1"), o2 = parameter("OFFSET2");
+    p.hasOffset = o1 || o2;
+    p.offset1 = static_cast<float>(o1.value_or(0.0));
+    p.offset2 = static_cast<float>(o2.value_or(0.0));
+  } else if (s.kind == SectionKind::Shell || s.kind == SectionKind::CompositeShell ||
+             s.kind == SectionKind::Membrane) {
+    auto o = parameter("OFFSET");
+    p.hasOffset = o.has_value();
+    p.offset1 = static_cast<float>(o.value_or(0.0));
+  }
+  p.hasThickness = s.thickness.has_value();
+  p.thickness = static_cast<float>(s.thickness.value_or(0.0));
+  return p;
+}
+
 odb::SectionCategoryData categoryOf(const Section& s) {
   odb::SectionCategoryData c;
   c.name = std::string(sectionKindName(s.kind)) + " < elset = " + s.elset + " >";
@@ -163,7 +189,8 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     int32_t index = writer.addSectionCategory(category);
     const LabelSet* set = deck.elementSet(s.elset);
     for (int32_t label : set->labels) categoryOfElement.emplace(label, index);
-    part.addSectionAssignment(section.name, makeSet(s.elset, odb_Enum::ELEMENT_SET, set->labels));
+    part.addSectionAssignment(section.name, makeSet(s.elset, odb_Enum::ELEMENT_SET, set->labels),
+                              placementOf(s));
   }
 
   if (!deck.contactPairs.empty()) {

@@ -6,8 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "tools/cli/assignment_summary.h"
 #include "tools/cli/cli_app.h"
 #include "tools/cli/database_command.h"
+#include "tools/cli/model_filter_option.h"
 #include "tools/cli/model_summary.h"
 #include "tools/cli/open_failure.h"
 #include "tools/cli/set_summary.h"
@@ -16,7 +18,20 @@ namespace odbs::cli {
 
 int runModel(const CliOptions& options, const std::string& serverPath, const ModelRequest& req,
              std::ostream& out, std::ostream& err) {
-  std::vector<std::string> lines = {(req.nodesOnly ? "G " : "g ") + req.database};
+  std::vector<std::string> lines;
+  for (const std::string& filter : req.filters) {
+    std::string error, line = criterionLine(filter, &error);
+    if (line.empty()) {
+      err << "odb_cli: " << error << "\n";
+      return 2;
+    }
+    lines.push_back(line);
+  }
+  if (req.filters.empty()) {
+    lines.push_back((req.nodesOnly ? "G " : "g ") + req.database);
+  } else {
+    lines.push_back("irf " + req.database);
+  }
   if (req.records) return printRecords(options, serverPath, lines, out);
   ModelSummaryBuilder builder;
   int code = exchangeOnDatabase(
@@ -45,6 +60,18 @@ int runSets(const CliOptions& options, const std::string& serverPath, const Sets
   return code;
 }
 
+int runSections(const CliOptions& options, const std::string& serverPath,
+                const SectionsRequest& req, std::ostream& out, std::ostream& err) {
+  std::vector<std::string> lines = {"is 0 " + req.database};  // the name from position 5
+  if (req.records) return printRecords(options, serverPath, lines, out);
+  AssignmentSummaryBuilder builder;
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) { builder.add(rec); }, err);
+  if (code == 0) printAssignments(builder.finish(), options.format, out);
+  return code;
+}
+
 void addModelCommands(CLI::App& app, CliContext& ctx) {
   auto model = std::make_shared<ModelRequest>();
   CLI::App* m = app.add_subcommand(
@@ -52,6 +79,10 @@ void addModelCommands(CLI::App& app, CliContext& ctx) {
   m->add_option("database", model->database, "The database")->required();
   m->add_flag("--records", model->records, "Print the reply records as they came");
   m->add_flag("--nodes-only", model->nodesOnly, "Nodes without elements (command G)");
+  m->add_option("--filter", model->filters,
+                "Only what these criteria select (command irf): instance=, nset=, section=, "
+                "material=, type=, elements=, elset=, nodes=; one kind narrows another")
+      ->excludes("--nodes-only");
   m->callback([&ctx, model] {
     ctx.exitCode = runModel(ctx.options, ctx.serverPath(), *model, *ctx.out, *ctx.err);
   });
@@ -66,6 +97,15 @@ void addModelCommands(CLI::App& app, CliContext& ctx) {
   s->add_option("--named", sets->named, "Only the sets of these names")->expected(1, -1);
   s->callback([&ctx, sets] {
     ctx.exitCode = runSets(ctx.options, ctx.serverPath(), *sets, *ctx.out, *ctx.err);
+  });
+
+  auto sections = std::make_shared<SectionsRequest>();
+  CLI::App* a = app.add_subcommand(
+      "sections", "Section assignments: which region carries which section (command is)");
+  a->add_option("database", sections->database, "The database")->required();
+  a->add_flag("--records", sections->records, "Print the reply records as they came");
+  a->callback([&ctx, sections] {
+    ctx.exitCode = runSections(ctx.options, ctx.serverPath(), *sections, *ctx.out, *ctx.err);
   });
 }
 

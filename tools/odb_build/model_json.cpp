@@ -175,8 +175,21 @@ EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData&
   if (e.has("sectionAssignments")) {
     JsonAt list = e["sectionAssignments"];
     for (size_t i = 0; i < list.size(); ++i) {
-      list[i].allowOnly({"section", "region"});
-      d.sectionAssignments.push_back({list[i]["section"].str(), findRegion(d, list[i]["region"])});
+      JsonAt a = list[i];
+      a.allowOnly({"section", "region", "offset", "thickness"});
+      d.sectionAssignments.push_back({a["section"].str(), findRegion(d, a["region"]), {}});
+      SectionPlacement& p = d.sectionAssignments.back().placement;
+      if (a.has("offset")) {
+        std::vector<float> o = a["offset"].floats();
+        if (o.empty() || o.size() > 2) a["offset"].fail("expected [offset] or [offset1, offset2]");
+        p.hasOffset = true;
+        p.offset1 = o[0];
+        p.offset2 = o.size() > 1 ? o[1] : 0.f;
+      }
+      if (a.has("thickness")) {
+        p.hasThickness = true;
+        p.thickness = static_cast<float>(a["thickness"].num());
+      }
     }
   }
   return d;

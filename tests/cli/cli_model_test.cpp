@@ -92,6 +92,34 @@ TEST_F(CliModel, SetsAsCsv) {
   EXPECT_NE(csv.find("\nnode set,ALL_BASE,BLOCK-1,1,2,0\n"), std::string::npos) << csv;
 }
 
+TEST_F(CliModel, FilteredModelAndBadFilters) {
+  std::string text = run({"model", *path_, "--filter", "instance=SKIN-1"});
+  ASSERT_EQ(code_, 0) << error_;
+  EXPECT_NE(text.find("mesh           4 nodes, 1 elements"), std::string::npos) << text;
+  run({"model", *path_, "--filter", "elset=BLOCK-1.BLOCK", "--filter", "nodes=1-8"});
+  EXPECT_EQ(code_, 0) << error_;
+  for (const char* bad : {"colour=red", "elements=1-x", "elset=", "section"}) {
+    run({"model", *path_, "--filter", bad});
+    EXPECT_EQ(code_, 2) << bad;
+    EXPECT_NE(error_.find("--filter"), std::string::npos) << error_;
+  }
+}
+
+TEST_F(CliModel, SectionAssignmentsAsTextAndCsv) {
+  std::string text = run({"sections", *path_});
+  ASSERT_EQ(code_, 0) << error_;
+  EXPECT_NE(text.find("3 section assignments"), std::string::npos) << text;
+  EXPECT_NE(text.find("SKIN on element set SKIN (1 members) in SKIN-1  offset 0.5 0  thickness 1"),
+            std::string::npos)
+      << text;
+  std::string csv = run({"sections", *path_, "--format", "csv"});
+  EXPECT_NE(csv.find("instance,number,section,regionKind,region,members,offset1,offset2,"
+                     "thickness\n"),
+            std::string::npos)
+      << csv;
+  EXPECT_NE(csv.find(",CONN,element set,CONN,1,,,\n"), std::string::npos) << csv;
+}
+
 TEST_F(CliModel, HelpVersionAndBadCommandLines) {
   std::string help = run({"--help"});
   EXPECT_EQ(code_, 0);

@@ -9,6 +9,7 @@
 #include "client/model_records.h"
 #include "model/export_model.h"
 #include "model/named_sets.h"
+#include "model/other_exports.h"
 #include "model/send_sets.h"
 #include "odb/odb.h"
 #include "platform/platform.h"
@@ -90,6 +91,40 @@ TEST_F(ModelProcess, SetsSurfacesAndNamedSets) {
     sendNamedSets(c, {{7, 0, "CONN"}, {7, 0, "BLOCK-1.BLOCK"}}, o);
   });
   EXPECT_EQ(typeSequence(named), "1 2 6 H 9 11 I H 6 9 11 I");
+}
+
+// irf uses the criteria list and empties it, also when the database cannot be opened.
+TEST_F(ModelProcess, FilteredModelClearsTheCriteria) {
+  server_->send("irc 1 0 BLOCK-1");
+  server_->send("irc 1 0 SKIN-1");
+  server_->send("irc 5 0 C3D*");
+  auto recs = request("irf " + *path_, [](OdbContext& c, ReplyChannel& o) {
+    exportFilteredModel(c, {{1, 0, "BLOCK-1"}, {1, 0, "SKIN-1"}, {5, 0, "C3D*"}}, o);
+  });
+  EXPECT_EQ(typeSequence(recs), "1 2 21 21 H $ I 17 H 3 3 3 3 3 3 3 3 4 H H");
+  auto whole =
+      request("irf " + *path_, [](OdbContext& c, ReplyChannel& o) { exportModel(c, false, o); });
+  EXPECT_EQ(whole.size(), 33u);  // the reply of g: the list was cleared
+
+  server_->send("irc 7 0 CONN");
+  EXPECT_EQ(server_->request("irf /nonexistent/none.odb").wireBytes(), kEnd);
+  request("irf " + *path_, [](OdbContext& c, ReplyChannel& o) { exportModel(c, false, o); });
+}
+
+TEST_F(ModelProcess, SectionAssignments) {
+  auto recs = request("is 0 " + *path_,
+                      [](OdbContext& c, ReplyChannel& o) { exportSectionAssignments(c, o); });
+  EXPECT_EQ(typeSequence(recs), "1 2 H T 6 9 11 I H T 6 9 11 I T 6 H 9 11 I");
+  client::SectionAssignmentRecord skin = client::decodeSectionAssignment(recs[9]);
+  EXPECT_EQ(skin.name, "SKIN");
+  EXPECT_TRUE(skin.hasOffset);
+  EXPECT_EQ(skin.offset1, 0.5f);
+  EXPECT_TRUE(skin.hasThickness);
+  EXPECT_EQ(skin.thickness, 1.f);
+  client::SectionAssignmentRecord conn = client::decodeSectionAssignment(recs[14]);
+  EXPECT_EQ(conn.name, "CONN");
+  EXPECT_FALSE(conn.hasOffset || conn.hasThickness);
+  EXPECT_EQ(server_->request("is 0 /nonexistent/none.odb").wireBytes(), kEnd);
 }
 
 }  // namespace

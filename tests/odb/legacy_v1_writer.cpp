@@ -83,8 +83,6 @@ Group writeModel(odb::h5::File& f, const odb::ModelData& m, int version) {
   return root;
 }
 
-}  // namespace
-
 void dropPlacements(const Group& entity) {
   Group g = entity.open(name::kSectionAssignments);
   g.remove(name::kPlacementFlags);

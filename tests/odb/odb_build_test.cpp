@@ -47,6 +47,12 @@ TEST(OdbBuild, FixtureBuildsAndReadsBack) {
   EXPECT_EQ(a.nodeSets()["ALL_BASE"].nodes("SKIN-1")[0], 1);
   EXPECT_EQ(a.connectorOrientations()[0].csys1().name(), "DATUM-1");
   EXPECT_EQ(a.instances()["SKIN-1"].nodes().dimension(), 2);
+  const odb::SectionPlacement& placed = a.instances()["SKIN-1"].sectionAssignments()[0].placement();
+  EXPECT_TRUE(placed.hasOffset && placed.hasThickness);
+  EXPECT_EQ(placed.offset1, 0.5f);
+  EXPECT_EQ(placed.offset2, 0.f);
+  EXPECT_EQ(placed.thickness, 1.f);
+  EXPECT_FALSE(block.sectionAssignments()[0].placement().hasOffset);
   auto& sec = static_cast<kseO_ApiExtension&>(odb.extendApi(odb_Enum::SECTION_API));
   EXPECT_EQ(kseO_CompositeShellSection::cast(*sec.sections()["Section-SKIN"])
                 .layup()[1]
@@ -93,6 +99,14 @@ TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
   EXPECT_NE(errorOf(ref, out).find("/instances/1/sectionAssignments/0/region: no set \"NONE\""),
             std::string::npos)
       << errorOf(ref, out);
+
+  std::string offsets = text;
+  offsets.replace(offsets.find("\"offset\": [0.5]"), 15, "\"offset\": [1, 2, 3]");
+  EXPECT_NE(errorOf(offsets, out)
+                .find("/instances/1/sectionAssignments/0/offset: expected [offset] or [offset1, "
+                      "offset2]"),
+            std::string::npos)
+      << errorOf(offsets, out);
 
   std::string dup = text;
   dup.replace(dup.find("\"name\": \"SKIN-1\""), 16, "\"name\": \"BLOCK-1\"");

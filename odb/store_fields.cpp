@@ -58,10 +58,8 @@ FieldOutputData loadFieldHeader(const h5::Group& field, const std::string& field
 
 namespace {
 
-// Calls column(name, member) for each column of the block catalogue after the first (the
-// positions, which give the row count), in the order they are stored.
-template <typename Column>
-void blockColumns(Column column) {
+// The columns of the block catalogue after the positions, in the order they are stored.
+const auto kBlockColumns = [](auto column) {
   column(name::kBlockTypes, &BlockRow::type);
   column(name::kBlockWidths, &BlockRow::width);
   column(name::kBlockPrecision, &BlockRow::precision);
@@ -73,21 +71,16 @@ void blockColumns(Column column) {
   column(name::kBlockRows, &BlockRow::rows);
   column(name::kBlockElementTypes, &BlockRow::elementType);
   column(name::kBlockInstances, &BlockRow::instance);
-}
+};
 
 }  // namespace
 
 void storeBlockCatalogue(const h5::Group& field, const std::vector<BlockRow>& blocks) {
-  storeColumn(field, name::kBlockPositions, blocks, &BlockRow::position);
-  blockColumns([&](const char* n, auto member) { storeColumn(field, n, blocks, member); });
+  storeTable(field, blocks, name::kBlockPositions, &BlockRow::position, kBlockColumns);
 }
 
 std::vector<BlockRow> loadBlockCatalogue(const h5::Group& field) {
-  std::vector<int32_t> positions = field.read<int32_t>(name::kBlockPositions);
-  std::vector<BlockRow> out(positions.size());
-  for (size_t i = 0; i < out.size(); ++i) out[i].position = positions[i];
-  blockColumns([&](const char* n, auto member) { loadColumn(field, n, out, member); });
-  return out;
+  return loadTable(field, name::kBlockPositions, &BlockRow::position, kBlockColumns);
 }
 
 BlockRow storeBlock(const h5::Group& block, const FieldBlockData& b, bool complex) {

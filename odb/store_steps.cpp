@@ -20,30 +20,23 @@ StepData loadStepHeader(const h5::Group& step, const std::string& stepName) {
 
 namespace {
 
-// Calls column(name, member) for each column of the frame catalogue after the first (the
-// frame indices, which give the row count), in the order they are stored.
-template <typename Column>
-void frameColumns(Column column) {
+// The columns of the frame catalogue after the frame indices, in the order they are stored.
+const auto kFrameColumns = [](auto column) {
   column(name::kFrameDomain, &FrameData::domain);
   column(name::kFrameMode, &FrameData::mode);
   column(name::kFrameValue, &FrameData::frameValue);
   column(name::kFrameFrequency, &FrameData::frequency);
   column(name::kFrameDescription, &FrameData::description);
-}
+};
 
 }  // namespace
 
 void storeFrameCatalogue(const h5::Group& step, const std::vector<FrameData>& frames) {
-  storeColumn(step, name::kFrameIndex, frames, &FrameData::frameIndex);
-  frameColumns([&](const char* n, auto member) { storeColumn(step, n, frames, member); });
+  storeTable(step, frames, name::kFrameIndex, &FrameData::frameIndex, kFrameColumns);
 }
 
 std::vector<FrameData> loadFrameCatalogue(const h5::Group& step) {
-  std::vector<int32_t> index = step.read<int32_t>(name::kFrameIndex);
-  std::vector<FrameData> out(index.size());
-  for (size_t f = 0; f < out.size(); ++f) out[f].frameIndex = index[f];
-  frameColumns([&](const char* n, auto member) { loadColumn(step, n, out, member); });
-  return out;
+  return loadTable(step, name::kFrameIndex, &FrameData::frameIndex, kFrameColumns);
 }
 
 odb_StepRepository loadSteps(const SourcePtr& src) {

@@ -158,6 +158,8 @@ void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
       if (const LabelSet* set = r.elementSet ? deck_.elementSet(r.set) : deck_.nodeSet(r.set)) {
         region.point.region.addMembers(kInstanceName, set->labels);
       }
+    } else if (r.position == odb_Enum::WHOLE_MODEL) {
+      region.description = "Output of the whole model";
     } else {
       region.description = "Contact output at face " + std::to_string(r.face) + " of element " +
                            std::to_string(r.element);

@@ -84,6 +84,11 @@ void ResultImport::block(FrdBlock&& block) {
                                     ") that neither the deck nor an expanded element has are "
                                     "not imported");
   }
+  if (block.name == "CONTACT") {
+    addContactHistory(block, parts, rows, plan_.steps()[place.step].frames[place.frame].frameValue,
+                      history_[place.step]);
+    frameHasContact_ = true;
+  }
   if (parts.front().name == "S" && sectionForces_[place.step] && !beamNodes_.empty()) {
     // The stresses at beam nodes are the beam's section forces and moments.
     Rows beams, others = rows;
@@ -176,6 +181,29 @@ void ResultImport::addParts(const std::vector<FieldPart>& parts, const Rows& row
   }
 }
 
+void ResultImport::addContactHistory(const FrdBlock& block, const std::vector<FieldPart>& parts,
+                                     const Rows& rows, double frameValue,
+                                     HistoryCollector& history) {
+  // The block holds every node of the model, 0 except at slave nodes in contact (the
+  // solver stores no positive clearance): a node's series begins when it first touches.
+  const int stored = block.storedCount();
+  std::vector<std::string> outputs;
+  for (const FieldPart& part : parts) outputs.push_back(part.name);
+  std::vector<PointSample> points;
+  for (size_t r : rows.deck) {
+    const float* row = &block.values[r * stored];
+    bool touching = false;
+    for (const FieldPart& part : parts) touching |= row[part.source[0]] != 0.f;
+    if (!touching) continue;
+    PointSample p;
+    p.region = nodeRegion(block.nodes[r]);
+    for (const FieldPart& part : parts) p.values.push_back(row[part.source[0]]);
+    points.push_back(std::move(p));
+  }
+  history.addPoints("result file contact", outputs, "Contact variable at the slave node",
+                    frameValue, std::move(points));
+}
+
 void ResultImport::closeFrame() {
   if (openStep_ < 0 || openFrame_ < 0) return;
   const PlannedFrame& frame = plan_.steps()[openStep_].frames[openFrame_];
@@ -183,10 +211,12 @@ void ResultImport::closeFrame() {
   for (size_t i : placer_.tablesOf(frame)) tables.push_back(&prints_.blocks[i]);
   std::vector<PointField> points = pointFieldsOf(tables, shells_, warnings_);
   for (const DatBlock* table : tables) {
-    if (table->kind != DatRowKind::IntegrationPoint) {
-      history_[openStep_].add(*table, frame.frameValue, warnings_);
-    }
+    if (table->kind == DatRowKind::IntegrationPoint) continue;
+    // The same variables at the same slave nodes as the result file's contact block.
+    if (table->kind == DatRowKind::ContactNode && frameHasContact_) continue;
+    history_[openStep_].add(*table, frame.frameValue, warnings_);
   }
+  frameHasContact_ = false;
   sink_.frame(openStep_, frame, std::move(fields_), std::move(points));
   fields_.clear();
   openFrame_ = -1;

@@ -12,7 +12,8 @@
 // nodes (mean of the expanded nodes, sum for forces). Where a step writes beam section
 // forces instead of stresses, the stress block's values at beam nodes become the field
 // outputs SF and SM. Values at nodes that neither the deck nor an expanded element has are
-// left out with one warning.
+// left out with one warning. The nodal contact block of the result file also becomes the
+// history of each slave node that touches during the step (see HistoryCollector::addPoints).
 #pragma once
 
 #include <memory>
@@ -77,6 +78,9 @@ class ResultImport : public FrdVisitor {
     int32_t firstLost = 0;
   };
   Rows rowsOf(const FrdBlock& block, bool forces) const;
+  // History of the result file's nodal contact block: one series per slave node.
+  void addContactHistory(const FrdBlock& block, const std::vector<FieldPart>& parts,
+                         const Rows& rows, double frameValue, HistoryCollector& history);
   void addParts(const std::vector<FieldPart>& parts, const Rows& rows, const FrdBlock& block,
                 bool forces);
 
@@ -96,6 +100,7 @@ class ResultImport : public FrdVisitor {
   int stepsOpened_ = 0;  // steps handed to the sink so far
   int openStep_ = -1, openFrame_ = -1;
   std::vector<NodalField> fields_;  // of the open frame
+  bool frameHasContact_ = false;    // the open frame has the nodal contact block
 };
 
 }  // namespace odbs::ccx

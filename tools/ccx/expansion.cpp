@@ -96,13 +96,13 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
   const Node* firstDeck = nullptr;
   for (const FrdNode& n : nodes) {
     frdNodes_.insert(n.label);
-    auto it = deckNodeIndex_.find(n.label);
-    if (it == deckNodeIndex_.end()) {
+    uint32_t index = deckNodeIndex_.find(n.label);
+    if (index == LabelIndex::kNone) {
       extraNodes_.emplace(n.label, n);
       continue;
     }
     ++shared;
-    const Node& d = deck_.nodes[it->second];
+    const Node& d = deck_.nodes[index];
     if (std::fabs(d.x - n.x) > tolerance || std::fabs(d.y - n.y) > tolerance ||
         std::fabs(d.z - n.z) > tolerance) {
       if (moved++ == 0) first = &n, firstDeck = &d;
@@ -130,30 +130,31 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
   }
 }
 
-void Expansion::addToMesh(const FrdElement& f, std::unordered_set<int32_t>& meshNodes) {
+void Expansion::addToMesh(const FrdElement& f, LabelBits& meshNodes) {
   ExpandedMesh::Element element;
   element.label = f.label;
   element.type = solidTypeName(f.typeCode);
   element.nodes = f.nodes;
-  meshNodes.insert(f.nodes.begin(), f.nodes.end());
+  for (int32_t n : f.nodes) meshNodes.insert(n);
   mesh_.elements.push_back(std::move(element));
 }
 
 void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
-  std::unordered_map<int32_t, const Element*> deckElements;
+  LabelIndex deckElements;  // label -> index in deck_.elements
   deckElements.reserve(deck_.elements.size());
-  for (const Element& e : deck_.elements) deckElements.emplace(e.label, &e);
+  for (size_t i = 0; i < deck_.elements.size(); ++i)
+    deckElements.emplace(deck_.elements[i].label, i);
 
   std::unordered_map<int32_t, size_t> sourceOf;  // deck node -> index into sources_
-  std::unordered_set<int32_t> meshNodes;
+  LabelBits meshNodes;
   size_t unknown = 0, unmapped = 0, changed = 0, foreign = 0, sharedElements = 0;
   std::string firstChanged;
   std::string firstUnknown, firstUnmapped;
   for (const FrdElement& f : elements) {
-    auto it = deckElements.find(f.label);
+    uint32_t deckIndex = deckElements.find(f.label);
     bool newNodes = true;
     for (int32_t n : f.nodes) newNodes = newNodes && extraNodes_.count(n) > 0;
-    if (it == deckElements.end()) {
+    if (deckIndex == LabelIndex::kNone) {
       // The solver's own elements on new nodes (the layers of an expanded composite
       // shell) join the expanded instance; others are not imported.
       if (newNodes) {
@@ -163,7 +164,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
       }
       continue;
     }
-    const Element& d = *it->second;
+    const Element& d = deck_.elements[deckIndex];
     ++sharedElements;
     if (f.nodes.size() == d.nodes.size() && sorted(f.nodes) == sorted(d.nodes)) continue;
     // Not the deck's element: the expanded form of a 1D or 2D element, whose nodes are all
@@ -205,7 +206,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
       for (int p : spots.more) s.all.push_back(f.nodes[p]);
       // The deck node lies amid its expanded nodes (a shell without offset, a beam on its
       // axis); otherwise the element is not mapped back.
-      const Node& dn = deck_.nodes[deckNodeIndex_.at(s.deckNode)];
+      const Node& dn = deck_.nodes[deckNodeIndex_.find(s.deckNode)];
       double off = std::hypot(dn.x - mean[0], dn.y - mean[1], dn.z - mean[2]);
       if (off > 1e-3 * spread + 1e-9 * std::max(1.0, spread)) fits = false;
       // Far outside the expanded element (more than a shell offset could move it): the
@@ -256,7 +257,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
   }
   // Deck nodes of expanded elements whose values the result file has only on the
   // expanded nodes, and which are not mapped back.
-  std::unordered_set<int32_t> mapped, unmappedNodes;
+  LabelBits mapped, unmappedNodes;
   for (const Source& s : sources_) mapped.insert(s.deckNode);
   for (const Element& e : deck_.elements) {
     if (!layoutOf(e.type) && !startsWith(e.type, "CAX")) continue;

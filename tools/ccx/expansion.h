@@ -16,11 +16,11 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "tools/ccx/frd_model.h"
 #include "tools/ccx/inp_model.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/warnings.h"
 
 namespace odbs::ccx {
@@ -67,13 +67,13 @@ class Expansion {
  private:
   const Deck& deck_;
   std::string path_;
-  double extent_ = 0;  // largest coordinate of the deck
-  std::unordered_map<int32_t, size_t> deckNodeIndex_;
-  void addToMesh(const FrdElement& element, std::unordered_set<int32_t>& meshNodes);
+  double extent_ = 0;         // largest coordinate of the deck
+  LabelIndex deckNodeIndex_;  // deck node label -> its index in deck_.nodes
+  void addToMesh(const FrdElement& element, LabelBits& meshNodes);
 
   std::unordered_map<int32_t, FrdNode> extraNodes_;  // result file nodes the deck lacks
-  std::unordered_set<int32_t> frdNodes_;             // every node of the result file
-  std::unordered_set<int32_t> expandedNodes_;
+  LabelBits frdNodes_;                               // every node of the result file
+  LabelBits expandedNodes_;
   std::vector<Source> sources_;
   ExpandedMesh mesh_;
 };

@@ -107,6 +107,7 @@ void FrdReader::readElements(std::string_view line) {
       e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
       if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      e.nodes.reserve(nodes);
       while (static_cast<int>(e.nodes.size()) < nodes) {
         const std::string& more = nextRow(more_, "a -2 line with the nodes of an element");
         std::string_view m = more;

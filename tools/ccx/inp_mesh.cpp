@@ -20,27 +20,27 @@ std::string DeckBuilder::required(const Card& card, const std::string& parameter
   return value;
 }
 
-double DeckBuilder::number(const DataLine& line, size_t field, const std::string& what) const {
+double DeckBuilder::number(const DataLine& line, size_t field, const char* what) const {
   if (field >= line.fields.size()) {
     throw ParseError(line.where.file, line.where.line,
-                     what + " in field " + std::to_string(field + 1), "end of line");
+                     what + (" in field " + std::to_string(field + 1)), "end of line");
   }
   auto value = toDouble(line.fields[field]);
   if (!value || !std::isfinite(*value)) {
-    throw ParseError(line.where.file, line.where.line, what + " (a finite number)",
+    throw ParseError(line.where.file, line.where.line, std::string(what) + " (a finite number)",
                      line.fields[field]);
   }
   return *value;
 }
 
-int32_t DeckBuilder::label(const DataLine& line, size_t field, const std::string& what) const {
+int32_t DeckBuilder::label(const DataLine& line, size_t field, const char* what) const {
   if (field >= line.fields.size()) {
     throw ParseError(line.where.file, line.where.line,
-                     what + " in field " + std::to_string(field + 1), "end of line");
+                     what + (" in field " + std::to_string(field + 1)), "end of line");
   }
   auto value = toInteger(line.fields[field]);
   if (!value || *value < 1 || *value > std::numeric_limits<int32_t>::max()) {
-    throw ParseError(line.where.file, line.where.line, what + " (a positive integer)",
+    throw ParseError(line.where.file, line.where.line, std::string(what) + " (a positive integer)",
                      line.fields[field]);
   }
   return static_cast<int32_t>(*value);
@@ -105,11 +105,13 @@ void DeckBuilder::readNodes(const Card& card) {
 
 int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
                             bool zeroAllowed) const {
-  if (zeroAllowed && field < line.fields.size()) {
+  if (field < line.fields.size()) {
     auto v = toInteger(line.fields[field]);
-    if (v && *v == 0) return 0;
+    if (v && *v >= 1 && *v <= std::numeric_limits<int32_t>::max()) return static_cast<int32_t>(*v);
+    if (zeroAllowed && v && *v == 0) return 0;
   }
-  return label(line, field, "a node label of element " + std::to_string(element));
+  // A bad label: the message names the element.
+  return label(line, field, ("a node label of element " + std::to_string(element)).c_str());
 }
 
 void DeckBuilder::readElements(const Card& card) {
@@ -130,6 +132,7 @@ void DeckBuilder::readElements(const Card& card) {
     Element element;
     element.type = type;
     element.label = label(line, 0, "an element label");
+    if (count > 0) element.nodes.reserve(count);
     size_t listed = line.fields.size() - 1;
     for (size_t i = 1; i < line.fields.size(); ++i) {
       // The solver reads as many labels as the type has and passes over the rest of the

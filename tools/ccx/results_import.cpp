@@ -21,7 +21,7 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
   for (const Node& n : deck.nodes) deckNodes_.insert(n.label);
   for (const Element& e : deck.elements) {
     if (startsWith(e.type, "B3") || startsWith(e.type, "B2")) {
-      beamNodes_.insert(e.nodes.begin(), e.nodes.end());
+      for (int32_t n : e.nodes) beamNodes_.insert(n);
     }
   }
   // An element output request with SECTION FORCES holds until a later step asks for
@@ -105,7 +105,7 @@ void ResultImport::block(FrdBlock&& block) {
 ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) const {
   Rows rows;
   rows.deck.reserve(block.nodes.size());
-  std::unordered_map<int32_t, size_t> expandedRow;
+  LabelIndex expandedRow;  // expanded node label -> its row
   for (size_t r = 0; r < block.nodes.size(); ++r) {
     int32_t label = block.nodes[r];
     if (deckNodes_.count(label)) {
@@ -118,15 +118,15 @@ ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) cons
     }
   }
   if (expandedRow.empty()) return rows;
-  std::unordered_set<int32_t> direct;
+  LabelBits direct;
   for (size_t r : rows.deck) direct.insert(block.nodes[r]);
   for (const Expansion::Source& s : expansion_.sources()) {
     if (direct.count(s.deckNode)) continue;  // the file has the deck node's own value
     std::vector<size_t> from;
     for (int32_t label : forces ? s.all : s.mean) {
-      auto it = expandedRow.find(label);
-      if (it == expandedRow.end()) break;
-      from.push_back(it->second);
+      uint32_t row = expandedRow.find(label);
+      if (row == LabelIndex::kNone) break;
+      from.push_back(row);
     }
     if (from.size() == (forces ? s.all : s.mean).size()) {
       rows.mapped.emplace_back(s.deckNode, std::move(from));

@@ -18,13 +18,13 @@
 
 #include <memory>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "tools/ccx/expansion.h"
 #include "tools/ccx/frame_plan.h"
 #include "tools/ccx/frd_fields.h"
 #include "tools/ccx/frd_parser.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/print_results.h"
 
 namespace odbs::ccx {
@@ -92,10 +92,10 @@ class ResultImport : public FrdVisitor {
   FramePlan plan_;
   TablePlacer placer_;
   ShellLayers shells_;
-  std::unordered_set<int32_t> deckNodes_;
+  LabelBits deckNodes_;
   Expansion expansion_;
-  std::unordered_set<int32_t> beamNodes_;  // nodes of the deck's beam elements
-  std::vector<bool> sectionForces_;        // per step: beam stresses are section forces
+  LabelBits beamNodes_;              // nodes of the deck's beam elements
+  std::vector<bool> sectionForces_;  // per step: beam stresses are section forces
   std::vector<HistoryCollector> history_;
   int stepsOpened_ = 0;  // steps handed to the sink so far
   int openStep_ = -1, openFrame_ = -1;

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <unordered_set>
 
 #include "tools/ccx/element_types.h"
 #include "tools/ccx/inp_builder.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/text.h"
 
@@ -303,25 +303,27 @@ bool DeckBuilder::meshCard(const Card& card) {
 void DeckBuilder::finish() {
   for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
     for (LabelSet& set : *sets) {
-      std::unordered_set<int32_t> seen;
+      LabelBits seen;
+      seen.reserve(set.labels.size());
       std::vector<int32_t> unique;
       unique.reserve(set.labels.size());
       for (int32_t l : set.labels) {
-        if (seen.insert(l).second) unique.push_back(l);
+        if (seen.insert(l)) unique.push_back(l);
       }
       set.labels.swap(unique);
     }
   }
   // A solid section on truss elements is a truss section.
-  std::unordered_map<int32_t, const Element*> byLabel;
-  for (const Element& e : deck_.elements) byLabel.emplace(e.label, &e);
+  LabelIndex byLabel;  // element label -> index in deck_.elements
+  byLabel.reserve(deck_.elements.size());
+  for (size_t i = 0; i < deck_.elements.size(); ++i) byLabel.emplace(deck_.elements[i].label, i);
   for (Section& section : deck_.sections) {
     if (section.kind != SectionKind::Solid) continue;
     const LabelSet* set = deck_.elementSet(section.elset);
     if (!set || set->labels.empty()) continue;
-    auto it = byLabel.find(set->labels.front());
-    if (it != byLabel.end() &&
-        (startsWith(it->second->type, "T2D") || startsWith(it->second->type, "T3D"))) {
+    uint32_t index = byLabel.find(set->labels.front());
+    if (index != LabelIndex::kNone && (startsWith(deck_.elements[index].type, "T2D") ||
+                                       startsWith(deck_.elements[index].type, "T3D"))) {
       section.kind = SectionKind::Truss;
     }
   }

@@ -28,7 +28,7 @@ double DeckBuilder::number(const DataLine& line, size_t field, const char* what)
   auto value = toDouble(line.fields[field]);
   if (!value || !std::isfinite(*value)) {
     throw ParseError(line.where.file, line.where.line, std::string(what) + " (a finite number)",
-                     line.fields[field]);
+                     std::string(line.fields[field]));
   }
   return *value;
 }
@@ -41,7 +41,7 @@ int32_t DeckBuilder::label(const DataLine& line, size_t field, const char* what)
   auto value = toInteger(line.fields[field]);
   if (!value || *value < 1 || *value > std::numeric_limits<int32_t>::max()) {
     throw ParseError(line.where.file, line.where.line, std::string(what) + " (a positive integer)",
-                     line.fields[field]);
+                     std::string(line.fields[field]));
   }
   return static_cast<int32_t>(*value);
 }
@@ -80,7 +80,10 @@ void DeckBuilder::readHeading(const Card&) {
   while (reader_.nextData(line)) {
     // The heading is free text: put the comma-split fields back together.
     std::string text;
-    for (size_t i = 0; i < line.fields.size(); ++i) text += (i ? ", " : "") + line.fields[i];
+    for (size_t i = 0; i < line.fields.size(); ++i) {
+      if (i) text += ", ";
+      text += line.fields[i];
+    }
     if (line.endsWithComma) text += ",";
     if (deck_.title.empty()) deck_.title = text;
     deck_.heading += (deck_.heading.empty() ? "" : "\n") + text;
@@ -199,7 +202,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
       if (last < first) {
         throw ParseError(line.where.file, line.where.line,
                          "a GENERATE range whose last label is not below its first",
-                         line.fields[0] + ", " + line.fields[1]);
+                         std::string(line.fields[0]) + ", " + std::string(line.fields[1]));
       }
       countGenerated((static_cast<int64_t>(last) - first) / step + 1, line);
       for (int64_t l = first; l <= last; l += step)
@@ -207,7 +210,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
       continue;
     }
     for (size_t i = 0; i < line.fields.size(); ++i) {
-      const std::string& field = line.fields[i];
+      std::string_view field = line.fields[i];
       if (field.empty()) continue;
       if (toInteger(field)) {
         sets[self].labels.push_back(label(line, i, "a label"));
@@ -218,7 +221,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
         throw ParseError(
             line.where.file, line.where.line,
             std::string("a label or the name of a defined ") + (nodes ? "node set" : "element set"),
-            field);
+            std::string(field));
       }
       if (member->second == self) continue;
       std::vector<int32_t> labels = sets[member->second].labels;
@@ -243,7 +246,7 @@ void DeckBuilder::readSurface(const Card& card) {
     if (line.fields.empty() || line.fields[0].empty()) {
       throw ParseError(line.where.file, line.where.line, "a label or set name");
     }
-    const std::string& first = line.fields[0];
+    std::string_view first = line.fields[0];
     std::vector<int32_t> labels;
     if (toInteger(first)) {
       labels.push_back(label(line, 0, "a label"));
@@ -254,7 +257,7 @@ void DeckBuilder::readSurface(const Card& card) {
         throw ParseError(
             line.where.file, line.where.line,
             surface.nodeBased ? "a node label or node set" : "an element label or element set",
-            first);
+            std::string(first));
       }
       labels = (surface.nodeBased ? deck_.nodeSets : deck_.elementSets)[it->second].labels;
     }
@@ -264,7 +267,7 @@ void DeckBuilder::readSurface(const Card& card) {
     }
     if (line.fields.size() < 2 || line.fields[1].empty()) {
       throw ParseError(line.where.file, line.where.line,
-                       "a face name (S1, S2, ...) after " + first);
+                       "a face name (S1, S2, ...) after " + std::string(first));
     }
     std::string face = upper(line.fields[1]);
     for (int32_t l : labels) surface.faces.push_back(Surface::Face{l, face});

@@ -49,6 +49,17 @@ void splitCommasInto(std::string_view s, std::vector<std::string>& out) {
   out.resize(n);
 }
 
+void splitCommasInto(std::string_view s, std::vector<std::string_view>& out) {
+  out.clear();
+  size_t start = 0;
+  while (true) {
+    size_t comma = s.find(',', start);
+    out.push_back(trim(s.substr(start, comma == std::string_view::npos ? s.npos : comma - start)));
+    if (comma == std::string_view::npos) break;
+    start = comma + 1;
+  }
+}
+
 std::vector<std::string_view> splitBlanks(std::string_view s) {
   std::vector<std::string_view> out;
   size_t i = 0;

@@ -85,6 +85,7 @@ void importFixture(const std::string& name, Imported& out) {
   ResultImport import(out.deck, out.prints, dataFile(name + ".frd"), out.recorder, out.warnings);
   import.nodes(std::vector<FrdNode>(out.results.nodes));
   import.elements(std::vector<FrdElement>(out.results.elements));
+  import.elementsEnd();
   for (const FrdBlock& b : out.results.blocks) import.block(FrdBlock(b));
   import.finish();
   EXPECT_EQ(import.tablesPassedOver(), 0u);

@@ -71,9 +71,14 @@ const char* solidTypeName(int typeCode) {
   return typeCode >= 1 && typeCode <= 12 ? names[typeCode] : "";
 }
 
-std::vector<int32_t> sorted(std::vector<int32_t> v) {
-  std::sort(v.begin(), v.end());
-  return v;
+// The same node labels in any order (an element of the result file and of the deck).
+bool sameNodes(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+  if (a.size() != b.size()) return false;
+  if (std::equal(a.begin(), a.end(), b.begin())) return true;  // the usual case
+  std::vector<int32_t> x = a, y = b;
+  std::sort(x.begin(), x.end());
+  std::sort(y.begin(), y.end());
+  return x == y;
 }
 
 }  // namespace
@@ -139,17 +144,20 @@ void Expansion::addToMesh(const FrdElement& f, LabelBits& meshNodes) {
   mesh_.elements.push_back(std::move(element));
 }
 
-void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
-  LabelIndex deckElements;  // label -> index in deck_.elements
-  deckElements.reserve(deck_.elements.size());
-  for (size_t i = 0; i < deck_.elements.size(); ++i)
-    deckElements.emplace(deck_.elements[i].label, i);
-
-  std::unordered_map<int32_t, size_t> sourceOf;  // deck node -> index into sources_
-  LabelBits meshNodes;
-  size_t unknown = 0, unmapped = 0, changed = 0, foreign = 0, sharedElements = 0;
-  std::string firstChanged;
-  std::string firstUnknown, firstUnmapped;
+void Expansion::addElements(const std::vector<FrdElement>& elements) {
+  ElementScan& scan = scan_;
+  if (scan.deckElements.size() == 0) {
+    scan.deckElements.reserve(deck_.elements.size());
+    for (size_t i = 0; i < deck_.elements.size(); ++i)
+      scan.deckElements.emplace(deck_.elements[i].label, i);
+  }
+  const LabelIndex& deckElements = scan.deckElements;
+  auto& sourceOf = scan.sourceOf;
+  LabelBits& meshNodes = scan.meshNodes;
+  size_t &unknown = scan.unknown, &unmapped = scan.unmapped, &changed = scan.changed,
+         &foreign = scan.foreign, &sharedElements = scan.sharedElements;
+  std::string &firstChanged = scan.firstChanged, &firstUnknown = scan.firstUnknown,
+              &firstUnmapped = scan.firstUnmapped;
   for (const FrdElement& f : elements) {
     uint32_t deckIndex = deckElements.find(f.label);
     bool newNodes = true;
@@ -166,7 +174,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
     }
     const Element& d = deck_.elements[deckIndex];
     ++sharedElements;
-    if (f.nodes.size() == d.nodes.size() && sorted(f.nodes) == sorted(d.nodes)) continue;
+    if (sameNodes(f.nodes, d.nodes)) continue;
     // Not the deck's element: the expanded form of a 1D or 2D element, whose nodes are all
     // new, or the element of another model.
     if (!newNodes || startsWith(d.type, "C3D")) {
@@ -243,6 +251,17 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
     }
     addToMesh(f, meshNodes);
   }
+}
+
+void Expansion::finishElements(Warnings& warnings) {
+  // The scan of this element block ends here; a later block starts afresh.
+  ElementScan scan = std::move(scan_);
+  scan_ = ElementScan();
+  const LabelBits& meshNodes = scan.meshNodes;
+  const size_t unknown = scan.unknown, unmapped = scan.unmapped, changed = scan.changed,
+               foreign = scan.foreign, sharedElements = scan.sharedElements;
+  const std::string &firstChanged = scan.firstChanged, &firstUnknown = scan.firstUnknown,
+                    &firstUnmapped = scan.firstUnmapped;
   if (foreign * 10 > sharedElements) {
     throw InputError(path_ + ": the result file belongs to another model: " + firstChanged);
   }

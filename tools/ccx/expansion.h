@@ -50,7 +50,14 @@ class Expansion {
   // layout is not the expected one are reported with one warning and their values stay on the
   // expanded instance only.
   void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);
-  void elements(const std::vector<FrdElement>& elements, Warnings& warnings);
+  // The elements may come in parts (addElements, in file order), then finishElements;
+  // elements() does both at once.
+  void addElements(const std::vector<FrdElement>& elements);
+  void finishElements(Warnings& warnings);
+  void elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
+    addElements(elements);
+    finishElements(warnings);
+  }
 
   const ExpandedMesh& mesh() const { return mesh_; }
   bool isExpandedNode(int32_t label) const { return expandedNodes_.count(label) > 0; }
@@ -76,6 +83,16 @@ class Expansion {
   LabelBits expandedNodes_;
   std::vector<Source> sources_;
   ExpandedMesh mesh_;
+
+  // What addElements has found so far in the element block being read.
+  struct ElementScan {
+    LabelIndex deckElements;                       // deck element label -> index
+    std::unordered_map<int32_t, size_t> sourceOf;  // deck node -> index into sources_
+    LabelBits meshNodes;                           // nodes of the expanded elements
+    size_t unknown = 0, unmapped = 0, changed = 0, foreign = 0, sharedElements = 0;
+    std::string firstChanged, firstUnknown, firstUnmapped;
+  };
+  ElementScan scan_;
 };
 
 }  // namespace odbs::ccx

@@ -13,7 +13,8 @@
 
 namespace odbs::ccx {
 
-constexpr int kFrdValueWidth = 12;  // E12.5 fields of the text format
+constexpr int kFrdValueWidth = 12;          // E12.5 fields of the text format
+constexpr size_t kFrdElementChunk = 16384;  // elements handed to the visitor at once
 
 class FrdReader {
  public:

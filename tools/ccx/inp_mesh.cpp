@@ -304,6 +304,9 @@ bool DeckBuilder::meshCard(const Card& card) {
 }
 
 void DeckBuilder::finish() {
+  // The mesh stays for the whole import: give back what the vectors' growth left over.
+  deck_.nodes.shrink_to_fit();
+  deck_.elements.shrink_to_fit();
   for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
     for (LabelSet& set : *sets) {
       LabelBits seen;

@@ -42,7 +42,11 @@ void ResultImport::nodes(std::vector<FrdNode>&& nodes) {
 }
 
 void ResultImport::elements(std::vector<FrdElement>&& elements) {
-  expansion_.elements(elements, warnings_);
+  expansion_.addElements(elements);
+}
+
+void ResultImport::elementsEnd() {
+  expansion_.finishElements(warnings_);
   if (!expansion_.mesh().empty()) sink_.expandedMesh(expansion_.mesh());
 }
 
@@ -99,7 +103,43 @@ void ResultImport::block(FrdBlock&& block) {
     addParts(sectionForceParts(parts.front().imaginary), beams, block, false);
     rows = std::move(others);
   }
+  if (takeWhole(parts, rows, block)) return;
   addParts(parts, rows, block, forces);
+}
+
+bool ResultImport::takeWhole(const std::vector<FieldPart>& parts, const Rows& rows,
+                             FrdBlock& block) {
+  // The common case of a large model: one field of every stored column at the deck's
+  // nodes, in file order. The block's arrays become the field's, its columns put in the
+  // field's order in place, instead of being copied.
+  if (parts.size() != 1 || parts.front().imaginary || !rows.mapped.empty() ||
+      !rows.expanded.empty() || rows.deck.size() != block.nodes.size()) {
+    return false;
+  }
+  const FieldPart& part = parts.front();
+  const size_t width = part.source.size();
+  if (static_cast<int>(width) != block.storedCount()) return false;
+  std::vector<bool> used(width, false);
+  for (int s : part.source) {
+    if (s < 0 || static_cast<size_t>(s) >= width || used[s]) return false;
+    used[s] = true;
+  }
+  bool identity = true;
+  for (size_t c = 0; c < width; ++c) identity = identity && part.source[c] == static_cast<int>(c);
+  if (!identity) {
+    std::vector<float> row(width);
+    for (size_t r = 0; r < block.nodes.size(); ++r) {
+      float* values = &block.values[r * width];
+      for (size_t c = 0; c < width; ++c) row[c] = values[part.source[c]];
+      std::copy(row.begin(), row.end(), values);
+    }
+  }
+  NodalField field;
+  field.part = part;
+  field.nodes = std::move(block.nodes);
+  field.values = std::move(block.values);
+  fields_.push_back(std::move(field));
+  return true;
 }
 
 ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) const {

@@ -60,6 +60,7 @@ class ResultImport : public FrdVisitor {
 
   void nodes(std::vector<FrdNode>&& nodes) override;
   void elements(std::vector<FrdElement>&& elements) override;
+  void elementsEnd() override;
   void block(FrdBlock&& block) override;
   // Ends the last frame and the remaining steps; call after the result file is read.
   void finish();
@@ -81,6 +82,9 @@ class ResultImport : public FrdVisitor {
   // History of the result file's nodal contact block: one series per slave node.
   void addContactHistory(const FrdBlock& block, const std::vector<FieldPart>& parts,
                          const Rows& rows, double frameValue, HistoryCollector& history);
+  // Moves the block's arrays into the frame's field when they are the field as they stand
+  // (up to the order of columns); false when the field must be built row by row.
+  bool takeWhole(const std::vector<FieldPart>& parts, const Rows& rows, FrdBlock& block);
   void addParts(const std::vector<FieldPart>& parts, const Rows& rows, const FrdBlock& block,
                 bool forces);
 

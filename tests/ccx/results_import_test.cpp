@@ -222,6 +222,35 @@ TEST(ResultsImport, ContactFieldsAndContactHistory) {
   EXPECT_NE(r.region(0, "Node set PTOP"), nullptr);
 }
 
+// The result file's elements may come in parts (large meshes do): the check and the
+// expanded mesh are the same as from the whole block at once.
+TEST(ResultsImport, ElementsInPartsGiveTheSameExpansion) {
+  for (const char* name : {"plate_shell", "frame_beams", "beam_steps"}) {
+    SCOPED_TRACE(name);
+    Warnings warnings;
+    Deck deck = parseDeck(exampleFile(std::string(name) + ".inp"), warnings);
+    FrdFile frd = readFrdFile(dataFile(std::string(name) + ".frd"), warnings);
+    Expansion whole(deck, "whole.frd"), parts(deck, "parts.frd");
+    whole.nodes(frd.nodes, warnings);
+    parts.nodes(frd.nodes, warnings);
+    whole.elements(frd.elements, warnings);
+    const size_t half = frd.elements.size() / 2;
+    parts.addElements({frd.elements.begin(), frd.elements.begin() + half});
+    parts.addElements({frd.elements.begin() + half, frd.elements.end()});
+    parts.finishElements(warnings);
+    EXPECT_EQ(parts.mesh().nodeLabels, whole.mesh().nodeLabels);
+    ASSERT_EQ(parts.mesh().elements.size(), whole.mesh().elements.size());
+    for (size_t e = 0; e < whole.mesh().elements.size(); ++e) {
+      EXPECT_EQ(parts.mesh().elements[e].nodes, whole.mesh().elements[e].nodes);
+    }
+    ASSERT_EQ(parts.sources().size(), whole.sources().size());
+    for (size_t s = 0; s < whole.sources().size(); ++s) {
+      EXPECT_EQ(parts.sources()[s].deckNode, whole.sources()[s].deckNode);
+      EXPECT_EQ(parts.sources()[s].all, whole.sources()[s].all);
+    }
+  }
+}
+
 // A dome pressed onto a block: the contact zone grows from 32 to 128 printed points. Every
 // contact series follows one slave node or one slave face through all four increments;
 // the expected values are the solver's own (.frd rows of nodes 101 and 106; .dat rows of

@@ -73,23 +73,15 @@ using Labels = std::vector<int32_t>;
 TEST(FilteredModel, ElementSetAndMaterialNarrowEachOtherByHand) {
   TestDatabase db(filterModel());
   Bytes got = filtered(db, {{7, 0, "E13"}, {4, 0, "STEEL"}});
-  auto node = [](int32_t label) {
-    return FrameBuilder(3).i32(label).f32(float(label)).f32(0).f32(0);
-  };
-  Bytes want = concat({
-      FrameBuilder(1).text("irf").frame(),
-      FrameBuilder(2).i32(0).frame(),
-      // section 2 SKIN: shell -5, thickness 2, material, u32 0
-      FrameBuilder('$').i32(2).text("SKIN").i32(-5).f32(2.f).text("STEEL").i32(0).frame(),
-      // material STEEL: density 0, no elastic type, acoustic 0
-      FrameBuilder(17).text("STEEL").f32(0.f).i32(0).i32(0).frame(),
-      node(1).frame(),
-      node(2).frame(),
-      node(3).frame(),
-      node(4).frame(),
-      FrameBuilder(4).raw("S4      ").i32(1).i32(2).i32(1).i32(2).i32(3).i32(4).frame(),
-  });
-  EXPECT_EQ(frameLines(got), frameLines(want));
+  Frames want(1);
+  want.text("irf").begin(2).i32(0);
+  // section 2 SKIN: shell -5, thickness 2, material, u32 0
+  want.begin('$').i32(2).text("SKIN").i32(-5).f32(2.f).text("STEEL").i32(0);
+  // material STEEL: density 0, no elastic type, acoustic 0
+  want.begin(17).text("STEEL").f32(0.f).i32(0).i32(0);
+  for (int32_t label : {1, 2, 3, 4}) want.begin(3).i32(label).f32(float(label)).f32(0).f32(0);
+  want.begin(4).raw("S4      ").i32(1).i32(2).i32(1).i32(2).i32(3).i32(4);
+  EXPECT_EQ(frameLines(got), frameLines(want.bytes()));
 }
 
 TEST(FilteredModel, OneKindAddsUpOtherKindsNarrow) {

@@ -48,22 +48,48 @@ TEST(SectionAssignments, SingleInstanceRecordsByHand) {
   TestDatabase db(assignedModel());
   // SHELL numbers 1 (P7 keeps 7); MISSING names no section: 0. Flags 1 offset, 2 thickness;
   // an absent offset is sent as zeros whatever the database holds.
-  Bytes want = concat({
-      FrameBuilder(1).text("is").frame(),
-      FrameBuilder(2).i32(0).frame(),
-      FrameBuilder('T').i32(1).text("SHELL").i32(3).f32(0.5f).f32(0.f).f32(2.f).frame(),
-      FrameBuilder(6).text("SKIN").frame(),
-      FrameBuilder(9).i32(1).i32(2).frame(),
-      FrameBuilder(11).frame(),
-      FrameBuilder('T').i32(0).text("MISSING").i32(0).f32(0.f).f32(0.f).f32(0.f).frame(),
-      FrameBuilder(6).text("X").frame(),
-      FrameBuilder(9).i32(3).frame(),
-      FrameBuilder(11).frame(),
-      FrameBuilder('T').i32(7).text("P7").i32(2).f32(0.f).f32(0.f).f32(1.5f).frame(),
-      FrameBuilder(6).text("ROOTSET").frame(),
-      FrameBuilder(9).i32(4).frame(),
-      FrameBuilder(11).frame(),
-  });
+  Bytes want = Frames(1)
+                   .text("is")
+                   .begin(2)
+                   .i32(0)
+                   .begin('T')
+                   .i32(1)
+                   .text("SHELL")
+                   .i32(3)
+                   .f32(0.5f)
+                   .f32(0.f)
+                   .f32(2.f)
+                   .begin(6)
+                   .text("SKIN")
+                   .begin(9)
+                   .i32(1)
+                   .i32(2)
+                   .begin(11)
+                   .begin('T')
+                   .i32(0)
+                   .text("MISSING")
+                   .i32(0)
+                   .f32(0.f)
+                   .f32(0.f)
+                   .f32(0.f)
+                   .begin(6)
+                   .text("X")
+                   .begin(9)
+                   .i32(3)
+                   .begin(11)
+                   .begin('T')
+                   .i32(7)
+                   .text("P7")
+                   .i32(2)
+                   .f32(0.f)
+                   .f32(0.f)
+                   .f32(1.5f)
+                   .begin(6)
+                   .text("ROOTSET")
+                   .begin(9)
+                   .i32(4)
+                   .begin(11)
+                   .bytes();
   Bytes got = assignmentsReply(db);
   EXPECT_EQ(frameLines(got), frameLines(want));
 
@@ -108,10 +134,9 @@ TEST(SectionAssignments, NoAssignmentsSendTheHeaderOnly) {
 }
 
 TEST(SectionAssignments, DecoderRefusesBadBodies) {
-  client::Record shortBody = FrameBuilder('T').i32(1).text("S").i32(0).f32(0.f).record();
+  client::Record shortBody = Frames('T').i32(1).text("S").i32(0).f32(0.f).record();
   EXPECT_THROW(client::decodeSectionAssignment(shortBody), client::DecodeError);
-  client::Record badFlags =
-      FrameBuilder('T').i32(1).text("S").i32(4).f32(0.f).f32(0.f).f32(0.f).record();
+  client::Record badFlags = Frames('T').i32(1).text("S").i32(4).f32(0.f).f32(0.f).f32(0.f).record();
   EXPECT_THROW(client::decodeSectionAssignment(badFlags), client::DecodeError);
 }
 

@@ -136,6 +136,28 @@ TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
   EXPECT_EQ(catalogue("fd"), second);  // and the rebuilt file replays
 }
 
+// A file whose first thousands of frames are sound and whose last line is not: the replay
+// must not have sent those frames (they fill the pending buffer many times over) before it
+// finds the damage, so the reply is the walk's alone.
+TEST_F(CatalogueProcessTest, FileDamagedAfterManyFramesSendsNothingOfIt) {
+  Bytes walked = catalogue("fd");
+  platform::FileStat st;
+  ASSERT_TRUE(platform::statFile(db_, &st));
+  gzFile f = gzopen(base_.c_str(), "wb");
+  gzprintf(f, "1.0\r1.0A\n%s\n%lld\n%lld\nreplayed title\n0\n", db_.c_str(),
+           static_cast<long long>(st.mtimeSec * 1000000000LL + st.mtimeNsec),
+           static_cast<long long>(st.size));
+  for (int i = 0; i < 5000; ++i)
+    gzprintf(f,
+             "1\n%.20E\nStep-1\nstatic\nTIME\nStep-1\n%d\n0\n0\n%.20E\n%.20E\n1\n4999\n"
+             "frame\n",
+             0.0, i, 0.5, 0.0);
+  gzprintf(f, "1\nnot a number\n");
+  gzclose(f);
+  EXPECT_EQ(catalogue("fd"), walked);
+  EXPECT_EQ(catalogue("fd"), walked);  // and the rebuilt file replays
+}
+
 TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
   Bytes first = catalogue("fd");
   platform::removeFile(base_);

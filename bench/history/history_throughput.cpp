@@ -139,8 +139,11 @@ int main(int argc, char** argv) {
     std::printf("  m  (5-byte records)        %8.2f million records/s  %8.0f MB/s\n", mRate / 1e6,
                 mb * mRate / expected);
     std::printf("  ratio hr / m               %8.2f   (goal 0.8 or better)\n", hrRate / mRate);
-    std::printf("  server peak memory         %8.0f MB after the first hr, %.0f MB at the end\n",
-                coldPeak, peakMbOf(server.pid()));
+    const double samplesMb = double(expected) * 4 / 1e6;  // every stored float
+    std::printf(
+        "  server peak memory         %8.0f MB after the first hr = %.2f x the samples "
+        "(%.1f MB); %.0f MB at the end\n",
+        coldPeak, coldPeak / samplesMb, samplesMb, peakMbOf(server.pid()));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "history_throughput: %s\n", e.what());
     status = 1;

@@ -25,6 +25,21 @@ struct Figure {
   double recordsPerSec = 0;
 };
 
+// The size of the reply to line, read whole once (decoded into records, so not timed).
+inline ReplySize replySize(client::ServerProcess& server, const std::string& line, int timeoutMs) {
+  ReplySize size;
+  server.send(line);
+  server.readReplyEach(
+      {},
+      [&](const client::RecordView& rec) {
+        size.bytes += 2 + rec.count();
+        ++size.records;
+      },
+      timeoutMs);
+  --size.records;  // the end record
+  return size;
+}
+
 // Seconds from sending line to reading its end record, the reply's other bytes skipped.
 // bytes counts every frame of the reply, the end record's (3 bytes) included.
 inline double timeReply(client::ServerProcess& server, const std::string& line, uint64_t bytes,

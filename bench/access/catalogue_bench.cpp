@@ -70,21 +70,6 @@ void writeDatabase(const std::string& path, int steps, int frames) {
   w.close();
 }
 
-// The size of the reply to line, read whole once.
-ReplySize replySize(ServerProcess& server, const std::string& line) {
-  ReplySize size;
-  server.send(line);
-  server.readReplyEach(
-      {},
-      [&](const odbs::client::RecordView& rec) {
-        size.bytes += 2 + rec.count();
-        ++size.records;
-      },
-      kTimeoutMs);
-  --size.records;  // the end record
-  return size;
-}
-
 double timed(ServerProcess& server, const std::string& line, const ReplySize& size) {
   return odbs::bench::timeReply(server, line, size.bytes, kTimeoutMs);
 }
@@ -110,7 +95,7 @@ int main(int argc, char** argv) {
   try {
     {
       ServerProcess first({a.server, 0, kTimeoutMs});
-      size = replySize(first, "fd " + db);
+      size = odbs::bench::replySize(first, "fd " + db, kTimeoutMs);
     }
     for (int run = 0; run < a.runs; ++run) {
       odbs::platform::removeFile(base);

@@ -57,16 +57,7 @@ struct Args {
 // loaded) and that server's peak memory against the model's largest array (largestMb).
 void compare(ServerProcess& server, const char* what, const std::string& line,
              const std::string& path, int runs, double largestMb) {
-  ReplySize size;
-  server.send(line);
-  server.readReplyEach(
-      {},
-      [&](const odbs::client::RecordView& rec) {
-        size.bytes += 2 + rec.count();
-        ++size.records;
-      },
-      kTimeoutMs);
-  --size.records;  // the end record
+  ReplySize size = odbs::bench::replySize(server, line, kTimeoutMs);
   Figure f = measure(server, line, size, runs, kTimeoutMs);
   MatchedTest t = matchedTest(size);
   Figure m = measureMatched(server, t, runs, kTimeoutMs);

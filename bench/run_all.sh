@@ -116,5 +116,6 @@ line "hr / m" "$(field history 'ratio hr' 5)"
 line "hr server peak / the history's samples" "$(field history 'the samples' 11)"
 line "field read: library / plain HDF5" "$(field field_read 'library \/ plain' 5)"
 line "import / line loop" "$(field import 'import speed' 7)"
+line "import / line loop, processor time" "$(awk '/^processor time/ { print $NF; exit }' "$data/import.out" 2>/dev/null)"
 line "import peak / result file" "$(field import 'peak memory' 6)"
 exit 0

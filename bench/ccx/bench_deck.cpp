@@ -47,8 +47,8 @@ bool writeResults(const char* path, long nx, long nz, long elements, int increme
   for (long k = 0; k < nz; ++k)
     for (long j = 0; j < nx; ++j)
       for (long i = 0; i < nx; ++i) {
-        std::fprintf(f, " -1%10ld%5d%5d%5d\n -2%10ld%10ld%10ld%10ld%10ld%10ld%10ld%10ld\n", ++e, 1,
-                     0, 1, id(i, j, k), id(i + 1, j, k), id(i + 1, j + 1, k), id(i, j + 1, k),
+        std::fprintf(f, " -1%10ld%5d%5d%5d\n -2%10ld%10ld%10ld%10ld%10ld%10ld%10ld%10ld\n", ++e,
+                     1, 0, 1, id(i, j, k), id(i + 1, j, k), id(i + 1, j + 1, k), id(i, j + 1, k),
                      id(i, j, k + 1), id(i + 1, j, k + 1), id(i + 1, j + 1, k + 1),
                      id(i, j + 1, k + 1));
       }

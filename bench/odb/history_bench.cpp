@@ -36,8 +36,8 @@ int main(int argc, char** argv) {
   const int regions = argc > 1 ? std::atoi(argv[1]) : 801;
   const int samples = argc > 2 ? std::atoi(argv[2]) : 40;
   const int outputs = argc > 3 ? std::atoi(argv[3]) : 4;
-  const std::string path =
-      "/tmp/odb_history_bench_" + std::to_string(odbs::platform::processId()) + ".odb";
+  const std::string path = "/tmp/odb_history_bench_" +
+                           std::to_string(odbs::platform::processId()) + ".odb";
   odb_initializeAPI();
   auto t0 = odbs::bench::Clock::now();
   {
@@ -73,8 +73,8 @@ int main(int argc, char** argv) {
     odb_Odb& odb = openOdb(path, true);
     const odb_Step& step = odb.steps()["Step-1"];
     auto t = odbs::bench::Clock::now();
-    const odb_HistoryRegion& r =
-        step.historyRegions()["Element PART-1-1." + std::to_string(regions / 2) + " Face 1"];
+    const odb_HistoryRegion& r = step.historyRegions()["Element PART-1-1." +
+                                                      std::to_string(regions / 2) + " Face 1"];
     for (odb_HistoryOutputRepositoryIT it(r.historyOutputs()); !it.isDone(); it.next())
       it.currentValue().data();
     one.push_back(odbs::bench::since(t));
@@ -91,11 +91,10 @@ int main(int argc, char** argv) {
   }
   std::printf("history of %d regions x %d outputs x %d samples\n", regions, outputs, samples);
   std::printf("database size          %10.3f MB\n", st.size / 1e6);
-  std::printf("solver text print      %10.3f MB  (database / text = %.2f, goal <= 1)\n", text / 1e6,
-              double(st.size) / double(text));
+  std::printf("solver text print      %10.3f MB  (database / text = %.2f, goal <= 1)\n",
+              text / 1e6, double(st.size) / double(text));
   std::printf("write                  %10.3f s\n", writeS);
-  std::printf("read one region        %10.3f ms (catalogue included)\n",
-              odbs::bench::median(one) * 1e3);
+  std::printf("read one region        %10.3f ms (catalogue included)\n", odbs::bench::median(one) * 1e3);
   std::printf("read every region      %10.3f ms\n", odbs::bench::median(all) * 1e3);
   odbs::platform::removeFile(path);
   return 0;

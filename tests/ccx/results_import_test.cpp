@@ -22,7 +22,6 @@ struct RecordedFrame {
   PlannedFrame frame;
   std::vector<NodalField> nodal;
   std::vector<PointField> points;
-
 };
 
 class Recorder : public ResultSink {

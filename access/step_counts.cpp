@@ -36,7 +36,8 @@ StepCountEntry countStep(const odb_Step& step) {
   }
   for (const auto& [name, region] : step.historyRegions().members())
     for (const auto& [outputName, output] : region.historyOutputs().members())
-      e.historySamples = std::max(e.historySamples, static_cast<int32_t>(output.frameValues().size()));
+      e.historySamples =
+          std::max(e.historySamples, static_cast<int32_t>(output.frameValues().size()));
   return e;
 }
 

@@ -45,7 +45,8 @@ std::vector<Side> resolveSides(OdbContext& ctx, const RegionRequest& r, ReplyCha
       out.sendText("Unknown region: " + regionName);
       return;
     }
-    sides.push_back({side, code, std::move(*region), pair ? pair->name : "", pair ? pair->kind : 0});
+    sides.push_back(
+        {side, code, std::move(*region), pair ? pair->name : "", pair ? pair->kind : 0});
   };
   if (r.byName) {
     const odb::RegionPairData* pairA = pairNamed(table, r.nameA);
@@ -103,12 +104,13 @@ class SideSender {
       ranges_.setFrozen(true);
     }
     // Pass 0 takes every section point asked for; passes 1 and 2 the lowest and highest.
-    std::vector<int> passes = code == kInner   ? std::vector<int>{1}
-                              : code == kOuter ? std::vector<int>{2}
+    std::vector<int> passes = code == kInner      ? std::vector<int>{1}
+                              : code == kOuter    ? std::vector<int>{2}
                               : code == kExtremes ? std::vector<int>{1, 2}
                                                   : std::vector<int>{0};
     for (int pass : passes)
-      for (int i = 0; i < blocks.size(); ++i) block(blocks[i], field.isComplex(), pass, pass == passes.front());
+      for (int i = 0; i < blocks.size(); ++i)
+        block(blocks[i], field.isComplex(), pass, pass == passes.front());
     blocks.clearAll();
   }
 
@@ -171,7 +173,8 @@ const odb_FieldOutput* requestedField(const odb_Odb& odb, const RequestParams& r
   const odb_Step& step = steps[steps.stepNames()[request.param1 - 1]];
   uint32_t frameIndex = static_cast<uint32_t>(request.param2);
   if (frameIndex > uint32_t(INT32_MAX)) throw std::out_of_range("frame index out of range");
-  const odb_FieldOutputRepository& fields = step.frames()[static_cast<int>(frameIndex)].fieldOutputs();
+  const odb_FieldOutputRepository& fields =
+      step.frames()[static_cast<int>(frameIndex)].fieldOutputs();
   return fields.isMember(request.text) ? &fields.get(request.text) : nullptr;
 }
 
@@ -187,7 +190,8 @@ void sendRegionField(OdbContext& ctx, const RequestParams& request, bool upperCa
     InstanceNumbering instances(odb);
     for (const Side& side : sides) {
       queueRegion(side, out);
-      if (field != nullptr) SideSender(instances, side, upperCase, request.defined, out).send(*field);
+      if (field != nullptr)
+        SideSender(instances, side, upperCase, request.defined, out).send(*field);
     }
   } catch (...) {
     // As in the field walk: a walk that failed half way sends nothing of its values.

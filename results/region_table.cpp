@@ -40,7 +40,8 @@ Region regionOf(const odb_Odb& odb, const odb_Set& set, int32_t kind, const std:
   const odb::SetData& d = set.data();
   size_t at = 0;
   for (size_t g = 0; g < d.instanceNames.size() && g < d.counts.size(); ++g) {
-    size_t end = std::min(d.labels.size(), at + static_cast<size_t>(std::max<int64_t>(0, d.counts[g])));
+    size_t end =
+        std::min(d.labels.size(), at + static_cast<size_t>(std::max<int64_t>(0, d.counts[g])));
     RegionPlaces& p = r.places[d.instanceNames[g]];
     std::vector<int32_t>& into = kind == kRegionNodeSet ? p.nodes : p.elements;
     into.insert(into.end(), d.labels.begin() + static_cast<std::ptrdiff_t>(at),

@@ -72,8 +72,8 @@ std::string line(const client::Record& rec) {
     case kRecRegion: {
       client::RegionRecord g = client::decodeRegion(rec);
       s << "` " << g.side << " " << g.code << " " << g.kind << " " << g.name << " "
-        << (g.instance.empty() ? "-" : g.instance) << " " << (g.pair.empty() ? "-" : g.pair)
-        << " " << g.pairKind;
+        << (g.instance.empty() ? "-" : g.instance) << " " << (g.pair.empty() ? "-" : g.pair) << " "
+        << g.pairKind;
       break;
     }
     case kRecMessage:

@@ -89,11 +89,26 @@ Lines reply(OdbContext& ctx, const RequestParams& p, const RegionRequest& r) {
 TEST(RegionFieldByName, PairNameGivesBothSurfacesWithEverySectionPoint) {
   FieldDatabase db = regions();
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("CP", 0)),
-            (Lines{"` 1 0 3 SURF PART-1-1 CP 1", "% 1", "30 S4R 1 1", "31 e2 n-1 p1 [12]",
-                   "30 S4R 2 2", "21 [22]", "30 S4R 3 3", "21 [32]",
-                   "` 2 0 2 TOP PART-1-1 CP 1", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]",
-                   "30 S4R 2 2", "21 [21]", "30 S4R 3 3", "21 [31]", "30 S4R 4 4", "21 [41]",
-                   "30 S4R 5 5", "21 [51]"}));
+            (Lines{"` 1 0 3 SURF PART-1-1 CP 1",
+                   "% 1",
+                   "30 S4R 1 1",
+                   "31 e2 n-1 p1 [12]",
+                   "30 S4R 2 2",
+                   "21 [22]",
+                   "30 S4R 3 3",
+                   "21 [32]",
+                   "` 2 0 2 TOP PART-1-1 CP 1",
+                   "% 1",
+                   "30 S4R 1 1",
+                   "31 e1 n-1 p1 [11]",
+                   "30 S4R 2 2",
+                   "21 [21]",
+                   "30 S4R 3 3",
+                   "21 [31]",
+                   "30 S4R 4 4",
+                   "21 [41]",
+                   "30 S4R 5 5",
+                   "21 [51]"}));
 }
 
 TEST(RegionFieldByName, SuffixCodes) {
@@ -103,24 +118,23 @@ TEST(RegionFieldByName, SuffixCodes) {
             (Lines{"` 1 -1 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]",
                    "` 2 -2 3 SURF PART-1-1 - 0", "% 1", "30 S4R 2 3", "31 e2 n-1 p1 [32]"}));
   // .MINIMUM/.MAXIMUM (-3): lowest, then highest; .4: the blocks at point 4, tag 1.
-  EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("TOP", -3, "TOP", 4)),
-            (Lines{"` 1 -3 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]",
-                   "30 S4R 2 5", "21 [51]", "` 2 4 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 4",
-                   "31 e1 n-1 p1 [41]"}));
+  EXPECT_EQ(
+      reply(db.context(), request(1, 0, "T"), byName("TOP", -3, "TOP", 4)),
+      (Lines{"` 1 -3 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]", "30 S4R 2 5",
+             "21 [51]", "` 2 4 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 4", "31 e1 n-1 p1 [41]"}));
   // A block without section points is sent whole whatever the code.
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("SOLID", -2, "SOLID", 7)),
             (Lines{"` 1 -2 2 SOLID PART-1-1 - 0", "% 1", "30 C3D8 -1 -1", "31 e9 n-1 p1 [100]",
-                   "` 2 7 2 SOLID PART-1-1 - 0", "% 1", "30 C3D8 -1 -1",
-                   "31 e9 n-1 p1 [100]"}));
+                   "` 2 7 2 SOLID PART-1-1 - 0", "% 1", "30 C3D8 -1 -1", "31 e9 n-1 p1 [100]"}));
 }
 
 TEST(RegionFieldByName, NodalBlocksTakeTheRegionsNodes) {
   FieldDatabase db = regions();
   // A node set its own nodes; an element set the nodes of its elements.
-  EXPECT_EQ(reply(db.context(), request(1, 0, "U"), byName("NS", 0, "SOLID", 0)),
-            (Lines{"` 1 0 1 NS PART-1-1 - 0", "% 1", "30  -1 -1", "31 e0 n10 p0 [1]",
-                   "` 2 0 2 SOLID PART-1-1 - 0", "% 1", "30  -1 -1", "31 e0 n12 p0 [3]",
-                   "22 n13 [4]"}));
+  EXPECT_EQ(
+      reply(db.context(), request(1, 0, "U"), byName("NS", 0, "SOLID", 0)),
+      (Lines{"` 1 0 1 NS PART-1-1 - 0", "% 1", "30  -1 -1", "31 e0 n10 p0 [1]",
+             "` 2 0 2 SOLID PART-1-1 - 0", "% 1", "30  -1 -1", "31 e0 n12 p0 [3]", "22 n13 [4]"}));
 }
 
 TEST(RegionFieldByName, UnknownNamesAndMissingB) {

@@ -76,7 +76,8 @@ std::string selectLine(const FieldsRequest& req) {
 std::string formLine(const FieldsRequest& req, char form) {
   if (form == 'd') return "rd " + req.database;
   char upper = req.orientations ? 'A' - 'a' : 0;
-  if (form == 'n') return std::string("r") + char('n' + upper) + " " + req.regions + ":" + req.database;
+  if (form == 'n')
+    return std::string("r") + char('n' + upper) + " " + req.regions + ":" + req.database;
   if (form == 'g')
     return std::string("r") + char('g' + upper) + " " + std::to_string(req.regionPair) + ":" +
            req.database;

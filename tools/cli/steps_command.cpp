@@ -143,8 +143,8 @@ void printCsv(const Catalogue& c, std::ostream& out) {
 
 // steps --counts: the records 16 of fs (steps with field output) and fv (steps with history
 // output), merged into one row per step that either lists.
-int runStepCounts(const CliOptions& options, const std::string& serverPath,
-                  const StepsRequest& req, std::ostream& out, std::ostream& err) {
+int runStepCounts(const CliOptions& options, const std::string& serverPath, const StepsRequest& req,
+                  std::ostream& out, std::ostream& err) {
   std::vector<std::string> lines = {"fs " + req.database, "fv " + req.database};
   if (req.records) return printRecords(options, serverPath, lines, out);
   std::map<int32_t, client::StepCountsRecord> steps;
@@ -170,10 +170,10 @@ int runStepCounts(const CliOptions& options, const std::string& serverPath,
     }
     return 0;
   }
-  tools::TableWriter t(out,
-                       options.format == OutputFormat::kJson ? tools::TableFormat::kJson
-                                                             : tools::TableFormat::kCsv,
-                       columns);
+  tools::TableWriter t(
+      out,
+      options.format == OutputFormat::kJson ? tools::TableFormat::kJson : tools::TableFormat::kCsv,
+      columns);
   for (const auto& [number, c] : steps) {
     t.cell(number).cell(c.frames).cell(c.fieldFrames).cell(c.historySamples);
     t.endRow();

@@ -17,12 +17,6 @@ namespace odbs {
 
 namespace {
 
-// Clears the base name when one f is done, however it ends. Until then the watchdog can
-// still find the companions of a file being written.
-struct BaseNameClearer {
-  ~BaseNameClearer() { clearCatalogueBaseName(); }
-};
-
 void mirrorFrame(const FrameRecords& f, CatalogueWriter& w) {
   w.integer(f.stepNumber);
   w.real(f.totalTime);

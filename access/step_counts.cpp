@@ -36,8 +36,7 @@ StepCountEntry countStep(const odb_Step& step) {
   }
   for (const auto& [name, region] : step.historyRegions().members())
     for (const auto& [outputName, output] : region.historyOutputs().members())
-      e.historySamples =
-          std::max(e.historySamples, static_cast<int32_t>(output.frameValues().size()));
+      e.historySamples = std::max(e.historySamples, static_cast<int32_t>(output.data().size()));
   return e;
 }
 
@@ -52,11 +51,6 @@ const std::vector<StepCountEntry>& stepCounts(OdbContext& ctx) {
   }
   return table.steps;
 }
-
-// Clears the base name when the command is done, however it ends.
-struct BaseNameClearer {
-  ~BaseNameClearer() { clearCatalogueBaseName(); }
-};
 
 }  // namespace
 

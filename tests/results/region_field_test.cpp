@@ -14,15 +14,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements) {
-  std::vector<float> v;
-  for (int32_t e : elements) v.push_back(float(10 * sp + e));
-  odb::FieldBlockData b =
-      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
-  b.sectionPoint = {sp, ""};
-  return b;
-}
-
 // Shell element 1 (section points 1..5) in element set TOP, shell element 2 (points 1..3)
 // in surface SURF, solid element 9 (no section points, nodes 12 and 13) in element set
 // SOLID, node 10 in node set NS. Pair 1 "CP" (contact) couples SURF and TOP, pair 2 "TIE1"

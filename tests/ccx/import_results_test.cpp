@@ -213,9 +213,8 @@ TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   for (const char* name : {"COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1", "CSHEAR2"}) {
     EXPECT_TRUE(last.fieldOutputs().isMember(name)) << name;
   }
-  const odb_HistoryRegion& point =
-      step(0).historyRegions()["Element PART-1-1.101 Face 1 Int Point 1"];
-  EXPECT_EQ(point.historyPoint().position(), odb_Enum::ELEMENT_FACE_INTEGRATION_POINT);
+  const odb_HistoryRegion& point = step(0).historyRegions()["Element PART-1-1.101 Face 1"];
+  EXPECT_EQ(point.historyPoint().position(), odb_Enum::ELEMENT_FACE);
   EXPECT_EQ(point.historyPoint().element().label(), 101);
   EXPECT_EQ(point.historyPoint().element().type(), "C3D8");
   const auto& press = point.historyOutputs()["CPRESS"].data();

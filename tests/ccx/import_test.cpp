@@ -138,7 +138,7 @@ class ImportTest : public ::testing::Test {
 
 TEST_F(ImportTest, EveryExampleDeckOpensWithTheDecksModel) {
   for (const char* name : {"beam_steps", "strip_modes", "plate_composite", "punch_contact",
-                           "plate_shell", "frame_beams", "beam_forces"}) {
+                           "plate_shell", "frame_beams", "beam_forces", "dome_contact"}) {
     SCOPED_TRACE(name);
     Deck deck;
     odb_Odb& odb = import(name, &deck);

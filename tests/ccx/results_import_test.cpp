@@ -85,6 +85,7 @@ void importFixture(const std::string& name, Imported& out) {
   ResultImport import(out.deck, out.prints, dataFile(name + ".frd"), out.recorder, out.warnings);
   import.nodes(std::vector<FrdNode>(out.results.nodes));
   import.elements(std::vector<FrdElement>(out.results.elements));
+  import.elementsEnd();
   for (const FrdBlock& b : out.results.blocks) import.block(FrdBlock(b));
   import.finish();
   EXPECT_EQ(import.tablesPassedOver(), 0u);
@@ -210,14 +211,99 @@ TEST(ResultsImport, ContactFieldsAndContactHistory) {
   for (const auto& f : r.frames[2].nodal) names.push_back(f.part.name);
   EXPECT_THAT(names, ElementsAre("U", "S", "COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1",
                                  "CSHEAR2", "ERROR"));
-  const HistoryRegionData* point = r.region(0, "Element PART-1-1.101 Face 1 Int Point 1");
-  ASSERT_NE(point, nullptr);
-  EXPECT_EQ(point->position, odb_Enum::ELEMENT_FACE_INTEGRATION_POINT);
-  const HistoryOutputData& open = point->outputs.at("COPEN");
-  const HistoryOutputData& press = point->outputs.at("CPRESS");
+  const HistoryRegionData* face = r.region(0, "Element PART-1-1.101 Face 1");
+  ASSERT_NE(face, nullptr);
+  EXPECT_EQ(face->position, odb_Enum::ELEMENT_FACE);
+  const HistoryOutputData& open = face->outputs.at("COPEN");
+  const HistoryOutputData& press = face->outputs.at("CPRESS");
   ASSERT_EQ(open.values.size(), 3u);
+  // The face means keep the deck's linear pressure-overclosure law.
   EXPECT_NEAR(press.values[2], -1e5 * open.values[2], 1e-4 * std::fabs(press.values[2]));
   EXPECT_NE(r.region(0, "Node set PTOP"), nullptr);
+}
+
+// The result file's elements may come in parts (large meshes do): the check and the
+// expanded mesh are the same as from the whole block at once.
+TEST(ResultsImport, ElementsInPartsGiveTheSameExpansion) {
+  for (const char* name : {"plate_shell", "frame_beams", "beam_steps"}) {
+    SCOPED_TRACE(name);
+    Warnings warnings;
+    Deck deck = parseDeck(exampleFile(std::string(name) + ".inp"), warnings);
+    FrdFile frd = readFrdFile(dataFile(std::string(name) + ".frd"), warnings);
+    Expansion whole(deck, "whole.frd"), parts(deck, "parts.frd");
+    whole.nodes(frd.nodes, warnings);
+    parts.nodes(frd.nodes, warnings);
+    whole.elements(frd.elements, warnings);
+    const size_t half = frd.elements.size() / 2;
+    parts.addElements({frd.elements.begin(), frd.elements.begin() + half});
+    parts.addElements({frd.elements.begin() + half, frd.elements.end()});
+    parts.finishElements(warnings);
+    EXPECT_EQ(parts.mesh().nodeLabels, whole.mesh().nodeLabels);
+    ASSERT_EQ(parts.mesh().elements.size(), whole.mesh().elements.size());
+    for (size_t e = 0; e < whole.mesh().elements.size(); ++e) {
+      EXPECT_EQ(parts.mesh().elements[e].nodes, whole.mesh().elements[e].nodes);
+    }
+    ASSERT_EQ(parts.sources().size(), whole.sources().size());
+    for (size_t s = 0; s < whole.sources().size(); ++s) {
+      EXPECT_EQ(parts.sources()[s].deckNode, whole.sources()[s].deckNode);
+      EXPECT_EQ(parts.sources()[s].all, whole.sources()[s].all);
+    }
+  }
+}
+
+// A dome pressed onto a block: the contact zone grows from 32 to 128 printed points. Every
+// contact series follows one slave node or one slave face through all four increments;
+// the expected values are the solver's own (.frd rows of nodes 101 and 106; .dat rows of
+// the faces).
+TEST(ResultsImport, ContactHistoryFollowsNodesAndFacesAsTheZoneGrows) {
+  Imported in;
+  importFixture("dome_contact", in);
+  Recorder& r = in.recorder;
+  ASSERT_EQ(r.histories.size(), 1u);
+  const std::vector<HistoryRegionData>& regions = r.histories[0];
+  // 16 slave nodes, 9 slave faces, the total of PTOP and the count of contact elements.
+  EXPECT_EQ(regions.size(), 27u);
+  for (const HistoryRegionData& region : regions) {
+    EXPECT_EQ(region.name.find("Int Point"), std::string::npos) << region.name;
+    for (const auto& [name, output] : region.outputs) {
+      EXPECT_THAT(output.frameValues, ElementsAre(0.25, 0.5, 0.75, 1.0))
+          << region.name << " " << name;
+    }
+  }
+
+  // Node 101, a corner of the dome, is open in the first increment: 0 there.
+  const HistoryRegionData* corner = r.region(0, "Node PART-1-1.101");
+  ASSERT_NE(corner, nullptr);
+  EXPECT_EQ(corner->position, odb_Enum::NODAL);
+  EXPECT_THAT(corner->outputs.at("COPEN").values,
+              ElementsAre(0.f, -3.20729e-4f, -2.41036e-4f, -7.81847e-4f));
+  EXPECT_THAT(corner->outputs.at("CPRESS").values,
+              ElementsAre(0.f, 3.20729e1f, 2.41036e1f, 7.81847e1f));
+  const HistoryRegionData* middle = r.region(0, "Node PART-1-1.106");
+  ASSERT_NE(middle, nullptr);
+  EXPECT_THAT(middle->outputs.at("COPEN").values,
+              ElementsAre(-1.67918e-3f, -3.80451e-3f, -3.32999e-3f, -4.33939e-3f));
+  EXPECT_EQ(r.region(0, "Node PART-1-1.1"), nullptr);  // a block node: never in contact
+
+  // Face 1 of element 101: 2, 6, 12 and 18 printed points. Its first increment prints the
+  // pressure 9.989559 and the energy 3.926403e-4 at both points.
+  const HistoryRegionData* face = r.region(0, "Element PART-1-1.101 Face 1");
+  ASSERT_NE(face, nullptr);
+  EXPECT_EQ(face->element, 101);
+  EXPECT_EQ(face->face, 1);
+  EXPECT_THAT(face->outputs.at("CPOINTS").values, ElementsAre(2.f, 6.f, 12.f, 18.f));
+  EXPECT_FLOAT_EQ(face->outputs.at("CPRESS").values[0], 9.989559f);
+  EXPECT_FLOAT_EQ(face->outputs.at("CELS").values[0], 2 * 3.926403e-4f);
+  // Face 1 of element 107 in the last increment: the mean opening of its 18 points.
+  const HistoryRegionData* other = r.region(0, "Element PART-1-1.107 Face 1");
+  ASSERT_NE(other, nullptr);
+  EXPECT_NEAR(other->outputs.at("COPEN").values[3], -3.0137758e-3, 1e-9);
+
+  const HistoryRegionData* count = r.region(0, "Assembly");
+  ASSERT_NE(count, nullptr);
+  EXPECT_EQ(count->position, odb_Enum::WHOLE_MODEL);
+  EXPECT_THAT(count->outputs.at("CNUM").values, ElementsAre(32.f, 56.f, 96.f, 128.f));
+  EXPECT_EQ(in.warnings.count("dat-line"), 0);
 }
 
 }  // namespace

@@ -105,7 +105,7 @@ TEST_P(ServerExamplesTest, ModelSetsAndFramesAreTheDecks) {
 INSTANTIATE_TEST_SUITE_P(Examples, ServerExamplesTest,
                          ::testing::Values("beam_steps", "strip_modes", "plate_composite",
                                            "punch_contact", "plate_shell", "frame_beams",
-                                           "beam_forces"));
+                                           "beam_forces", "dome_contact"));
 
 }  // namespace
 }  // namespace odbs::ccx

@@ -28,11 +28,17 @@ std::string bannerWords(std::string_view t) {
   return out;
 }
 
+// The count of contact elements of an increment: "total number of contact elements for
+// time <t>", one number below.
+constexpr std::string_view kContactCount = "total number of contact elements";
+
 // "<quantity> (<columns>) for set <name> and time <t>", or for one value per set and no
-// columns: "total internal energy for set <name> and time <t>".
+// columns: "total internal energy for set <name> and time <t>". Contact tables name "all
+// contact elements" instead of a set (the energy table without a blank before "for").
 bool isTableTitle(std::string_view t) {
+  if (startsWith(t, kContactCount)) return t.find(" for time") != std::string_view::npos;
   if (t.find(" and time") == std::string_view::npos) return false;
-  if (t.find(" for all contact elements") != std::string_view::npos) {
+  if (t.find("for all contact elements") != std::string_view::npos) {
     return t.find('(') != std::string_view::npos;
   }
   size_t set = t.find(" for set ");
@@ -156,7 +162,11 @@ void DatReader::table(std::string_view title) {
   size_t open = title.find('('), close = title.find(')', open);
   std::vector<std::string> columns;
   std::string_view rest;
-  if (open == std::string_view::npos || open > title.find(" for set ")) {
+  if (startsWith(title, kContactCount)) {
+    block.quantity = std::string(kContactCount);
+    columns.push_back(block.quantity);
+    rest = title.substr(title.find(" for time"));
+  } else if (open == std::string_view::npos || open > title.find(" for set ")) {
     // One value per set, named by the quantity itself.
     size_t set = title.find(" for set ");
     block.quantity = std::string(trim(title.substr(0, set)));
@@ -168,13 +178,14 @@ void DatReader::table(std::string_view title) {
     columns = splitCommas(title.substr(open + 1, close - open - 1));
     rest = title.substr(close + 1);
   }
-  size_t at = rest.find(" and time");
+  const std::string_view timeWords = startsWith(title, kContactCount) ? " for time" : " and time";
+  size_t at = rest.find(timeWords);
   if (at == std::string_view::npos) fail(expected, std::string(title));
   size_t setAt = rest.find(" for set ");
   if (setAt != std::string_view::npos && setAt < at) {
     block.set = upper(trim(rest.substr(setAt + 9, at - setAt - 9)));
   }
-  auto time = toDouble(rest.substr(at + 9));
+  auto time = toDouble(rest.substr(at + timeWords.size()));
   if (!time) fail(expected, std::string(title));
   block.time = *time;
 
@@ -195,7 +206,7 @@ void DatReader::table(std::string_view title) {
   if (block.components.empty())
     fail("at least one value column in the table title", std::string(title));
   int labels = 1;
-  if (startsWith(block.quantity, "total")) {
+  if (startsWith(block.quantity, "total")) {  // also the count of contact elements
     block.kind = DatRowKind::Total, labels = 0;
   } else if (ip) {
     block.kind = DatRowKind::IntegrationPoint, labels = 2;

@@ -71,9 +71,14 @@ const char* solidTypeName(int typeCode) {
   return typeCode >= 1 && typeCode <= 12 ? names[typeCode] : "";
 }
 
-std::vector<int32_t> sorted(std::vector<int32_t> v) {
-  std::sort(v.begin(), v.end());
-  return v;
+// The same node labels in any order (an element of the result file and of the deck).
+bool sameNodes(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+  if (a.size() != b.size()) return false;
+  if (std::equal(a.begin(), a.end(), b.begin())) return true;  // the usual case
+  std::vector<int32_t> x = a, y = b;
+  std::sort(x.begin(), x.end());
+  std::sort(y.begin(), y.end());
+  return x == y;
 }
 
 }  // namespace
@@ -96,13 +101,13 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
   const Node* firstDeck = nullptr;
   for (const FrdNode& n : nodes) {
     frdNodes_.insert(n.label);
-    auto it = deckNodeIndex_.find(n.label);
-    if (it == deckNodeIndex_.end()) {
+    uint32_t index = deckNodeIndex_.find(n.label);
+    if (index == LabelIndex::kNone) {
       extraNodes_.emplace(n.label, n);
       continue;
     }
     ++shared;
-    const Node& d = deck_.nodes[it->second];
+    const Node& d = deck_.nodes[index];
     if (std::fabs(d.x - n.x) > tolerance || std::fabs(d.y - n.y) > tolerance ||
         std::fabs(d.z - n.z) > tolerance) {
       if (moved++ == 0) first = &n, firstDeck = &d;
@@ -130,30 +135,34 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
   }
 }
 
-void Expansion::addToMesh(const FrdElement& f, std::unordered_set<int32_t>& meshNodes) {
+void Expansion::addToMesh(const FrdElement& f, LabelBits& meshNodes) {
   ExpandedMesh::Element element;
   element.label = f.label;
   element.type = solidTypeName(f.typeCode);
   element.nodes = f.nodes;
-  meshNodes.insert(f.nodes.begin(), f.nodes.end());
+  for (int32_t n : f.nodes) meshNodes.insert(n);
   mesh_.elements.push_back(std::move(element));
 }
 
-void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
-  std::unordered_map<int32_t, const Element*> deckElements;
-  deckElements.reserve(deck_.elements.size());
-  for (const Element& e : deck_.elements) deckElements.emplace(e.label, &e);
-
-  std::unordered_map<int32_t, size_t> sourceOf;  // deck node -> index into sources_
-  std::unordered_set<int32_t> meshNodes;
-  size_t unknown = 0, unmapped = 0, changed = 0, foreign = 0, sharedElements = 0;
-  std::string firstChanged;
-  std::string firstUnknown, firstUnmapped;
+void Expansion::addElements(const std::vector<FrdElement>& elements) {
+  ElementScan& scan = scan_;
+  if (scan.deckElements.size() == 0) {
+    scan.deckElements.reserve(deck_.elements.size());
+    for (size_t i = 0; i < deck_.elements.size(); ++i)
+      scan.deckElements.emplace(deck_.elements[i].label, i);
+  }
+  const LabelIndex& deckElements = scan.deckElements;
+  auto& sourceOf = scan.sourceOf;
+  LabelBits& meshNodes = scan.meshNodes;
+  size_t &unknown = scan.unknown, &unmapped = scan.unmapped, &changed = scan.changed,
+         &foreign = scan.foreign, &sharedElements = scan.sharedElements;
+  std::string &firstChanged = scan.firstChanged, &firstUnknown = scan.firstUnknown,
+              &firstUnmapped = scan.firstUnmapped;
   for (const FrdElement& f : elements) {
-    auto it = deckElements.find(f.label);
+    uint32_t deckIndex = deckElements.find(f.label);
     bool newNodes = true;
     for (int32_t n : f.nodes) newNodes = newNodes && extraNodes_.count(n) > 0;
-    if (it == deckElements.end()) {
+    if (deckIndex == LabelIndex::kNone) {
       // The solver's own elements on new nodes (the layers of an expanded composite
       // shell) join the expanded instance; others are not imported.
       if (newNodes) {
@@ -163,9 +172,9 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
       }
       continue;
     }
-    const Element& d = *it->second;
+    const Element& d = deck_.elements[deckIndex];
     ++sharedElements;
-    if (f.nodes.size() == d.nodes.size() && sorted(f.nodes) == sorted(d.nodes)) continue;
+    if (sameNodes(f.nodes, d.nodes)) continue;
     // Not the deck's element: the expanded form of a 1D or 2D element, whose nodes are all
     // new, or the element of another model.
     if (!newNodes || startsWith(d.type, "C3D")) {
@@ -205,7 +214,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
       for (int p : spots.more) s.all.push_back(f.nodes[p]);
       // The deck node lies amid its expanded nodes (a shell without offset, a beam on its
       // axis); otherwise the element is not mapped back.
-      const Node& dn = deck_.nodes[deckNodeIndex_.at(s.deckNode)];
+      const Node& dn = deck_.nodes[deckNodeIndex_.find(s.deckNode)];
       double off = std::hypot(dn.x - mean[0], dn.y - mean[1], dn.z - mean[2]);
       if (off > 1e-3 * spread + 1e-9 * std::max(1.0, spread)) fits = false;
       // Far outside the expanded element (more than a shell offset could move it): the
@@ -242,6 +251,17 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
     }
     addToMesh(f, meshNodes);
   }
+}
+
+void Expansion::finishElements(Warnings& warnings) {
+  // The scan of this element block ends here; a later block starts afresh.
+  ElementScan scan = std::move(scan_);
+  scan_ = ElementScan();
+  const LabelBits& meshNodes = scan.meshNodes;
+  const size_t unknown = scan.unknown, unmapped = scan.unmapped, changed = scan.changed,
+               foreign = scan.foreign, sharedElements = scan.sharedElements;
+  const std::string &firstChanged = scan.firstChanged, &firstUnknown = scan.firstUnknown,
+                    &firstUnmapped = scan.firstUnmapped;
   if (foreign * 10 > sharedElements) {
     throw InputError(path_ + ": the result file belongs to another model: " + firstChanged);
   }
@@ -256,7 +276,7 @@ void Expansion::elements(const std::vector<FrdElement>& elements, Warnings& warn
   }
   // Deck nodes of expanded elements whose values the result file has only on the
   // expanded nodes, and which are not mapped back.
-  std::unordered_set<int32_t> mapped, unmappedNodes;
+  LabelBits mapped, unmappedNodes;
   for (const Source& s : sources_) mapped.insert(s.deckNode);
   for (const Element& e : deck_.elements) {
     if (!layoutOf(e.type) && !startsWith(e.type, "CAX")) continue;

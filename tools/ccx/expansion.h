@@ -16,11 +16,11 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "tools/ccx/frd_model.h"
 #include "tools/ccx/inp_model.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/warnings.h"
 
 namespace odbs::ccx {
@@ -50,7 +50,14 @@ class Expansion {
   // layout is not the expected one are reported with one warning and their values stay on the
   // expanded instance only.
   void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);
-  void elements(const std::vector<FrdElement>& elements, Warnings& warnings);
+  // The elements may come in parts (addElements, in file order), then finishElements;
+  // elements() does both at once.
+  void addElements(const std::vector<FrdElement>& elements);
+  void finishElements(Warnings& warnings);
+  void elements(const std::vector<FrdElement>& elements, Warnings& warnings) {
+    addElements(elements);
+    finishElements(warnings);
+  }
 
   const ExpandedMesh& mesh() const { return mesh_; }
   bool isExpandedNode(int32_t label) const { return expandedNodes_.count(label) > 0; }
@@ -67,15 +74,25 @@ class Expansion {
  private:
   const Deck& deck_;
   std::string path_;
-  double extent_ = 0;  // largest coordinate of the deck
-  std::unordered_map<int32_t, size_t> deckNodeIndex_;
-  void addToMesh(const FrdElement& element, std::unordered_set<int32_t>& meshNodes);
+  double extent_ = 0;         // largest coordinate of the deck
+  LabelIndex deckNodeIndex_;  // deck node label -> its index in deck_.nodes
+  void addToMesh(const FrdElement& element, LabelBits& meshNodes);
 
   std::unordered_map<int32_t, FrdNode> extraNodes_;  // result file nodes the deck lacks
-  std::unordered_set<int32_t> frdNodes_;             // every node of the result file
-  std::unordered_set<int32_t> expandedNodes_;
+  LabelBits frdNodes_;                               // every node of the result file
+  LabelBits expandedNodes_;
   std::vector<Source> sources_;
   ExpandedMesh mesh_;
+
+  // What addElements has found so far in the element block being read.
+  struct ElementScan {
+    LabelIndex deckElements;                       // deck element label -> index
+    std::unordered_map<int32_t, size_t> sourceOf;  // deck node -> index into sources_
+    LabelBits meshNodes;                           // nodes of the expanded elements
+    size_t unknown = 0, unmapped = 0, changed = 0, foreign = 0, sharedElements = 0;
+    std::string firstChanged, firstUnknown, firstUnmapped;
+  };
+  ElementScan scan_;
 };
 
 }  // namespace odbs::ccx

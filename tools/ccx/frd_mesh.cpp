@@ -69,11 +69,20 @@ void FrdReader::readElements(std::string_view line) {
       tokens.size() < 3 ? 0 : tokenInteger(tokens, tokens.size() - 2, "an element count", line);
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdElement> elements;
+  // Hands a full part to the visitor and starts the next.
+  auto pass = [&](bool last) {
+    if (elements.size() >= kFrdElementChunk || (last && !elements.empty())) {
+      visitor_.elements(std::move(elements));
+      elements.clear();
+    }
+  };
   if (format == 2) {
     binarySeen_ = true;
     int64_t n = checkedCount(count, 16, "elements");
-    elements.resize(n);
-    for (FrdElement& e : elements) {
+    elements.reserve(std::min<size_t>(n, kFrdElementChunk));
+    for (int64_t i = 0; i < n; ++i) {
+      pass(false);
+      FrdElement& e = elements.emplace_back();
       int32_t head[4];
       if (!in_.readBytes(head, sizeof head))
         failBinary(std::to_string(n) + " binary element records");
@@ -92,8 +101,10 @@ void FrdReader::readElements(std::string_view line) {
     }
   } else if (format == 0 || format == 1) {
     int w = format == 0 ? 5 : 10;
-    elements.reserve(static_cast<size_t>(checkedCount(count, 20, "elements")));
+    elements.reserve(std::min<size_t>(static_cast<size_t>(checkedCount(count, 20, "elements")),
+                                      kFrdElementChunk));
     while (true) {
+      pass(false);
       const std::string& row = nextRow(row_, "an element line or -3 ending the element block");
       std::string_view r = row;
       if (startsWith(trim(r), "-3")) break;
@@ -107,6 +118,7 @@ void FrdReader::readElements(std::string_view line) {
       e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
       if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      e.nodes.reserve(nodes);
       while (static_cast<int>(e.nodes.size()) < nodes) {
         const std::string& more = nextRow(more_, "a -2 line with the nodes of an element");
         std::string_view m = more;
@@ -122,7 +134,8 @@ void FrdReader::readElements(std::string_view line) {
   } else {
     fail("element block format 0, 1 or 2", std::to_string(format));
   }
-  visitor_.elements(std::move(elements));
+  pass(true);
+  visitor_.elementsEnd();
 }
 
 }  // namespace odbs::ccx

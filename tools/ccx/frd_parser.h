@@ -26,7 +26,10 @@ class FrdVisitor {
   virtual ~FrdVisitor() = default;
   virtual void header(const FrdHeader&) {}
   virtual void nodes(std::vector<FrdNode>&&) {}
+  // The elements of an element block come in parts of at most kFrdElementChunk (so that a
+  // large mesh is never held twice), then elementsEnd.
   virtual void elements(std::vector<FrdElement>&&) {}
+  virtual void elementsEnd() {}
   virtual void block(FrdBlock&&) {}
   // Bytes of the file read so far and its size, after each block.
   virtual void progress(int64_t, int64_t) {}

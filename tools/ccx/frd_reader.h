@@ -13,7 +13,8 @@
 
 namespace odbs::ccx {
 
-constexpr int kFrdValueWidth = 12;  // E12.5 fields of the text format
+constexpr int kFrdValueWidth = 12;          // E12.5 fields of the text format
+constexpr size_t kFrdElementChunk = 16384;  // elements handed to the visitor at once
 
 class FrdReader {
  public:
@@ -41,13 +42,15 @@ class FrdReader {
     if (!in_.nextLine(line)) fail(expected, "end of file");
     return line;
   }
-  long long integerAt(std::string_view line, size_t begin, size_t width, const std::string& what) {
+  // what names the field in the ParseError for a bad one (a plain text: no string is built
+  // for the good case).
+  long long integerAt(std::string_view line, size_t begin, size_t width, const char* what) {
     auto v = toInteger(column(line, begin, width));
     if (!v) fail(what, std::string(line));
     return *v;
   }
-  long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i,
-                         const std::string& what, std::string_view line) {
+  long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i, const char* what,
+                         std::string_view line) {
     if (i >= tokens.size()) fail(what, std::string(line));
     auto v = toInteger(tokens[i]);
     if (!v) fail(what, std::string(line));

@@ -66,6 +66,7 @@ class ProgressRelay : public FrdVisitor {
       : import_(import), path_(path), progress_(progress), summary_(summary) {}
   void nodes(std::vector<FrdNode>&& n) override { import_.nodes(std::move(n)); }
   void elements(std::vector<FrdElement>&& e) override { import_.elements(std::move(e)); }
+  void elementsEnd() override { import_.elementsEnd(); }
   void block(FrdBlock&& b) override {
     ++summary_.resultBlocks;
     import_.block(std::move(b));

@@ -42,8 +42,10 @@ class DeckBuilder {
 
   // Helpers that throw ParseError at the line concerned.
   std::string required(const Card& card, const std::string& parameter) const;
-  double number(const DataLine& line, size_t field, const std::string& what) const;
-  int32_t label(const DataLine& line, size_t field, const std::string& what) const;
+  // what names the field in the message of the ParseError thrown for a bad one; a plain
+  // text, so that the good case builds no string.
+  double number(const DataLine& line, size_t field, const char* what) const;
+  int32_t label(const DataLine& line, size_t field, const char* what) const;
   // A node label of an element's data line; 0 too where zeroAllowed (network elements).
   int32_t nodeOf(const DataLine& line, size_t field, int32_t element, bool zeroAllowed) const;
   // Numbers of a data line; blank fields count as 0.

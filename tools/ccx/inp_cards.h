@@ -28,8 +28,10 @@ struct Card {
   std::string get(const std::string& name, const std::string& fallback = "") const;
 };
 
+// The fields are views into the reader's line buffer: valid until the reader's next
+// nextData or nextCard.
 struct DataLine {
-  std::vector<std::string> fields;  // comma-separated fields, trimmed
+  std::vector<std::string_view> fields;  // comma-separated fields, trimmed
   SourceRef where;
   bool endsWithComma = false;  // the line's last field was empty ("1, 2,")
 };

@@ -1,8 +1,8 @@
 // checkDeck: the cross references of a parsed deck.
 #include <algorithm>
-#include <unordered_set>
 
 #include "tools/ccx/inp_parser.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/parse_error.h"
 
 namespace odbs::ccx {
@@ -17,8 +17,7 @@ namespace {
 namespace {
 
 // Removes the labels that `defined` lacks from labels; returns how many and the first.
-size_t prune(std::vector<int32_t>& labels, const std::unordered_set<int32_t>& defined,
-             int32_t* first) {
+size_t prune(std::vector<int32_t>& labels, const LabelBits& defined, int32_t* first) {
   size_t before = labels.size();
   auto keep = std::remove_if(labels.begin(), labels.end(), [&](int32_t l) {
     if (defined.count(l)) return false;
@@ -50,16 +49,16 @@ void checkDeck(Deck& deck, Warnings& warnings) {
                                       "first element " +
                                       std::to_string(firstOpen) + ") are not imported");
   }
-  std::unordered_set<int32_t> nodes, elements;
+  LabelBits nodes, elements;
   nodes.reserve(deck.nodes.size());
   for (const Node& n : deck.nodes) {
-    if (!nodes.insert(n.label).second) {
+    if (!nodes.insert(n.label)) {
       throw InputError(deck.path + ": node " + std::to_string(n.label) + " is defined twice");
     }
   }
   elements.reserve(deck.elements.size());
   for (const Element& e : deck.elements) {
-    if (!elements.insert(e.label).second) {
+    if (!elements.insert(e.label)) {
       throw InputError(deck.path + ": element " + std::to_string(e.label) + " is defined twice");
     }
     for (int32_t n : e.nodes) {

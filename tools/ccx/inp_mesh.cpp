@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <unordered_set>
 
 #include "tools/ccx/element_types.h"
 #include "tools/ccx/inp_builder.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/text.h"
 
@@ -20,28 +20,28 @@ std::string DeckBuilder::required(const Card& card, const std::string& parameter
   return value;
 }
 
-double DeckBuilder::number(const DataLine& line, size_t field, const std::string& what) const {
+double DeckBuilder::number(const DataLine& line, size_t field, const char* what) const {
   if (field >= line.fields.size()) {
     throw ParseError(line.where.file, line.where.line,
-                     what + " in field " + std::to_string(field + 1), "end of line");
+                     what + (" in field " + std::to_string(field + 1)), "end of line");
   }
   auto value = toDouble(line.fields[field]);
   if (!value || !std::isfinite(*value)) {
-    throw ParseError(line.where.file, line.where.line, what + " (a finite number)",
-                     line.fields[field]);
+    throw ParseError(line.where.file, line.where.line, std::string(what) + " (a finite number)",
+                     std::string(line.fields[field]));
   }
   return *value;
 }
 
-int32_t DeckBuilder::label(const DataLine& line, size_t field, const std::string& what) const {
+int32_t DeckBuilder::label(const DataLine& line, size_t field, const char* what) const {
   if (field >= line.fields.size()) {
     throw ParseError(line.where.file, line.where.line,
-                     what + " in field " + std::to_string(field + 1), "end of line");
+                     what + (" in field " + std::to_string(field + 1)), "end of line");
   }
   auto value = toInteger(line.fields[field]);
   if (!value || *value < 1 || *value > std::numeric_limits<int32_t>::max()) {
-    throw ParseError(line.where.file, line.where.line, what + " (a positive integer)",
-                     line.fields[field]);
+    throw ParseError(line.where.file, line.where.line, std::string(what) + " (a positive integer)",
+                     std::string(line.fields[field]));
   }
   return static_cast<int32_t>(*value);
 }
@@ -80,7 +80,10 @@ void DeckBuilder::readHeading(const Card&) {
   while (reader_.nextData(line)) {
     // The heading is free text: put the comma-split fields back together.
     std::string text;
-    for (size_t i = 0; i < line.fields.size(); ++i) text += (i ? ", " : "") + line.fields[i];
+    for (size_t i = 0; i < line.fields.size(); ++i) {
+      if (i) text += ", ";
+      text += line.fields[i];
+    }
     if (line.endsWithComma) text += ",";
     if (deck_.title.empty()) deck_.title = text;
     deck_.heading += (deck_.heading.empty() ? "" : "\n") + text;
@@ -105,11 +108,13 @@ void DeckBuilder::readNodes(const Card& card) {
 
 int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
                             bool zeroAllowed) const {
-  if (zeroAllowed && field < line.fields.size()) {
+  if (field < line.fields.size()) {
     auto v = toInteger(line.fields[field]);
-    if (v && *v == 0) return 0;
+    if (v && *v >= 1 && *v <= std::numeric_limits<int32_t>::max()) return static_cast<int32_t>(*v);
+    if (zeroAllowed && v && *v == 0) return 0;
   }
-  return label(line, field, "a node label of element " + std::to_string(element));
+  // A bad label: the message names the element.
+  return label(line, field, ("a node label of element " + std::to_string(element)).c_str());
 }
 
 void DeckBuilder::readElements(const Card& card) {
@@ -130,6 +135,7 @@ void DeckBuilder::readElements(const Card& card) {
     Element element;
     element.type = type;
     element.label = label(line, 0, "an element label");
+    if (count > 0) element.nodes.reserve(count);
     size_t listed = line.fields.size() - 1;
     for (size_t i = 1; i < line.fields.size(); ++i) {
       // The solver reads as many labels as the type has and passes over the rest of the
@@ -196,7 +202,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
       if (last < first) {
         throw ParseError(line.where.file, line.where.line,
                          "a GENERATE range whose last label is not below its first",
-                         line.fields[0] + ", " + line.fields[1]);
+                         std::string(line.fields[0]) + ", " + std::string(line.fields[1]));
       }
       countGenerated((static_cast<int64_t>(last) - first) / step + 1, line);
       for (int64_t l = first; l <= last; l += step)
@@ -204,7 +210,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
       continue;
     }
     for (size_t i = 0; i < line.fields.size(); ++i) {
-      const std::string& field = line.fields[i];
+      std::string_view field = line.fields[i];
       if (field.empty()) continue;
       if (toInteger(field)) {
         sets[self].labels.push_back(label(line, i, "a label"));
@@ -215,7 +221,7 @@ void DeckBuilder::readSet(const Card& card, bool nodes) {
         throw ParseError(
             line.where.file, line.where.line,
             std::string("a label or the name of a defined ") + (nodes ? "node set" : "element set"),
-            field);
+            std::string(field));
       }
       if (member->second == self) continue;
       std::vector<int32_t> labels = sets[member->second].labels;
@@ -240,7 +246,7 @@ void DeckBuilder::readSurface(const Card& card) {
     if (line.fields.empty() || line.fields[0].empty()) {
       throw ParseError(line.where.file, line.where.line, "a label or set name");
     }
-    const std::string& first = line.fields[0];
+    std::string_view first = line.fields[0];
     std::vector<int32_t> labels;
     if (toInteger(first)) {
       labels.push_back(label(line, 0, "a label"));
@@ -251,7 +257,7 @@ void DeckBuilder::readSurface(const Card& card) {
         throw ParseError(
             line.where.file, line.where.line,
             surface.nodeBased ? "a node label or node set" : "an element label or element set",
-            first);
+            std::string(first));
       }
       labels = (surface.nodeBased ? deck_.nodeSets : deck_.elementSets)[it->second].labels;
     }
@@ -261,7 +267,7 @@ void DeckBuilder::readSurface(const Card& card) {
     }
     if (line.fields.size() < 2 || line.fields[1].empty()) {
       throw ParseError(line.where.file, line.where.line,
-                       "a face name (S1, S2, ...) after " + first);
+                       "a face name (S1, S2, ...) after " + std::string(first));
     }
     std::string face = upper(line.fields[1]);
     for (int32_t l : labels) surface.faces.push_back(Surface::Face{l, face});
@@ -298,27 +304,32 @@ bool DeckBuilder::meshCard(const Card& card) {
 }
 
 void DeckBuilder::finish() {
+  // The mesh stays for the whole import: give back what the vectors' growth left over.
+  deck_.nodes.shrink_to_fit();
+  deck_.elements.shrink_to_fit();
   for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
     for (LabelSet& set : *sets) {
-      std::unordered_set<int32_t> seen;
+      LabelBits seen;
+      seen.reserve(set.labels.size());
       std::vector<int32_t> unique;
       unique.reserve(set.labels.size());
       for (int32_t l : set.labels) {
-        if (seen.insert(l).second) unique.push_back(l);
+        if (seen.insert(l)) unique.push_back(l);
       }
       set.labels.swap(unique);
     }
   }
   // A solid section on truss elements is a truss section.
-  std::unordered_map<int32_t, const Element*> byLabel;
-  for (const Element& e : deck_.elements) byLabel.emplace(e.label, &e);
+  LabelIndex byLabel;  // element label -> index in deck_.elements
+  byLabel.reserve(deck_.elements.size());
+  for (size_t i = 0; i < deck_.elements.size(); ++i) byLabel.emplace(deck_.elements[i].label, i);
   for (Section& section : deck_.sections) {
     if (section.kind != SectionKind::Solid) continue;
     const LabelSet* set = deck_.elementSet(section.elset);
     if (!set || set->labels.empty()) continue;
-    auto it = byLabel.find(set->labels.front());
-    if (it != byLabel.end() &&
-        (startsWith(it->second->type, "T2D") || startsWith(it->second->type, "T3D"))) {
+    uint32_t index = byLabel.find(set->labels.front());
+    if (index != LabelIndex::kNone && (startsWith(deck_.elements[index].type, "T2D") ||
+                                       startsWith(deck_.elements[index].type, "T3D"))) {
       section.kind = SectionKind::Truss;
     }
   }

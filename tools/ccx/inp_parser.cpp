@@ -158,7 +158,10 @@ void DeckBuilder::readStep(const Card& card) {
   DataLine line;
   if (reader_.nextData(line)) {
     std::string text;
-    for (size_t i = 0; i < line.fields.size(); ++i) text += (i ? ", " : "") + line.fields[i];
+    for (size_t i = 0; i < line.fields.size(); ++i) {
+      if (i) text += ", ";
+      text += line.fields[i];
+    }
     step.description = text;
     while (reader_.nextData(line)) {
     }
@@ -203,7 +206,7 @@ void DeckBuilder::readOutputRequest(const Card& card) {
   request.set = upper(card.has("NSET") ? card.get("NSET") : card.get("ELSET"));
   DataLine line;
   while (reader_.nextData(line)) {
-    for (const std::string& field : line.fields) {
+    for (std::string_view field : line.fields) {
       if (!field.empty()) request.variables.push_back(upper(field));
     }
   }

@@ -166,7 +166,7 @@ void DeckBuilder::readSection(const Card& card) {
   }
   DataLine line;
   while (reader_.nextData(line)) {
-    section.data.push_back(line.fields);
+    section.data.emplace_back(line.fields.begin(), line.fields.end());
     if (composite) {
       // thickness, number of integration points (unused by the solver), material, orientation
       Layer layer;

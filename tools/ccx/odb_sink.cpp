@@ -16,8 +16,9 @@ std::string sectionPointDescription(int point) {
 }  // namespace
 
 OdbSink::OdbSink(const Deck& deck, odb::Writer& writer) : deck_(deck), writer_(writer) {
-  elementType_.reserve(deck.elements.size());
-  for (const Element& e : deck.elements) elementType_.emplace(e.label, &e.type);
+  elementIndex_.reserve(deck.elements.size());
+  for (size_t i = 0; i < deck.elements.size(); ++i)
+    elementIndex_.emplace(deck.elements[i].label, i);
 }
 
 void OdbSink::expandedMesh(const ExpandedMesh& mesh) {
@@ -107,8 +108,8 @@ void OdbSink::addPointBlocks(const PointField& field, bool complex) {
   std::map<std::pair<std::string, int32_t>, std::vector<size_t>> groups;
   std::vector<std::pair<std::string, int32_t>> keys;
   for (size_t r = 0; r < field.elements.size(); ++r) {
-    auto it = elementType_.find(field.elements[r]);
-    std::string type = it == elementType_.end() ? std::string() : *it->second;
+    uint32_t index = elementIndex_.find(field.elements[r]);
+    std::string type = index == LabelIndex::kNone ? std::string() : deck_.elements[index].type;
     auto key = std::make_pair(type, field.sectionPoints[r]);
     auto [g, inserted] = groups.emplace(key, std::vector<size_t>());
     if (inserted) keys.push_back(key);
@@ -158,13 +159,15 @@ void OdbSink::history(int, const std::vector<HistoryRegionData>& regions) {
       if (const LabelSet* set = r.elementSet ? deck_.elementSet(r.set) : deck_.nodeSet(r.set)) {
         region.point.region.addMembers(kInstanceName, set->labels);
       }
+    } else if (r.position == odb_Enum::WHOLE_MODEL) {
+      region.description = "Output of the whole model";
     } else {
       region.description = "Contact output at face " + std::to_string(r.face) + " of element " +
                            std::to_string(r.element);
       region.point.elementLabel = r.element;
       region.point.integrationPoint = r.integrationPoint;
-      auto it = elementType_.find(r.element);
-      if (it != elementType_.end()) region.point.elementType = *it->second;
+      uint32_t index = elementIndex_.find(r.element);
+      if (index != LabelIndex::kNone) region.point.elementType = deck_.elements[index].type;
     }
     for (const auto& [name, o] : r.outputs) {
       odb::HistoryOutputData output;

@@ -9,10 +9,10 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
 
 #include "odb/writer.h"
 #include "tools/ccx/inp_model.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/results_import.h"
 
 namespace odbs::ccx {
@@ -32,7 +32,7 @@ class OdbSink : public ResultSink {
 
   const Deck& deck_;
   odb::Writer& writer_;
-  std::unordered_map<int32_t, const std::string*> elementType_;
+  LabelIndex elementIndex_;  // element label -> its index in deck_.elements
   odb_Enum::odb_DomainEnum domain_ = odb_Enum::TIME;
 };
 

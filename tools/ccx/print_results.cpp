@@ -42,6 +42,7 @@ struct HistoryQuantity {
   std::vector<std::string> outputs;  // one per printed column
   const char* description;
   bool elementSet = false;  // a total over an element set (else over a node set)
+  bool additive = false;    // a face's points add up (energies); else they are averaged
 };
 
 const std::map<std::string, HistoryQuantity>& historyQuantities() {
@@ -57,6 +58,8 @@ const std::map<std::string, HistoryQuantity>& historyQuantities() {
        {{"COPEN", "CSLIP1", "CSLIP2"}, "Contact opening and relative tangential motion"}},
       {"contact stress",
        {{"CPRESS", "CSHEAR1", "CSHEAR2"}, "Contact pressure and frictional shear stress"}},
+      {"contact print energy", {{"CELS"}, "Contact spring energy", false, true}},
+      {"total number of contact elements", {{"CNUM"}, "Number of contact elements"}},
   };
   return known;
 }
@@ -146,6 +149,15 @@ HistoryRegionData& HistoryCollector::region(const std::string& name) {
   return regions_[it->second];
 }
 
+size_t HistoryCollector::regionLike(const HistoryRegionData& point) {
+  auto [it, inserted] = index_.emplace(point.name, regions_.size());
+  if (inserted) {
+    regions_.push_back(point);
+    regions_.back().outputs.clear();
+  }
+  return it->second;
+}
+
 void HistoryCollector::sample(HistoryRegionData& r, const std::string& output,
                               const std::string& description, double frameValue, double value,
                               bool imaginary) {
@@ -160,6 +172,85 @@ void HistoryCollector::sample(HistoryRegionData& r, const std::string& output,
   }
   o.frameValues.push_back(frameValue);
   o.values.push_back(static_cast<float>(value));
+}
+
+void HistoryCollector::addPoints(const std::string& quantity,
+                                 const std::vector<std::string>& outputs,
+                                 const std::string& description, double frameValue,
+                                 std::vector<PointSample>&& points) {
+  PointSeries& series = points_[quantity];
+  const size_t width = outputs.size();
+  std::vector<char> present(regions_.size(), 0);
+  for (PointSample& p : points) {
+    const size_t index = regionLike(p.region);
+    HistoryRegionData& r = regions_[index];
+    if (index >= present.size()) present.resize(index + 1, 0);
+    if (present[index]) continue;  // one sample per point and frame
+    present[index] = 1;
+    if (series.members.insert(index).second) {
+      // A point new to the quantity: open before this frame.
+      for (double earlier : series.frames) {
+        for (size_t c = 0; c < width; ++c) sample(r, outputs[c], description, earlier, 0, false);
+      }
+    }
+    for (size_t c = 0; c < width; ++c) {
+      sample(r, outputs[c], description, frameValue, c < p.values.size() ? p.values[c] : 0, false);
+    }
+  }
+  for (size_t index : series.members) {
+    if (index < present.size() && present[index]) continue;
+    for (size_t c = 0; c < width; ++c) {
+      sample(regions_[index], outputs[c], description, frameValue, 0, false);
+    }
+  }
+  series.frames.push_back(frameValue);
+}
+
+void HistoryCollector::addFaces(const DatBlock& table, const std::vector<std::string>& outputs,
+                                const std::string& description, bool additive, double frameValue) {
+  // The points of a face are the solver's integration points of the face's contact
+  // elements: their number and place change as the contact zone changes, so a face is the
+  // smallest part that stays the same from frame to frame.
+  const size_t width = table.components.size();
+  std::map<std::pair<int32_t, int32_t>, size_t> faceIndex;
+  std::vector<PointSample> faces;
+  std::vector<int> count;
+  for (size_t r = 0; r < table.rows(); ++r) {
+    int32_t element = table.labels[r], face = table.labels2[r];
+    auto [it, inserted] = faceIndex.emplace(std::make_pair(element, face), faces.size());
+    if (inserted) {
+      PointSample s;
+      s.region.name = std::string("Element ") + kInstanceName + "." + std::to_string(element) +
+                      " Face " + std::to_string(face);
+      s.region.position = odb_Enum::ELEMENT_FACE;
+      s.region.element = element;
+      s.region.face = face;
+      s.values.assign(width, 0.0);
+      faces.push_back(std::move(s));
+      count.push_back(0);
+    }
+    PointSample& f = faces[it->second];
+    for (size_t c = 0; c < width; ++c) f.values[c] += table.values[r * width + c];
+    ++count[it->second];
+  }
+  std::vector<PointSample> counts;
+  for (size_t i = 0; i < faces.size(); ++i) {
+    if (!additive) {
+      for (double& v : faces[i].values) v /= count[i];
+    }
+    PointSample c;
+    c.region = faces[i].region;
+    c.values = {static_cast<double>(count[i])};
+    counts.push_back(std::move(c));
+  }
+  addPoints(table.quantity, outputs, description, frameValue, std::move(faces));
+  // How many points the face had in contact: 0 marks a frame without contact. Counted once
+  // per frame, from whichever contact table comes first.
+  PointSeries& marked = points_["contact points"];
+  if (marked.frames.empty() || marked.frames.back() != frameValue) {
+    addPoints("contact points", {"CPOINTS"}, "Contact points of the face", frameValue,
+              std::move(counts));
+  }
 }
 
 bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& warnings) {
@@ -178,28 +269,38 @@ bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& w
   }
   const HistoryQuantity& q = known->second;
   const size_t width = table.components.size();
-  std::map<std::pair<int32_t, int32_t>, int> pointOfFace;  // rows per face so far
+  if (table.kind == DatRowKind::ContactFace) {
+    if (!table.imaginary) addFaces(table, q.outputs, q.description, q.additive, frameValue);
+    return true;
+  }
+  if (table.kind == DatRowKind::ContactNode) {
+    // Only the slave nodes in contact are printed: the others read 0 in that frame.
+    if (table.imaginary) return true;
+    std::vector<PointSample> nodes;
+    for (size_t r = 0; r < table.rows(); ++r) {
+      PointSample p;
+      p.region = nodeRegion(table.labels[r]);
+      p.values.assign(table.values.begin() + r * width, table.values.begin() + (r + 1) * width);
+      nodes.push_back(std::move(p));
+    }
+    addPoints(table.quantity, q.outputs, q.description, frameValue, std::move(nodes));
+    return true;
+  }
   for (size_t r = 0; r < table.rows(); ++r) {
     HistoryRegionData* target;
-    if (table.kind == DatRowKind::Total) {
+    if (table.kind == DatRowKind::Total && table.set.empty()) {
+      target = &region("Assembly");  // a count over the whole model
+      target->position = odb_Enum::WHOLE_MODEL;
+    } else if (table.kind == DatRowKind::Total) {
       target = &region((q.elementSet ? "Element set " : "Node set ") + table.set);
       target->position = odb_Enum::WHOLE_REGION;
       target->set = table.set;
       target->elementSet = q.elementSet;
-    } else if (table.kind == DatRowKind::ContactFace) {
-      int32_t element = table.labels[r], face = table.labels2[r];
-      int point = ++pointOfFace[{element, face}];
-      target = &region(std::string("Element ") + kInstanceName + "." + std::to_string(element) +
-                       " Face " + std::to_string(face) + " Int Point " + std::to_string(point));
-      target->position = odb_Enum::ELEMENT_FACE_INTEGRATION_POINT;
-      target->element = element;
-      target->face = face;
-      target->integrationPoint = point;
     } else {
-      int32_t node = table.labels[r];
-      target = &region(std::string("Node ") + kInstanceName + "." + std::to_string(node));
-      target->position = odb_Enum::NODAL;
-      target->node = node;
+      HistoryRegionData point = nodeRegion(table.labels[r]);
+      target = &region(point.name);
+      target->position = point.position;
+      target->node = point.node;
     }
     for (size_t c = 0; c < width; ++c) {
       sample(*target, q.outputs[c], q.description, frameValue, table.values[r * width + c],
@@ -207,6 +308,14 @@ bool HistoryCollector::add(const DatBlock& table, double frameValue, Warnings& w
     }
   }
   return true;
+}
+
+HistoryRegionData nodeRegion(int32_t node) {
+  HistoryRegionData r;
+  r.name = std::string("Node ") + kInstanceName + "." + std::to_string(node);
+  r.position = odb_Enum::NODAL;
+  r.node = node;
+  return r;
 }
 
 }  // namespace odbs::ccx

@@ -5,12 +5,18 @@
 // - node tables (*NODE PRINT) become history output of one history region per printed
 //   node ("Node PART-1-1.<label>"), totals that of the set ("Node set <NAME>"); energy
 //   totals (*EL PRINT, TOTALS=ONLY) that of the element set ("Element set <NAME>");
-// - contact tables (*CONTACT PRINT) become history output of one region per slave face
-//   point ("Element PART-1-1.<label> Face <f> Int Point <k>").
+// - contact tables (*CONTACT PRINT) become history output of one region per slave node
+//   ("Node PART-1-1.<label>", node-to-surface contact) or per slave face ("Element
+//   PART-1-1.<label> Face <f>", surface-to-surface contact: the mean of the face's printed
+//   points, their sum for energies, and their count CPOINTS); a point that is not printed in
+//   a frame (not in contact) reads 0 there, so every series has a sample in every frame
+//   that printed the table;
+// - the count of contact elements becomes history output CNUM of region "Assembly".
 // Tables of other quantities are skipped with one warning per quantity.
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -57,9 +63,25 @@ struct HistoryRegionData {
   std::map<std::string, HistoryOutputData> outputs;  // by output name
 };
 
+// The region of the history of one node: "Node PART-1-1.<label>".
+HistoryRegionData nodeRegion(int32_t node);
+
+// Values of one point in one frame: the point (name and position as a region without
+// outputs) and one value per output.
+struct PointSample {
+  HistoryRegionData region;
+  std::vector<double> values;
+};
+
 // Collects the history of one step, table by table, frame by frame.
 class HistoryCollector {
  public:
+  // Adds one frame of a quantity whose points come and go (contact points): a point gets
+  // a sample in every frame that the quantity was added for in this step, 0 in the frames
+  // where it is not among points (before it was first given, and when it is left out).
+  void addPoints(const std::string& quantity, const std::vector<std::string>& outputs,
+                 const std::string& description, double frameValue,
+                 std::vector<PointSample>&& points);
   // Adds the values of a node, total or contact table printed for a frame of frameValue.
   // Returns false for integration point tables (pointFieldsOf takes those) and, with one
   // warning per quantity, for whole-element tables and quantities it does not know.
@@ -70,11 +92,21 @@ class HistoryCollector {
 
  private:
   HistoryRegionData& region(const std::string& name);
+  // The index of the region named as point is, made from it (without its outputs) when new.
+  size_t regionLike(const HistoryRegionData& point);
+  void addFaces(const DatBlock& table, const std::vector<std::string>& outputs,
+                const std::string& description, bool additive, double frameValue);
   void sample(HistoryRegionData& r, const std::string& output, const std::string& description,
               double frameValue, double value, bool imaginary);
 
+  struct PointSeries {
+    std::vector<double> frames;  // the frames the quantity was added for, in order
+    std::set<size_t> members;    // the regions that have its outputs
+  };
+
   std::vector<HistoryRegionData> regions_;
   std::map<std::string, size_t> index_;
+  std::map<std::string, PointSeries> points_;  // by quantity
 };
 
 }  // namespace odbs::ccx

@@ -21,7 +21,7 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
   for (const Node& n : deck.nodes) deckNodes_.insert(n.label);
   for (const Element& e : deck.elements) {
     if (startsWith(e.type, "B3") || startsWith(e.type, "B2")) {
-      beamNodes_.insert(e.nodes.begin(), e.nodes.end());
+      for (int32_t n : e.nodes) beamNodes_.insert(n);
     }
   }
   // An element output request with SECTION FORCES holds until a later step asks for
@@ -42,7 +42,11 @@ void ResultImport::nodes(std::vector<FrdNode>&& nodes) {
 }
 
 void ResultImport::elements(std::vector<FrdElement>&& elements) {
-  expansion_.elements(elements, warnings_);
+  expansion_.addElements(elements);
+}
+
+void ResultImport::elementsEnd() {
+  expansion_.finishElements(warnings_);
   if (!expansion_.mesh().empty()) sink_.expandedMesh(expansion_.mesh());
 }
 
@@ -84,6 +88,11 @@ void ResultImport::block(FrdBlock&& block) {
                                     ") that neither the deck nor an expanded element has are "
                                     "not imported");
   }
+  if (block.name == "CONTACT") {
+    addContactHistory(block, parts, rows, plan_.steps()[place.step].frames[place.frame].frameValue,
+                      history_[place.step]);
+    frameHasContact_ = true;
+  }
   if (parts.front().name == "S" && sectionForces_[place.step] && !beamNodes_.empty()) {
     // The stresses at beam nodes are the beam's section forces and moments.
     Rows beams, others = rows;
@@ -94,13 +103,49 @@ void ResultImport::block(FrdBlock&& block) {
     addParts(sectionForceParts(parts.front().imaginary), beams, block, false);
     rows = std::move(others);
   }
+  if (takeWhole(parts, rows, block)) return;
   addParts(parts, rows, block, forces);
+}
+
+bool ResultImport::takeWhole(const std::vector<FieldPart>& parts, const Rows& rows,
+                             FrdBlock& block) {
+  // The common case of a large model: one field of every stored column at the deck's
+  // nodes, in file order. The block's arrays become the field's, its columns put in the
+  // field's order in place, instead of being copied.
+  if (parts.size() != 1 || parts.front().imaginary || !rows.mapped.empty() ||
+      !rows.expanded.empty() || rows.deck.size() != block.nodes.size()) {
+    return false;
+  }
+  const FieldPart& part = parts.front();
+  const size_t width = part.source.size();
+  if (static_cast<int>(width) != block.storedCount()) return false;
+  std::vector<bool> used(width, false);
+  for (int s : part.source) {
+    if (s < 0 || static_cast<size_t>(s) >= width || used[s]) return false;
+    used[s] = true;
+  }
+  bool identity = true;
+  for (size_t c = 0; c < width; ++c) identity = identity && part.source[c] == static_cast<int>(c);
+  if (!identity) {
+    std::vector<float> row(width);
+    for (size_t r = 0; r < block.nodes.size(); ++r) {
+      float* values = &block.values[r * width];
+      for (size_t c = 0; c < width; ++c) row[c] = values[part.source[c]];
+      std::copy(row.begin(), row.end(), values);
+    }
+  }
+  NodalField field;
+  field.part = part;
+  field.nodes = std::move(block.nodes);
+  field.values = std::move(block.values);
+  fields_.push_back(std::move(field));
+  return true;
 }
 
 ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) const {
   Rows rows;
   rows.deck.reserve(block.nodes.size());
-  std::unordered_map<int32_t, size_t> expandedRow;
+  LabelIndex expandedRow;  // expanded node label -> its row
   for (size_t r = 0; r < block.nodes.size(); ++r) {
     int32_t label = block.nodes[r];
     if (deckNodes_.count(label)) {
@@ -113,15 +158,15 @@ ResultImport::Rows ResultImport::rowsOf(const FrdBlock& block, bool forces) cons
     }
   }
   if (expandedRow.empty()) return rows;
-  std::unordered_set<int32_t> direct;
+  LabelBits direct;
   for (size_t r : rows.deck) direct.insert(block.nodes[r]);
   for (const Expansion::Source& s : expansion_.sources()) {
     if (direct.count(s.deckNode)) continue;  // the file has the deck node's own value
     std::vector<size_t> from;
     for (int32_t label : forces ? s.all : s.mean) {
-      auto it = expandedRow.find(label);
-      if (it == expandedRow.end()) break;
-      from.push_back(it->second);
+      uint32_t row = expandedRow.find(label);
+      if (row == LabelIndex::kNone) break;
+      from.push_back(row);
     }
     if (from.size() == (forces ? s.all : s.mean).size()) {
       rows.mapped.emplace_back(s.deckNode, std::move(from));
@@ -176,6 +221,29 @@ void ResultImport::addParts(const std::vector<FieldPart>& parts, const Rows& row
   }
 }
 
+void ResultImport::addContactHistory(const FrdBlock& block, const std::vector<FieldPart>& parts,
+                                     const Rows& rows, double frameValue,
+                                     HistoryCollector& history) {
+  // The block holds every node of the model, 0 except at slave nodes in contact (the
+  // solver stores no positive clearance): a node's series begins when it first touches.
+  const int stored = block.storedCount();
+  std::vector<std::string> outputs;
+  for (const FieldPart& part : parts) outputs.push_back(part.name);
+  std::vector<PointSample> points;
+  for (size_t r : rows.deck) {
+    const float* row = &block.values[r * stored];
+    bool touching = false;
+    for (const FieldPart& part : parts) touching |= row[part.source[0]] != 0.f;
+    if (!touching) continue;
+    PointSample p;
+    p.region = nodeRegion(block.nodes[r]);
+    for (const FieldPart& part : parts) p.values.push_back(row[part.source[0]]);
+    points.push_back(std::move(p));
+  }
+  history.addPoints("result file contact", outputs, "Contact variable at the slave node",
+                    frameValue, std::move(points));
+}
+
 void ResultImport::closeFrame() {
   if (openStep_ < 0 || openFrame_ < 0) return;
   const PlannedFrame& frame = plan_.steps()[openStep_].frames[openFrame_];
@@ -183,10 +251,12 @@ void ResultImport::closeFrame() {
   for (size_t i : placer_.tablesOf(frame)) tables.push_back(&prints_.blocks[i]);
   std::vector<PointField> points = pointFieldsOf(tables, shells_, warnings_);
   for (const DatBlock* table : tables) {
-    if (table->kind != DatRowKind::IntegrationPoint) {
-      history_[openStep_].add(*table, frame.frameValue, warnings_);
-    }
+    if (table->kind == DatRowKind::IntegrationPoint) continue;
+    // The same variables at the same slave nodes as the result file's contact block.
+    if (table->kind == DatRowKind::ContactNode && frameHasContact_) continue;
+    history_[openStep_].add(*table, frame.frameValue, warnings_);
   }
+  frameHasContact_ = false;
   sink_.frame(openStep_, frame, std::move(fields_), std::move(points));
   fields_.clear();
   openFrame_ = -1;

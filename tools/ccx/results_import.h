@@ -12,18 +12,19 @@
 // nodes (mean of the expanded nodes, sum for forces). Where a step writes beam section
 // forces instead of stresses, the stress block's values at beam nodes become the field
 // outputs SF and SM. Values at nodes that neither the deck nor an expanded element has are
-// left out with one warning.
+// left out with one warning. The nodal contact block of the result file also becomes the
+// history of each slave node that touches during the step (see HistoryCollector::addPoints).
 #pragma once
 
 #include <memory>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "tools/ccx/expansion.h"
 #include "tools/ccx/frame_plan.h"
 #include "tools/ccx/frd_fields.h"
 #include "tools/ccx/frd_parser.h"
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/print_results.h"
 
 namespace odbs::ccx {
@@ -59,6 +60,7 @@ class ResultImport : public FrdVisitor {
 
   void nodes(std::vector<FrdNode>&& nodes) override;
   void elements(std::vector<FrdElement>&& elements) override;
+  void elementsEnd() override;
   void block(FrdBlock&& block) override;
   // Ends the last frame and the remaining steps; call after the result file is read.
   void finish();
@@ -77,6 +79,12 @@ class ResultImport : public FrdVisitor {
     int32_t firstLost = 0;
   };
   Rows rowsOf(const FrdBlock& block, bool forces) const;
+  // History of the result file's nodal contact block: one series per slave node.
+  void addContactHistory(const FrdBlock& block, const std::vector<FieldPart>& parts,
+                         const Rows& rows, double frameValue, HistoryCollector& history);
+  // Moves the block's arrays into the frame's field when they are the field as they stand
+  // (up to the order of columns); false when the field must be built row by row.
+  bool takeWhole(const std::vector<FieldPart>& parts, const Rows& rows, FrdBlock& block);
   void addParts(const std::vector<FieldPart>& parts, const Rows& rows, const FrdBlock& block,
                 bool forces);
 
@@ -88,14 +96,15 @@ class ResultImport : public FrdVisitor {
   FramePlan plan_;
   TablePlacer placer_;
   ShellLayers shells_;
-  std::unordered_set<int32_t> deckNodes_;
+  LabelBits deckNodes_;
   Expansion expansion_;
-  std::unordered_set<int32_t> beamNodes_;  // nodes of the deck's beam elements
-  std::vector<bool> sectionForces_;        // per step: beam stresses are section forces
+  LabelBits beamNodes_;              // nodes of the deck's beam elements
+  std::vector<bool> sectionForces_;  // per step: beam stresses are section forces
   std::vector<HistoryCollector> history_;
   int stepsOpened_ = 0;  // steps handed to the sink so far
   int openStep_ = -1, openFrame_ = -1;
   std::vector<NodalField> fields_;  // of the open frame
+  bool frameHasContact_ = false;    // the open frame has the nodal contact block
 };
 
 }  // namespace odbs::ccx

@@ -49,6 +49,17 @@ void splitCommasInto(std::string_view s, std::vector<std::string>& out) {
   out.resize(n);
 }
 
+void splitCommasInto(std::string_view s, std::vector<std::string_view>& out) {
+  out.clear();
+  size_t start = 0;
+  while (true) {
+    size_t comma = s.find(',', start);
+    out.push_back(trim(s.substr(start, comma == std::string_view::npos ? s.npos : comma - start)));
+    if (comma == std::string_view::npos) break;
+    start = comma + 1;
+  }
+}
+
 std::vector<std::string_view> splitBlanks(std::string_view s) {
   std::vector<std::string_view> out;
   size_t i = 0;
@@ -100,24 +111,41 @@ bool parseFloatField(std::string_view field, float* out) {
   return true;
 }
 
+namespace {
+
+// A decimal integer with blanks around it and an optional sign, as std::from_chars would
+// read it but without its generality: the hot path of every label in a large mesh.
+bool parseInteger(const char* b, const char* e, long long* out) {
+  while (b < e && (*b == ' ' || *b == '\t' || *b == '\r' || *b == '\n')) ++b;
+  while (e > b && (e[-1] == ' ' || e[-1] == '\t' || e[-1] == '\r' || e[-1] == '\n')) --e;
+  bool negative = false;
+  if (b < e && (*b == '+' || *b == '-')) negative = *b++ == '-';
+  if (b == e || e - b > 18) {
+    // Empty, or long enough to overflow: the general parser decides.
+    if (b == e) return false;
+    if (negative) --b;
+    auto [end, ec] = std::from_chars(b, e, *out);
+    return ec == std::errc() && end == e;
+  }
+  long long value = 0;
+  for (; b < e; ++b) {
+    unsigned digit = static_cast<unsigned char>(*b) - '0';
+    if (digit > 9) return false;
+    value = value * 10 + digit;
+  }
+  *out = negative ? -value : value;
+  return true;
+}
+
+}  // namespace
+
 bool parseIntField(std::string_view field, long long* out) {
-  const char* b = field.data();
-  const char* e = b + field.size();
-  while (b < e && *b == ' ') ++b;
-  while (e > b && e[-1] == ' ') --e;
-  if (b < e && *b == '+') ++b;
-  if (b == e) return false;
-  auto [end, ec] = std::from_chars(b, e, *out);
-  return ec == std::errc() && end == e;
+  return parseInteger(field.data(), field.data() + field.size(), out);
 }
 
 std::optional<long long> toInteger(std::string_view s) {
-  s = trim(s);
-  if (!s.empty() && s[0] == '+') s.remove_prefix(1);
-  if (s.empty()) return std::nullopt;
   long long value = 0;
-  auto [end, ec] = std::from_chars(s.data(), s.data() + s.size(), value);
-  if (ec != std::errc() || end != s.data() + s.size()) return std::nullopt;
+  if (!parseInteger(s.data(), s.data() + s.size(), &value)) return std::nullopt;
   return value;
 }
 

@@ -16,6 +16,8 @@ bool startsWith(std::string_view s, std::string_view prefix);
 std::vector<std::string> splitCommas(std::string_view s);
 // The same into out, reusing its strings (no allocation for a line like the last one).
 void splitCommasInto(std::string_view s, std::vector<std::string>& out);
+// The same as views into s (no copies).
+void splitCommasInto(std::string_view s, std::vector<std::string_view>& out);
 // Splits on blanks and tabs, dropping empty fields.
 std::vector<std::string_view> splitBlanks(std::string_view s);
 

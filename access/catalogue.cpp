@@ -5,6 +5,7 @@
 #include "access/catalogue.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <string>
 
 #include "access/catalogue_base.h"
@@ -16,6 +17,32 @@
 namespace odbs {
 
 namespace {
+
+// Framed records gathered in memory: a replayed reply is composed whole before its first
+// byte is written. Kept in blocks, so that growing never copies what is already there.
+class ReplyImage {
+ public:
+  void queue(const RecordBuilder& rec) {
+    if (rec.malformed()) throw std::length_error("catalogue record does not fit in one frame");
+    size_t framed = kFrameHeaderSize + rec.size();
+    if (blocks_.empty() || kBlockSize - blocks_.back().size() < framed) {
+      blocks_.emplace_back();
+      blocks_.back().reserve(std::max(kBlockSize, framed));
+    }
+    uint8_t count[kFrameHeaderSize];
+    putU16(count, static_cast<uint16_t>(rec.size()));
+    std::string& b = blocks_.back();
+    b.append(reinterpret_cast<const char*>(count), kFrameHeaderSize);
+    b.append(reinterpret_cast<const char*>(rec.data()), rec.size());
+  }
+  void writeTo(ReplyChannel& out) const {
+    for (const std::string& b : blocks_) out.writeBytes(b.data(), b.size());
+  }
+
+ private:
+  static constexpr size_t kBlockSize = 1 << 20;
+  std::vector<std::string> blocks_;
+};
 
 void mirrorFrame(const FrameRecords& f, CatalogueWriter& w) {
   w.integer(f.stepNumber);
@@ -49,22 +76,23 @@ bool readFrame(CatalogueReader& r, FrameRecords* f) {
          readInt(r, &f->entry2) && r.text(&f->description);
 }
 
-// Replays a cache file into the pending buffer. Reads the whole file before anything is
-// written, so a file damaged half-way sends nothing and the caller builds instead.
+// Replays a cache file. The file is read to its end, in one pass, into the framed records
+// of the reply before anything is written, so a file damaged half-way sends nothing and the
+// caller builds instead.
 bool replay(CatalogueReader& r, ReplyChannel& out) {
   std::string title;
   int32_t code = 0;
   if (!r.text(&title) || !readInt(r, &code)) return false;
-  std::vector<FrameRecords> frames;
+  ReplyImage frames;
+  FrameRecords f;  // one set of strings, reused frame after frame
   while (!r.atEnd()) {
-    frames.emplace_back();
-    if (!readFrame(r, &frames.back())) return false;
+    if (!readFrame(r, &f)) return false;
+    queueFrame(f, frames);
   }
   out.send(RecordBuilder(kRecTitle).text(title));
   out.send(RecordBuilder(kRecAnalysisCode).i32(code));
   out.discardPending();
-  for (const FrameRecords& f : frames) queueFrame(f, out);
-  out.flush();
+  frames.writeTo(out);
   return true;
 }
 

@@ -2,7 +2,7 @@
 
 #include <zlib.h>
 
-#include <cctype>
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <chrono>
@@ -50,13 +50,17 @@ void appendReal(double v, std::string* out) {
   char buf[64];
   std::to_chars_result r =
       std::to_chars(buf, buf + sizeof buf, v, std::chars_format::scientific, 20);
-  for (char* p = buf; p != r.ptr; ++p) *p = char(std::toupper(static_cast<unsigned char>(*p)));
+  // Only letters need changing ('e', "inf", "nan"): lower case to upper case by hand.
+  for (char* p = buf; p != r.ptr; ++p)
+    if (*p >= 'a' && *p <= 'z') *p = char(*p - 'a' + 'A');
   out->append(buf, r.ptr);
 }
 
 bool unescape(std::string_view s, std::string* out) {
-  out->clear();
-  for (size_t i = 0; i < s.size(); ++i) {
+  size_t first = s.find('\\');
+  out->assign(s.data(), std::min(first, s.size()));  // the usual line has no escape
+  if (first == std::string_view::npos) return true;
+  for (size_t i = first; i < s.size(); ++i) {
     if (s[i] != '\\') {
       *out += s[i];
       continue;

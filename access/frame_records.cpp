@@ -58,19 +58,4 @@ void setFrameFields(const odb_Frame& frame, FrameRecords* f) {
   f->description = cut(frame.description(), kMaxText);
 }
 
-void queueFrame(const FrameRecords& f, ReplyChannel& out) {
-  out.queue(RecordBuilder(kRecStep).i32(f.stepNumber).f64(f.totalTime).text(f.stepText));
-  out.queue(RecordBuilder(kRecProcedure).text(f.procedure));
-  out.queue(RecordBuilder(kRecStepTexts).text(f.text1).text(f.text2));
-  out.queue(RecordBuilder(kRecFrame)
-                .i32(f.frameIndex)
-                .i32(f.domain)
-                .i32(f.mode)
-                .f64(f.frameValue)
-                .f64(f.frequency)
-                .i32(f.entry1)
-                .i32(f.entry2)
-                .text(f.description));
-}
-
 }  // namespace odbs

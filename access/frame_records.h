@@ -35,7 +35,22 @@ void setStepFields(const odb_Step& step, int32_t stepNumber, int32_t frameCount,
 // Fills the frame's fields of f.
 void setFrameFields(const odb_Frame& frame, FrameRecords* f);
 
-// Composes the records of one frame into the pending buffer.
-void queueFrame(const FrameRecords& f, ReplyChannel& out);
+// Composes the records of one frame into out: the pending buffer (ReplyChannel) or any
+// other sink with queue(const RecordBuilder&).
+template <typename Out>
+void queueFrame(const FrameRecords& f, Out& out) {
+  out.queue(RecordBuilder(kRecStep).i32(f.stepNumber).f64(f.totalTime).text(f.stepText));
+  out.queue(RecordBuilder(kRecProcedure).text(f.procedure));
+  out.queue(RecordBuilder(kRecStepTexts).text(f.text1).text(f.text2));
+  out.queue(RecordBuilder(kRecFrame)
+                .i32(f.frameIndex)
+                .i32(f.domain)
+                .i32(f.mode)
+                .f64(f.frameValue)
+                .f64(f.frequency)
+                .i32(f.entry1)
+                .i32(f.entry2)
+                .text(f.description));
+}
 
 }  // namespace odbs

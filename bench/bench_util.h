@@ -1,5 +1,5 @@
-// Small helpers shared by the benchmark programs: medians, timing, peak memory and the
-// server program beside the benchmark.
+// Small helpers shared by the benchmark programs: medians, timing, peak memory, temporary
+// paths and the server program beside the benchmark.
 #pragma once
 
 #include <algorithm>
@@ -8,6 +8,8 @@
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "platform/platform.h"
 
 namespace odbs::bench {
 
@@ -26,13 +28,30 @@ inline double median(std::vector<double> v) {
   return n % 2 ? v[n / 2] : (v[n / 2 - 1] + v[n / 2]) / 2;
 }
 
-// Peak resident memory of this process so far, in MB (VmHWM); 0 where it cannot be read.
-inline double peakMb() {
-  std::ifstream in("/proc/self/status");
+// Peak resident memory so far, in MB (VmHWM), of the process whose status file is given;
+// 0 where it cannot be read.
+inline double peakMbIn(const std::string& statusFile) {
+  std::ifstream in(statusFile);
   std::string line;
   while (std::getline(in, line))
     if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) / 1024.0;
   return 0;
+}
+// Of this process.
+inline double peakMb() {
+  return peakMbIn("/proc/self/status");
+}
+// Of process pid (a server the benchmark started).
+inline double peakMbOf(int pid) {
+  return peakMbIn("/proc/" + std::to_string(pid) + "/status");
+}
+
+// A path in the temporary folder ($TMPDIR, else /tmp) unique to this process:
+// "<folder>/<stem>_<pid><suffix>". The caller removes the file.
+inline std::string tempPath(const std::string& stem, const std::string& suffix) {
+  const char* tmp = std::getenv("TMPDIR");
+  return std::string(tmp != nullptr && *tmp != 0 ? tmp : "/tmp") + "/" + stem + "_" +
+         std::to_string(platform::processId()) + suffix;
 }
 
 // odb_server in the folder of the program invoked as argv0 (the build's bin folder).

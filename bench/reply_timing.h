@@ -25,7 +25,23 @@ struct Figure {
   double recordsPerSec = 0;
 };
 
+// The size of the reply to line, read whole once (decoded into records, so not timed).
+inline ReplySize replySize(client::ServerProcess& server, const std::string& line, int timeoutMs) {
+  ReplySize size;
+  server.send(line);
+  server.readReplyEach(
+      {},
+      [&](const client::RecordView& rec) {
+        size.bytes += 2 + rec.count();
+        ++size.records;
+      },
+      timeoutMs);
+  --size.records;  // the end record
+  return size;
+}
+
 // Seconds from sending line to reading its end record, the reply's other bytes skipped.
+// bytes counts every frame of the reply, the end record's (3 bytes) included.
 inline double timeReply(client::ServerProcess& server, const std::string& line, uint64_t bytes,
                         int timeoutMs) {
   auto start = Clock::now();
@@ -45,6 +61,13 @@ inline Figure measure(client::ServerProcess& server, const std::string& line, co
     rec.push_back(double(size.records) / s);
   }
   return {median(mb), median(rec)};
+}
+
+// measure after one untimed warm-up run.
+inline Figure measureWarm(client::ServerProcess& server, const std::string& line,
+                          const ReplySize& size, int runs, int timeoutMs) {
+  timeReply(server, line, size.bytes, timeoutMs);
+  return measure(server, line, size, runs, timeoutMs);
 }
 
 // m with as many records as a reply of this size and the nearest mean record size.
@@ -67,8 +90,7 @@ inline MatchedTest matchedTest(const ReplySize& reply) {
 // Times the matched m test (after one warm-up run).
 inline Figure measureMatched(client::ServerProcess& server, const MatchedTest& t, int runs,
                              int timeoutMs) {
-  timeReply(server, t.line, t.size.bytes, timeoutMs);
-  return measure(server, t.line, t.size, runs, timeoutMs);
+  return measureWarm(server, t.line, t.size, runs, timeoutMs);
 }
 
 // Prints the reply's size, both figures and their ratio under the heading what.

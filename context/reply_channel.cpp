@@ -71,13 +71,6 @@ void ReplyChannel::sendEnd() {
   writeBytes(kEndFrame, sizeof kEndFrame);
 }
 
-uint8_t* ReplyChannel::reserve(size_t len) {
-  if (pending_len_ + len >= kPendingFlushLimit) flush();
-  uint8_t* record = putU16(pending_.get() + pending_len_, static_cast<uint16_t>(len));
-  pending_len_ += kFrameHeaderSize + len;
-  return record;
-}
-
 void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
   assert(len >= 1 && len <= kRecordBufferSize);
   len = std::min(len, kRecordBufferSize);
@@ -86,13 +79,6 @@ void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
 
 void ReplyChannel::queueText(std::string_view text, uint8_t type) {
   queue(RecordBuilder(type).text(text));
-}
-
-uint8_t* ReplyChannel::queueFixed(uint8_t type, size_t bodyLen) {
-  assert(bodyLen < kRecordBufferSize);
-  uint8_t* record = reserve(1 + std::min(bodyLen, kRecordBufferSize - 1));
-  *record = type;
-  return record + 1;
 }
 
 void ReplyChannel::flush() {

@@ -11,6 +11,8 @@
 // queued records without a flush between them.
 #pragma once
 
+#include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -103,8 +105,13 @@ class ReplyChannel {
   // Reserves a framed record of the given type and body length in the pending buffer and
   // returns where its body starts; the caller fills exactly bodyLen bytes. For fixed-size
   // bulk records (nodes, elements, values) without an intermediate copy.
-  // Precondition: bodyLen < kRecordBufferSize.
-  uint8_t* queueFixed(uint8_t type, size_t bodyLen);
+  // Precondition: bodyLen < kRecordBufferSize. Inline: it runs once per bulk record.
+  uint8_t* queueFixed(uint8_t type, size_t bodyLen) {
+    assert(bodyLen < kRecordBufferSize);
+    uint8_t* record = reserve(1 + std::min(bodyLen, kRecordBufferSize - 1));
+    *record = type;
+    return record + 1;
+  }
   // Writes the pending bytes, if any, with one write.
   void flush();
   // Forgets the pending bytes without writing them.
@@ -124,7 +131,12 @@ class ReplyChannel {
   // The one way into the pending buffer: makes room for a framed record of len bytes (type
   // byte + body), writing the pending bytes first when pending + len would reach
   // kPendingFlushLimit; stores the count and returns where the record goes.
-  uint8_t* reserve(size_t len);
+  uint8_t* reserve(size_t len) {
+    if (pending_len_ + len >= kPendingFlushLimit) flush();
+    uint8_t* record = putU16(pending_.get() + pending_len_, static_cast<uint16_t>(len));
+    pending_len_ += kFrameHeaderSize + len;
+    return record;
+  }
 
   int fd_;
   std::unique_ptr<uint8_t[]> pending_;

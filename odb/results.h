@@ -205,6 +205,9 @@ class odb_HistoryOutput {
   // The frame value of every sample in double precision (element 0 of each sample of
   // data() is the same value in single precision).
   const std::vector<double>& frameValues() const { return raw_.get().frameValues; }
+  // The samples as stored, without a sequence per sample: width floats per sample, row
+  // after row, in data and (complex output) conjugateData. For bulk readers.
+  const odb::HistoryOutputData& flatData() const { return raw_.get(); }
   const std::string& name() const { return name_; }
   const std::string& description() const { return description_; }
   int type() const { return type_; }

@@ -56,50 +56,31 @@ FieldOutputData loadFieldHeader(const h5::Group& field, const std::string& field
   return d;
 }
 
+namespace {
+
+// The columns of the block catalogue after the positions, in the order they are stored.
+const auto kBlockColumns = [](auto column) {
+  column(name::kBlockTypes, &BlockRow::type);
+  column(name::kBlockWidths, &BlockRow::width);
+  column(name::kBlockPrecision, &BlockRow::precision);
+  column(name::kBlockSectionPoints, &BlockRow::sectionPoint);
+  column(name::kBlockSectionPointDescriptions, &BlockRow::sectionPointDescription);
+  column(name::kBlockElementCounts, &BlockRow::elementCount);
+  column(name::kBlockCsysWidths, &BlockRow::csysWidth);
+  column(name::kBlockArrays, &BlockRow::arrays);
+  column(name::kBlockRows, &BlockRow::rows);
+  column(name::kBlockElementTypes, &BlockRow::elementType);
+  column(name::kBlockInstances, &BlockRow::instance);
+};
+
+}  // namespace
+
 void storeBlockCatalogue(const h5::Group& field, const std::vector<BlockRow>& blocks) {
-  std::vector<int32_t> pos, type, width, prec, sp, count, csys, arrays;
-  std::vector<int64_t> rows;
-  std::vector<std::string> spd, et, inst;
-  for (const auto& r : blocks) {
-    pos.push_back(r.position), type.push_back(r.type), width.push_back(r.width);
-    prec.push_back(r.precision), sp.push_back(r.sectionPoint), count.push_back(r.elementCount);
-    csys.push_back(r.csysWidth), arrays.push_back(r.arrays), rows.push_back(r.rows);
-    spd.push_back(r.sectionPointDescription), et.push_back(r.elementType),
-        inst.push_back(r.instance);
-  }
-  field.write(name::kBlockPositions, pos);
-  field.write(name::kBlockTypes, type);
-  field.write(name::kBlockWidths, width);
-  field.write(name::kBlockPrecision, prec);
-  field.write(name::kBlockSectionPoints, sp);
-  field.writeStrings(name::kBlockSectionPointDescriptions, spd);
-  field.write(name::kBlockElementCounts, count);
-  field.write(name::kBlockCsysWidths, csys);
-  field.write(name::kBlockArrays, arrays);
-  field.write(name::kBlockRows, rows);
-  field.writeStrings(name::kBlockElementTypes, et);
-  field.writeStrings(name::kBlockInstances, inst);
+  storeTable(field, blocks, name::kBlockPositions, &BlockRow::position, kBlockColumns);
 }
 
 std::vector<BlockRow> loadBlockCatalogue(const h5::Group& field) {
-  std::vector<int32_t> pos = field.read<int32_t>(name::kBlockPositions);
-  auto n = static_cast<int64_t>(pos.size());
-  std::vector<int32_t> type = field.read<int32_t>(name::kBlockTypes, n),
-                       width = field.read<int32_t>(name::kBlockWidths, n),
-                       prec = field.read<int32_t>(name::kBlockPrecision, n),
-                       sp = field.read<int32_t>(name::kBlockSectionPoints, n),
-                       count = field.read<int32_t>(name::kBlockElementCounts, n),
-                       csys = field.read<int32_t>(name::kBlockCsysWidths, n),
-                       arrays = field.read<int32_t>(name::kBlockArrays, n);
-  std::vector<int64_t> rows = field.read<int64_t>(name::kBlockRows, n);
-  std::vector<std::string> spd = field.readStrings(name::kBlockSectionPointDescriptions, n),
-                           et = field.readStrings(name::kBlockElementTypes, n),
-                           inst = field.readStrings(name::kBlockInstances, n);
-  std::vector<BlockRow> out;
-  for (int64_t i = 0; i < n; ++i)
-    out.push_back({pos[i], type[i], width[i], prec[i], sp[i], count[i], csys[i], arrays[i], rows[i],
-                   spd[i], et[i], inst[i]});
-  return out;
+  return loadTable(field, name::kBlockPositions, &BlockRow::position, kBlockColumns);
 }
 
 BlockRow storeBlock(const h5::Group& block, const FieldBlockData& b, bool complex) {

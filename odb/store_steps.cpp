@@ -18,36 +18,25 @@ StepData loadStepHeader(const h5::Group& step, const std::string& stepName) {
           static_cast<int32_t>(step.getInt(name::kDomain)), step.getDouble(name::kTotalTime)};
 }
 
+namespace {
+
+// The columns of the frame catalogue after the frame indices, in the order they are stored.
+const auto kFrameColumns = [](auto column) {
+  column(name::kFrameDomain, &FrameData::domain);
+  column(name::kFrameMode, &FrameData::mode);
+  column(name::kFrameValue, &FrameData::frameValue);
+  column(name::kFrameFrequency, &FrameData::frequency);
+  column(name::kFrameDescription, &FrameData::description);
+};
+
+}  // namespace
+
 void storeFrameCatalogue(const h5::Group& step, const std::vector<FrameData>& frames) {
-  std::vector<int32_t> index, domain, mode;
-  std::vector<double> value, frequency;
-  std::vector<std::string> description;
-  for (const auto& f : frames) {
-    index.push_back(f.frameIndex), domain.push_back(f.domain), mode.push_back(f.mode);
-    value.push_back(f.frameValue), frequency.push_back(f.frequency),
-        description.push_back(f.description);
-  }
-  step.write(name::kFrameIndex, index);
-  step.write(name::kFrameDomain, domain);
-  step.write(name::kFrameMode, mode);
-  step.write(name::kFrameValue, value);
-  step.write(name::kFrameFrequency, frequency);
-  step.writeStrings(name::kFrameDescription, description);
+  storeTable(step, frames, name::kFrameIndex, &FrameData::frameIndex, kFrameColumns);
 }
 
 std::vector<FrameData> loadFrameCatalogue(const h5::Group& step) {
-  std::vector<int32_t> index = step.read<int32_t>(name::kFrameIndex);
-  auto n = static_cast<int64_t>(index.size());
-  std::vector<int32_t> domain = step.read<int32_t>(name::kFrameDomain, n),
-                       mode = step.read<int32_t>(name::kFrameMode, n);
-  std::vector<double> value = step.read<double>(name::kFrameValue, n),
-                      frequency = step.read<double>(name::kFrameFrequency, n);
-  std::vector<std::string> description = step.readStrings(name::kFrameDescription, n);
-  std::vector<FrameData> out;
-  out.reserve(index.size());
-  for (int64_t f = 0; f < n; ++f)
-    out.push_back({index[f], domain[f], mode[f], value[f], frequency[f], description[f]});
-  return out;
+  return loadTable(step, name::kFrameIndex, &FrameData::frameIndex, kFrameColumns);
 }
 
 odb_StepRepository loadSteps(const SourcePtr& src) {

@@ -1,5 +1,6 @@
 #include "results/history_walk.h"
 
+#include <stdexcept>
 #include <string>
 
 #include "odb/odb.h"
@@ -44,17 +45,22 @@ void walkHistoryOutput(const odb_Step& step, const odb_HistoryOutput& output, bo
     sendHistoryOutput(output, false, out);
     return;
   }
-  const odb_SequenceSequenceFloat& data = output.data();
-  const odb_SequenceSequenceFloat& conjugate = output.conjugateData();
-  bool withConjugate = conjugate.size() > 0;
+  // The flat arrays: a sequence per sample would cost a heap block per sample.
+  const odb::HistoryOutputData& d = output.flatData();
+  const size_t w = d.width > 0 ? static_cast<size_t>(d.width) : 1;
+  const size_t samples = d.data.size() / w, conjugates = d.conjugateData.size() / w;
+  bool withConjugate = conjugates > 0;
   sendHistoryOutput(output, withConjugate, out);
   if (!withValues) return;
 
   out.discardPending();
-  const std::vector<odb_SequenceFloat>& samples = data.values();
-  for (size_t i = 0; i < samples.size(); ++i) {
-    for (float v : samples[i]) queueHistoryValue(v, out);
-    if (withConjugate) queueHistoryValue(conjugate[static_cast<int>(i)][1], out);
+  for (size_t i = 0; i < samples; ++i) {
+    for (size_t k = 0; k < w; ++k) queueHistoryValue(d.data[i * w + k], out);
+    if (withConjugate) {
+      // The conjugate sample's value (element 1); the reader keeps both arrays one shape.
+      if (i >= conjugates || w < 2) throw std::out_of_range("odb: no conjugate value");
+      queueHistoryValue(d.conjugateData[i * w + 1], out);
+    }
   }
   out.flush();
 }

@@ -9,28 +9,31 @@
 //   m 2RS 0   the same number of 5-byte records (a 4-byte body), from memory.
 // The first hr reads the samples from the file (cold); later ones are timed warm. Prints
 // the medians in records/s and MB/s, and the ratio hr / m (the goal is 0.8 or better).
-#include "platform/platform.h"
-
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "bench/bench_args.h"
 #include "bench/bench_util.h"
+#include "bench/reply_timing.h"
 #include "client/client_error.h"
 #include "client/core_records.h"
 #include "client/server_process.h"
 #include "odb/writer.h"
+#include "platform/platform.h"
 
 namespace {
 
 using odbs::bench::Clock;
 using odbs::bench::median;
+using odbs::bench::peakMbOf;
 using odbs::bench::since;
+using odbs::bench::timeReply;
 using odbs::client::ServerProcess;
+
+constexpr int kTimeoutMs = 600000;
 
 struct Args {
   std::string server;
@@ -77,25 +80,6 @@ uint64_t historyReplyBytes(const Args& a) {
   return bytes;
 }
 
-// Sends line, skips the bytes of its reply, reads the end record; returns the seconds
-// taken. The reader only counts bytes, so the figure is the server's, not the decoder's.
-double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
-  auto start = Clock::now();
-  server.send(line);
-  server.reader().skipBytes(bytes, odbs::client::deadlineIn(600000));
-  odbs::client::decodeEnd(server.readRecord(600000));
-  return since(start);
-}
-
-// Peak resident memory of a process in MB (VmHWM), 0 where it cannot be read.
-double peakMbOf(pid_t pid) {
-  std::ifstream in("/proc/" + std::to_string(pid) + "/status");
-  std::string line;
-  while (std::getline(in, line))
-    if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) / 1024.0;
-  return 0;
-}
-
 void sendNames(ServerProcess& server, const Args& a) {
   server.send("ho " + std::to_string(a.regions));
   for (int r = 0; r < a.regions; ++r) server.send("hb " + regionName(r));
@@ -120,9 +104,8 @@ Args parseArgs(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   Args args = parseArgs(argc, argv);
-  std::string path = args.keep.empty()
-                         ? "/tmp/history_throughput_" + std::to_string(odbs::platform::processId()) + ".odb"
-                         : args.keep;
+  std::string path =
+      args.keep.empty() ? odbs::bench::tempPath("history_throughput", ".odb") : args.keep;
   int status = 0;
   try {
     auto start = Clock::now();
@@ -130,21 +113,21 @@ int main(int argc, char** argv) {
     std::printf("database: %d regions x %d samples written in %.2f s\n", args.regions, args.samples,
                 since(start));
 
-    ServerProcess server({args.server, 0, 600000});
+    ServerProcess server({args.server, 0, kTimeoutMs});
     const uint64_t expected = 2ull * args.regions * args.samples;
     const double mb = expected * 7 / 1e6;  // count, type and one float per record
     const std::string hr = "hr 1 " + path;
     const std::string m = "m " + std::to_string(expected) + " 0";
-    const uint64_t hrBytes = historyReplyBytes(args), mBytes = expected * 7;
+    const uint64_t hrBytes = historyReplyBytes(args) + 3, mBytes = expected * 7 + 3;
 
     sendNames(server, args);
-    double cold = timeReply(server, hr, hrBytes);
+    double cold = timeReply(server, hr, hrBytes, kTimeoutMs);
     double coldPeak = peakMbOf(server.pid());
     std::vector<double> hrRates, mRates;
     for (int i = 0; i < args.runs; ++i) {
       sendNames(server, args);
-      hrRates.push_back(expected / timeReply(server, hr, hrBytes));
-      mRates.push_back(expected / timeReply(server, m, mBytes));
+      hrRates.push_back(expected / timeReply(server, hr, hrBytes, kTimeoutMs));
+      mRates.push_back(expected / timeReply(server, m, mBytes, kTimeoutMs));
     }
     double hrRate = median(hrRates), mRate = median(mRates);
     std::printf("%llu records of 5 bytes per reply, median of %d runs\n",
@@ -156,8 +139,11 @@ int main(int argc, char** argv) {
     std::printf("  m  (5-byte records)        %8.2f million records/s  %8.0f MB/s\n", mRate / 1e6,
                 mb * mRate / expected);
     std::printf("  ratio hr / m               %8.2f   (goal 0.8 or better)\n", hrRate / mRate);
-    std::printf("  server peak memory         %8.0f MB after the first hr, %.0f MB at the end\n",
-                coldPeak, peakMbOf(server.pid()));
+    const double samplesMb = double(expected) * 4 / 1e6;  // every stored float
+    std::printf(
+        "  server peak memory         %8.0f MB after the first hr = %.2f x the samples "
+        "(%.1f MB); %.0f MB at the end\n",
+        coldPeak, coldPeak / samplesMb, samplesMb, peakMbOf(server.pid()));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "history_throughput: %s\n", e.what());
     status = 1;

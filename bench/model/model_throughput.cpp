@@ -53,21 +53,34 @@ struct Args {
 };
 
 // Times the reply to line and m with the same number of records of the same mean size.
-void compare(ServerProcess& server, const char* what, const std::string& line, int runs) {
-  ReplySize size;
-  server.send(line);
-  server.readReplyEach(
-      {},
-      [&](const odbs::client::RecordView& rec) {
-        size.bytes += 2 + rec.count();
-        ++size.records;
-      },
-      kTimeoutMs);
-  --size.records;  // the end record
+// With largestMb > 0, also the first reply of a fresh server after "o path" (arrays not yet
+// loaded) and that server's peak memory against the model's largest array (largestMb).
+void compare(ServerProcess& server, const char* what, const std::string& line,
+             const std::string& path, int runs, double largestMb) {
+  ReplySize size = odbs::bench::replySize(server, line, kTimeoutMs);
   Figure f = measure(server, line, size, runs, kTimeoutMs);
   MatchedTest t = matchedTest(size);
   Figure m = measureMatched(server, t, runs, kTimeoutMs);
   printComparison(what, size, f, t, m);
+  if (largestMb <= 0) return;
+  std::vector<double> mb;
+  double peak = 0;
+  for (int i = 0; i < std::max(1, runs / 2); ++i) {
+    ServerProcess fresh(server.options());
+    fresh.request("o " + path, kTimeoutMs);
+    mb.push_back(double(size.bytes) / odbs::bench::timeReply(fresh, line, size.bytes, kTimeoutMs) /
+                 1e6);
+    peak = std::max(peak, odbs::bench::peakMbOf(fresh.pid()));
+  }
+  double coldMb = odbs::bench::median(mb);
+  std::printf("  first reply    %10.0f MB/s   (fresh server, after o; median of %zu)\n", coldMb,
+              mb.size());
+  std::printf("  first / m      %10.2f\n", coldMb / std::max(m.mbPerSec, 1e-9));
+  std::printf(
+      "  server peak    %10.1f MB after the first reply = %.2f x the largest array "
+      "(%.1f MB)\n",
+      peak, peak / largestMb, largestMb);
+  std::fflush(stdout);
 }
 
 Args parseArgs(int argc, char** argv) {
@@ -88,10 +101,8 @@ Args parseArgs(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   Args args = parseArgs(argc, argv);
-  const char* tmp = std::getenv("TMPDIR");
-  std::string base = std::string(tmp ? tmp : "/tmp") + "/model_throughput_" +
-                     std::to_string(odbs::platform::processId());
-  std::string hexPath = base + "_hex.odb", setPath = base + "_sets.odb";
+  std::string hexPath = odbs::bench::tempPath("model_throughput", "_hex.odb"),
+              setPath = odbs::bench::tempPath("model_throughput", "_sets.odb");
   int code = 0;
   try {
     odb_initializeAPI();
@@ -105,9 +116,10 @@ int main(int argc, char** argv) {
     long m = args.n + 1;
     std::string what = "g on " + std::to_string(long(args.n) * args.n * args.n) + " elements, " +
                        std::to_string(m * m * m) + " nodes";
-    compare(server, what.c_str(), "g " + hexPath, args.runs);
+    double connectivityMb = double(args.n) * args.n * args.n * 8 * 4 / 1e6;  // 8 nodes each
+    compare(server, what.c_str(), "g " + hexPath, hexPath, args.runs, connectivityMb);
     what = "S on " + std::to_string(args.sets) + " sets";
-    compare(server, what.c_str(), "S 0 0 " + setPath, args.runs);
+    compare(server, what.c_str(), "S 0 0 " + setPath, setPath, args.runs, 0);
   } catch (const std::exception& e) {
     std::fprintf(stderr, "model_throughput: %s\n", e.what());
     code = 1;

@@ -1,11 +1,12 @@
 // field_stream_bench: how fast the values of one field output reach a parent (command rs),
 // against the framed throughput test m of the same run with records of the same size.
 //
-//   field_stream_bench [--server PATH] [--runs N] [--elements N]
+//   field_stream_bench [--server PATH] [--runs N] [--elements N] [--db PATH]
 //
 // Writes a database of hexahedra (8 integration points each; 1,250,000 elements by
 // default, so that S holds 10,000,000 values of 6 components) to the temporary folder and
-// removes it at the end. Starts odb_server (default: beside this program), sends
+// removes it at the end; with --db, uses the database at PATH, writing it there first when
+// it does not exist, and keeps it. Starts odb_server (default: beside this program), sends
 // "d 1 0 0 S", then times "rs": the first reply counts bytes and records and the time to
 // the first value record; each timed run reads the whole reply. m then runs with as many
 // records and the same mean record size. Prints medians in MB/s (10^6 bytes), records/s, the
@@ -16,7 +17,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -45,16 +45,8 @@ struct Args {
   std::string server;
   int runs = 5;
   int64_t elements = 1250000;
+  std::string db;  // a database to use and keep; empty: a temporary one
 };
-
-// Peak resident memory of process pid in MB (VmHWM); 0 where it cannot be read.
-double peakMbOf(int pid) {
-  std::ifstream in("/proc/" + std::to_string(pid) + "/status");
-  std::string line;
-  while (std::getline(in, line))
-    if (line.rfind("VmHWM:", 0) == 0) return std::atof(line.c_str() + 6) / 1024.0;
-  return 0;
-}
 
 Args parseArgs(int argc, char** argv) {
   Args a;
@@ -64,8 +56,9 @@ Args parseArgs(int argc, char** argv) {
       {odbs::bench::serverOption(a.server),
        odbs::bench::runsOption(a.runs),
        {"--elements", true,
-        [&](const char* v) { a.elements = std::max<int64_t>(1, std::atoll(v)); }}},
-      "usage: field_stream_bench [--server PATH] [--runs N] [--elements N]");
+        [&](const char* v) { a.elements = std::max<int64_t>(1, std::atoll(v)); }},
+       {"--db", true, [&](const char* v) { a.db = v; }}},
+      "usage: field_stream_bench [--server PATH] [--runs N] [--elements N] [--db PATH]");
   return a;
 }
 
@@ -73,19 +66,22 @@ Args parseArgs(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   Args args = parseArgs(argc, argv);
-  const char* tmp = std::getenv("TMPDIR");
-  std::string path = std::string(tmp ? tmp : "/tmp") + "/field_stream_bench_" +
-                     std::to_string(odbs::platform::processId()) + ".odb";
+  std::string path =
+      args.db.empty() ? odbs::bench::tempPath("field_stream_bench", ".odb") : args.db;
   int code = 0;
   try {
     odb_initializeAPI();
-    auto t0 = Clock::now();
-    odbgen::Options o;
-    o.elements = args.elements;
-    o.frames = 1;
-    odbgen::Summary summary = odbgen::generate(path, o);
-    std::printf("database written in %.1f s: %lld elements; medians of %d runs\n", since(t0),
-                static_cast<long long>(summary.elements), args.runs);
+    odbs::platform::FileStat st;
+    if (args.db.empty() || !odbs::platform::statFile(path, &st)) {
+      auto t0 = Clock::now();
+      odbgen::Options o;
+      o.elements = args.elements;
+      o.frames = 1;
+      odbgen::Summary summary = odbgen::generate(path, o);
+      std::printf("database written in %.1f s: %lld elements\n", since(t0),
+                  static_cast<long long>(summary.elements));
+    }
+    std::printf("medians of %d runs\n", args.runs);
 
     ServerProcess server({args.server, 0, kTimeoutMs});
     server.send("d 1 0 0 S");
@@ -123,7 +119,7 @@ int main(int argc, char** argv) {
         kTimeoutMs);
 
     Figure rs = odbs::bench::measure(server, line, size, args.runs, kTimeoutMs);
-    double serverPeak = peakMbOf(server.pid());
+    double serverPeak = odbs::bench::peakMbOf(server.pid());
     MatchedTest t = odbs::bench::matchedTest(size);
     Figure m = odbs::bench::measureMatched(server, t, args.runs, kTimeoutMs);
 
@@ -144,6 +140,6 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "field_stream_bench: %s\n", e.what());
     code = 1;
   }
-  odbs::platform::removeFile(path);
+  if (args.db.empty()) odbs::platform::removeFile(path);
   return code;
 }

@@ -19,49 +19,24 @@
 
 #include "bench/bench_args.h"
 #include "bench/bench_util.h"
+#include "bench/reply_timing.h"
 #include "client/client_error.h"
-#include "client/core_records.h"
 #include "client/server_process.h"
 
 namespace {
 
-using odbs::bench::median;
-
-using odbs::client::Clock;
+using odbs::bench::Figure;
+using odbs::bench::measureWarm;
+using odbs::bench::ReplySize;
 using odbs::client::ServerProcess;
+
+constexpr int kTimeoutMs = 120000;
 
 struct Args {
   std::string server;
   int runs = 7;
   double scale = 1.0;
 };
-
-// Sends line, skips `bytes` reply bytes, reads the end record; returns the seconds taken.
-double timeReply(ServerProcess& server, const std::string& line, uint64_t bytes) {
-  auto start = Clock::now();
-  server.send(line);
-  server.reader().skipBytes(bytes, odbs::client::deadlineIn(120000));
-  odbs::client::decodeEnd(server.readRecord(120000));
-  return std::chrono::duration<double>(Clock::now() - start).count();
-}
-
-struct Figure {
-  double mbPerSec;
-  double recordsPerSec;
-};
-
-// One test line run `runs` times after a warm-up; bytes and records per run.
-Figure measure(ServerProcess& server, const std::string& line, uint64_t bytes, uint64_t records,
-               int runs) {
-  timeReply(server, line, bytes);
-  std::vector<double> mb, rec;
-  for (int i = 0; i < runs; ++i) {
-    double s = std::max(timeReply(server, line, bytes), 1e-9);
-    mb.push_back(bytes / s / 1e6);
-    rec.push_back(records / s);
-  }
-  return {median(mb), median(rec)};
-}
 
 Args parseArgs(int argc, char** argv) {
   Args a;
@@ -80,13 +55,14 @@ Args parseArgs(int argc, char** argv) {
 int main(int argc, char** argv) {
   Args args = parseArgs(argc, argv);
   try {
-    ServerProcess server({args.server, 0, 120000});
+    ServerProcess server({args.server, 0, kTimeoutMs});
 
     const int blockSize = 40950;
     const int blocks = std::max(1, static_cast<int>(2000 * args.scale));
     uint64_t rawBytes = uint64_t(blocks) * blockSize;
-    Figure raw = measure(server, "M " + std::to_string(blocks) + " " + std::to_string(blockSize),
-                         rawBytes, 0, args.runs);
+    Figure raw =
+        measureWarm(server, "M " + std::to_string(blocks) + " " + std::to_string(blockSize),
+                    {rawBytes + 3, 0}, args.runs, kTimeoutMs);
 
     std::printf("reply pipe throughput, median of %d runs\n", args.runs);
     std::printf("  M  raw writes of %d bytes   %10.0f MB/s   (%llu bytes per run)\n", blockSize,
@@ -95,8 +71,8 @@ int main(int argc, char** argv) {
       int bodyBytes = 4 + 4 * n;
       int count = std::max(1, static_cast<int>((n == 1 ? 5000000 : 1000000) * args.scale));
       uint64_t bytes = uint64_t(4 * n + 7) * count;  // count, type, sequence, integers
-      Figure f = measure(server, "m " + std::to_string(count) + " " + std::to_string(n), bytes,
-                         count, args.runs);
+      Figure f = measureWarm(server, "m " + std::to_string(count) + " " + std::to_string(n),
+                             {bytes + 3, uint64_t(count)}, args.runs, kTimeoutMs);
       std::printf("  m  framed, %3d-byte bodies  %10.0f MB/s   %8.2f million records/s\n",
                   bodyBytes, f.mbPerSec, f.recordsPerSec / 1e6);
     }

@@ -56,6 +56,17 @@ class CatalogueProcessTest : public ::testing::Test {
     }
     return line;
   }
+  // Starts a cache file at base_ whose header fits the database as it is now ("1.0A"); the
+  // caller writes the body and closes the file.
+  gzFile startCurrentCache() {
+    platform::FileStat st;
+    EXPECT_TRUE(platform::statFile(db_, &st));
+    gzFile f = gzopen(base_.c_str(), "wb");
+    gzprintf(f, "1.0\r1.0A\n%s\n%lld\n%lld\n", db_.c_str(),
+             static_cast<long long>(st.mtimeSec * 1000000000LL + st.mtimeNsec),
+             static_cast<long long>(st.size));
+    return f;
+  }
   std::string db_, base_;
   std::unique_ptr<ServerProcess> server_;
 };
@@ -125,15 +136,29 @@ TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
   EXPECT_NE(second, first);  // the new title, so walked again
 
   // A file with a current header whose body is cut off.
-  platform::FileStat st;
-  ASSERT_TRUE(platform::statFile(db_, &st));
-  gzFile f = gzopen(base_.c_str(), "wb");
-  gzprintf(f, "1.0\r1.0A\n%s\n%lld\n%lld\nonly a title\n", db_.c_str(),
-           static_cast<long long>(st.mtimeSec * 1000000000LL + st.mtimeNsec),
-           static_cast<long long>(st.size));
+  gzFile f = startCurrentCache();
+  gzprintf(f, "only a title\n");
   gzclose(f);
   EXPECT_EQ(catalogue("fd"), second);
   EXPECT_EQ(catalogue("fd"), second);  // and the rebuilt file replays
+}
+
+// A file whose first thousands of frames are sound and whose last line is not: the replay
+// must not have sent those frames (they fill the pending buffer many times over) before it
+// finds the damage, so the reply is the walk's alone.
+TEST_F(CatalogueProcessTest, FileDamagedAfterManyFramesSendsNothingOfIt) {
+  Bytes walked = catalogue("fd");
+  gzFile f = startCurrentCache();
+  gzprintf(f, "replayed title\n0\n");
+  for (int i = 0; i < 5000; ++i)
+    gzprintf(f,
+             "1\n%.20E\nStep-1\nstatic\nTIME\nStep-1\n%d\n0\n0\n%.20E\n%.20E\n1\n4999\n"
+             "frame\n",
+             0.0, i, 0.5, 0.0);
+  gzprintf(f, "1\nnot a number\n");
+  gzclose(f);
+  EXPECT_EQ(catalogue("fd"), walked);
+  EXPECT_EQ(catalogue("fd"), walked);  // and the rebuilt file replays
 }
 
 TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
@@ -185,7 +210,7 @@ TEST_F(CatalogueProcessTest, StepCountsChooseTheirSteps) {
       w.addFrame({i, odb_Enum::TIME, 0, 0.5 * i, 0.0, "Increment " + std::to_string(i)});
     odb::HistoryRegionData h;
     h.name = "Node PART-1-1.1";
-    h.outputs.push_back({"U1", "", odb_Enum::SCALAR, 2, {0, 1, 1, 2, 2, 3, 3, 4}});
+    h.outputs.push_back({"U1", "", odb_Enum::SCALAR, 2, {0, 1, 1, 2, 2, 3, 3, 4}, {}, {}});
     w.addHistoryRegion(h);
     w.close();
   }

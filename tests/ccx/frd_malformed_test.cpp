@@ -79,13 +79,8 @@ TEST(FrdMalformed, DamagedHeadersNameWhatWasExpected) {
   for (const Bad& b : bad) {
     SCOPED_TRACE(b.what);
     Warnings warnings;
-    try {
-      readFrdFile(dir.write("bad.frd", b.text), warnings);
-      ADD_FAILURE() << "no error";
-    } catch (const ParseError& e) {
-      EXPECT_EQ(e.line(), b.line) << e.what();
-      EXPECT_NE(std::string(e.what()).find(b.expected), std::string::npos) << e.what();
-    }
+    test::expectParseError([&] { readFrdFile(dir.write("bad.frd", b.text), warnings); }, b.line,
+                           b.expected);
   }
 }
 

@@ -1,15 +1,17 @@
 // The databases made from the example decks, read back through the database's read API:
-// steps, frames, field outputs and history agree with what the solver printed into its own
-// .dat files.
+// steps, frames, field outputs (with the database's names, component order and field order)
+// and history agree with what the solver wrote into its own .frd and .dat files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <map>
 
+#include "odb/h5.h"
 #include "odb/odb.h"
 #include "tests/ccx/test_files.h"
 #include "tools/ccx/dat_parser.h"
+#include "tools/ccx/frd_parser.h"
 #include "tools/ccx/importer.h"
 
 namespace odbs::ccx {
@@ -17,6 +19,7 @@ namespace {
 
 using test::dataFile;
 using test::exampleFile;
+using ::testing::ElementsAre;
 
 class ImportedDatabase : public ::testing::Test {
  protected:
@@ -28,12 +31,48 @@ class ImportedDatabase : public ::testing::Test {
   void open(const std::string& name) {
     ImportRequest request{exampleFile(name + ".inp"), dataFile(name + ".frd"),
                           dataFile(name + ".dat"), dir_.path() + "/" + name + ".odb"};
-    Warnings warnings;
-    importCalculix(request, warnings);
-    odb_ = &openOdb(request.output);
-    prints_ = readDat(dataFile(name + ".dat"), warnings);
+    importCalculix(request, warnings_);
+    // Every printed table found its frame.
+    EXPECT_EQ(warnings_.count("dat-unplaced"), 0);
+    path_ = request.output;
+    odb_ = &openOdb(path_);
+    Warnings again;
+    prints_ = readDat(dataFile(name + ".dat"), again);
+    results_ = readFrdFile(dataFile(name + ".frd"), again);
   }
   const odb_Step& step(int i) const { return odb_->steps().at(i); }
+
+  std::vector<double> frameValues(int s) const {
+    std::vector<double> v;
+    for (const odb_Frame& f : step(s).frames()) v.push_back(f.frameValue());
+    return v;
+  }
+  // The field names of a frame in the order the importer stored them.
+  std::vector<std::string> storedFieldNames(int s, int f) const {
+    odb::h5::File file = odb::h5::File::open(path_, true);
+    return file.root()
+        .open("steps/" + std::to_string(s) + "/frames/" + std::to_string(f))
+        .readStrings("field_names");
+  }
+  // The nodal rows of field on instance in frame by node label, real or imaginary part.
+  static std::map<int, std::vector<float>> nodalRows(const odb_Frame& frame,
+                                                     const std::string& field, bool imaginary,
+                                                     const std::string& instance = "PART-1-1") {
+    std::map<int, std::vector<float>> rows;
+    odb_SequenceFieldBulkData blocks =
+        frame.fieldOutputs()[field].getSubset(odb_Enum::NODAL).bulkDataBlocks();
+    for (int b = 0; b < blocks.size(); ++b) {
+      const odb_FieldBulkData& block = blocks[b];
+      if (block.instance().name() != instance) continue;
+      const float* data = imaginary ? block.conjugateData() : block.data();
+      if (data == nullptr) continue;
+      for (int r = 0; r < block.length(); ++r) {
+        rows[block.nodeLabels()[r]].assign(data + r * block.width(),
+                                           data + (r + 1) * block.width());
+      }
+    }
+    return rows;
+  }
 
   // The frame whose total time (or frequency) is value, searching every step.
   const odb_Frame* frameAt(double value, bool imaginaryStep = false) const {
@@ -58,20 +97,7 @@ class ImportedDatabase : public ::testing::Test {
   void expectNodalMatches(const odb_Frame& frame, const std::string& field, const DatBlock& table,
                           double relative, bool tableScale = false,
                           const std::string& instance = "PART-1-1") {
-    const odb_FieldOutput& out = frame.fieldOutputs()[field];
-    odb_FieldOutput nodal = out.getSubset(odb_Enum::NODAL);
-    std::map<int, std::vector<float>> rows;
-    odb_SequenceFieldBulkData blocks = nodal.bulkDataBlocks();
-    for (int b = 0; b < blocks.size(); ++b) {
-      const odb_FieldBulkData& block = blocks[b];
-      if (block.instance().name() != instance) continue;
-      const float* data = table.imaginary ? block.conjugateData() : block.data();
-      ASSERT_NE(data, nullptr);
-      for (int r = 0; r < block.length(); ++r) {
-        rows[block.nodeLabels()[r]].assign(data + r * block.width(),
-                                           data + (r + 1) * block.width());
-      }
-    }
+    std::map<int, std::vector<float>> rows = nodalRows(frame, field, table.imaginary, instance);
     const size_t width = table.components.size();
     double largest = 0;
     for (double v : table.values) largest = std::max(largest, std::fabs(v));
@@ -90,24 +116,44 @@ class ImportedDatabase : public ::testing::Test {
   }
 
   test::ScratchDir dir_;
+  std::string path_;
   odb_Odb* odb_ = nullptr;
+  Warnings warnings_;
   DatFile prints_;
+  FrdFile results_;
 };
 
 TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   open("beam_steps");
   ASSERT_EQ(odb_->steps().size(), 3);
+  for (int s = 0; s < 3; ++s) EXPECT_EQ(step(s).domain(), odb_Enum::TIME);
   EXPECT_EQ(step(0).procedure(), "*STATIC");
   EXPECT_EQ(step(2).procedure(), "*DYNAMIC");
   EXPECT_DOUBLE_EQ(step(1).totalTime(), 1.0);
   EXPECT_DOUBLE_EQ(step(2).totalTime(), 2.0);
-  EXPECT_EQ(step(0).frames().size(), 4);
+  EXPECT_THAT(frameValues(0), ElementsAre(0.25, 0.5, 0.75, 1.0));
   EXPECT_EQ(step(1).frames().size(), 2);
   EXPECT_EQ(step(2).frames().size(), 4);
   // Step times as the solver printed the total times: 2.000100000 - 2 is 0.0001.
   EXPECT_EQ(step(2).frames()[0].frameValue(), 0.0001);
+  EXPECT_NEAR(step(2).frames()[3].frameValue(), 4e-4, 1e-9);
   EXPECT_EQ(step(2).frames()[0].description(), "Increment 1: Step Time = 0.0001");
+  EXPECT_EQ(step(0).frames()[1].description(), "Increment 2: Step Time = 0.5");
   EXPECT_EQ(step(1).frames()[0].frameValue(), 0.5);
+
+  // The fields in the result file's order; stress components in the database's order:
+  // S13 is the solver's SZX, S23 its SYZ.
+  const odb_Frame& first = step(0).frames()[0];
+  EXPECT_THAT(storedFieldNames(0, 0), ElementsAre("U", "S", "E", "RF", "ENER", "ERROR"));
+  EXPECT_THAT(first.fieldOutputs()["S"].componentLabels().values(),
+              ElementsAre("S11", "S22", "S33", "S12", "S13", "S23"));
+  const FrdBlock& stress = results_.blocks[1];
+  ASSERT_EQ(stress.name, "STRESS");
+  std::vector<float> row = nodalRows(first, "S", false)[stress.nodes[7]];
+  ASSERT_EQ(row.size(), 6u);
+  EXPECT_EQ(row[3], stress.values[7 * 6 + 3]);
+  EXPECT_EQ(row[4], stress.values[7 * 6 + 5]);
+  EXPECT_EQ(row[5], stress.values[7 * 6 + 4]);
   int checked = 0;
   for (const DatBlock& table : prints_.blocks) {
     SCOPED_TRACE(table.quantity + " at " + std::to_string(table.time));
@@ -121,6 +167,8 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
       odb_FieldOutput ip = frame->fieldOutputs()["S"].getSubset(odb_Enum::INTEGRATION_POINT);
       const odb_FieldBulkData& block = ip.bulkDataBlocks()[0];
       ASSERT_EQ(block.length(), static_cast<int>(table.rows()));
+      EXPECT_EQ(block.conjugateData(), nullptr);
+      EXPECT_EQ(block.sectionPoint().number(), -1);  // solid elements: no section point
       EXPECT_EQ(block.baseElementType(), "C3D8");
       EXPECT_EQ(block.numberOfElements(), 4);
       for (size_t r = 0; r < table.rows(); ++r) {
@@ -136,12 +184,14 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   const odb_HistoryRegion& tip = step(0).historyRegions()["Node PART-1-1.99"];
   EXPECT_EQ(tip.historyPoint().position(), odb_Enum::NODAL);
   EXPECT_EQ(tip.historyPoint().node().label(), 99);
+  EXPECT_EQ(tip.historyOutputs()["U3"].frameValues(), (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
   const odb_SequenceSequenceFloat& u3 = tip.historyOutputs()["U3"].data();
   ASSERT_EQ(u3.size(), 4);
   EXPECT_FLOAT_EQ(u3[3][0], 1.0f);
   EXPECT_FLOAT_EQ(u3[3][1], static_cast<float>(prints_.blocks[9].values[8 * 3 + 2]));
   const odb_HistoryRegion& fix = step(0).historyRegions()["Node set FIX"];
   EXPECT_EQ(fix.historyPoint().region().name(), "FIX");
+  EXPECT_EQ(fix.historyPoint().position(), odb_Enum::WHOLE_REGION);
   EXPECT_NEAR(fix.historyOutputs()["RF3"].data()[3][1], 90.0, 1e-3);
   // History times in double precision, as the solver printed them: 2.0001 - 2 is 0.0001,
   // which a float holds only as 9.99999974738e-05.
@@ -150,6 +200,7 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   ASSERT_EQ(dynamicU3.frameValues().size(), 4u);
   EXPECT_EQ(dynamicU3.frameValues()[0], 0.0001);
   EXPECT_EQ(dynamicU3.frameValues()[3], 0.0004);
+  EXPECT_EQ(step(2).historyRegions()["Node PART-1-1.99"].historyOutputs()["U1"].data().size(), 4);
 }
 
 TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
@@ -157,16 +208,31 @@ TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
   ASSERT_EQ(odb_->steps().size(), 2);
   const odb_Step& modes = step(0);
   EXPECT_EQ(modes.domain(), odb_Enum::FREQUENCY);
+  EXPECT_EQ(modes.historyRegions().size(), 0);
   ASSERT_EQ(modes.frames().size(), 6);
+  EXPECT_EQ(modes.frames()[0].description().substr(0, 19), "Mode 1: Frequency =");
   for (int i = 0; i < 6; ++i) {
     const odb_Frame& frame = modes.frames()[i];
     EXPECT_EQ(frame.mode(), i + 1);
     EXPECT_NEAR(frame.frequency(), prints_.eigenvalues[i].cyclesPerTime,
                 1e-5 * prints_.eigenvalues[i].cyclesPerTime);
     EXPECT_FALSE(frame.fieldOutputs()["U"].isComplex());
+    // Each mode carries its printed stresses.
+    odb_SequenceFieldBulkData s =
+        frame.fieldOutputs()["S"].getSubset(odb_Enum::INTEGRATION_POINT).bulkDataBlocks();
+    ASSERT_EQ(s.size(), 1);
+    EXPECT_EQ(s[0].length(), 8);
   }
   const odb_Step& sweep = step(1);
+  EXPECT_EQ(sweep.domain(), odb_Enum::FREQUENCY);
   EXPECT_EQ(sweep.procedure(), "*STEADY STATE DYNAMICS");
+  ASSERT_GE(sweep.frames().size(), 4);
+  EXPECT_DOUBLE_EQ(sweep.frames()[0].frameValue(), 10.0);
+  EXPECT_DOUBLE_EQ(sweep.frames()[sweep.frames().size() - 1].frameValue(), 400.0);
+  for (const odb_Frame& f : sweep.frames()) {
+    EXPECT_TRUE(f.fieldOutputs()["U"].isComplex());
+    EXPECT_TRUE(f.fieldOutputs()["S"].isComplex());
+  }
   int checked = 0;
   for (const DatBlock& table : prints_.blocks) {
     if (table.quantity != "displacements") continue;
@@ -190,7 +256,14 @@ TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
 
 TEST_F(ImportedDatabase, CompositeStressesPerLayerSectionPoint) {
   open("plate_composite");
+  ASSERT_EQ(step(0).frames().size(), 2);
   const odb_Frame& last = step(0).frames()[1];
+  // The deck's nodes (the solver wrote them with OUTPUT=2D), and the expanded composite
+  // layers' nodes apart.
+  EXPECT_EQ(nodalRows(last, "U", false).size(),
+            static_cast<size_t>(odb_->rootAssembly().instances()["PART-1-1"].nodes().size()));
+  EXPECT_EQ(nodalRows(last, "U", false, "PART-1-1-EXPANDED").size(), 465u);
+  EXPECT_EQ(warnings_.count("frd-nodes"), 0);
   const odb_FieldOutput& s = last.fieldOutputs()["S"];
   odb_FieldOutput ip = s.getSubset(odb_Enum::INTEGRATION_POINT);
   odb_SequenceFieldBulkData blocks = ip.bulkDataBlocks();
@@ -199,20 +272,22 @@ TEST_F(ImportedDatabase, CompositeStressesPerLayerSectionPoint) {
     EXPECT_EQ(blocks[b].sectionPoint().number(), b + 1);
     EXPECT_EQ(blocks[b].baseElementType(), "S8R");
     EXPECT_EQ(blocks[b].length(), 16);  // four elements, four points each
+    EXPECT_EQ(std::vector<int>(blocks[b].integrationPoints(), blocks[b].integrationPoints() + 4),
+              (std::vector<int>{1, 2, 3, 4}));
   }
   EXPECT_EQ(blocks[3].sectionPoint().description(), "Layer = 2, top");
   // The first printed row of element 6 (point 1, bottom of layer 1).
   const DatBlock& table = prints_.blocks[3];
   EXPECT_FLOAT_EQ(blocks[0].data()[0], static_cast<float>(table.values[0]));
   EXPECT_EQ(s.getSubset(odb_Enum::NODAL).bulkDataBlocks()[0].length(), 65);
+  EXPECT_EQ(step(0).historyRegions()["Node PART-1-1.41"].historyOutputs()["U3"].data().size(), 2);
 }
 
 TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   open("punch_contact");
-  const odb_Frame& last = step(0).frames()[2];
-  for (const char* name : {"COPEN", "CSLIP1", "CSLIP2", "CPRESS", "CSHEAR1", "CSHEAR2"}) {
-    EXPECT_TRUE(last.fieldOutputs().isMember(name)) << name;
-  }
+  ASSERT_EQ(step(0).frames().size(), 3);
+  EXPECT_THAT(storedFieldNames(0, 2), ElementsAre("U", "S", "COPEN", "CSLIP1", "CSLIP2", "CPRESS",
+                                                  "CSHEAR1", "CSHEAR2", "ERROR"));
   const odb_HistoryRegion& point = step(0).historyRegions()["Element PART-1-1.101 Face 1"];
   EXPECT_EQ(point.historyPoint().position(), odb_Enum::ELEMENT_FACE);
   EXPECT_EQ(point.historyPoint().element().label(), 101);
@@ -221,6 +296,7 @@ TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   const auto& open = point.historyOutputs()["COPEN"].data();
   ASSERT_EQ(press.size(), 3);
   EXPECT_NEAR(press[2][1], -1e5 * open[2][1], 1e-4 * std::fabs(press[2][1]));
+  EXPECT_TRUE(step(0).historyRegions().isMember("Node set PTOP"));
 }
 
 // Shells and beams with the solver's default output: the result file holds the expanded

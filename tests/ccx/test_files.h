@@ -1,7 +1,12 @@
-// Helpers of the CalculiX parser tests: where the fixtures are, and scratch files.
+// Helpers of the CalculiX parser tests: where the fixtures are, and scratch folders.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <string>
+
+#include "tests/support/scratch_dir.h"
+#include "tools/ccx/parse_error.h"
 
 namespace odbs::ccx::test {
 
@@ -12,21 +17,21 @@ std::string exampleFile(const std::string& name);
 
 std::string readWhole(const std::string& path);
 
-// A fresh folder under the system's temporary folder, removed with everything in it when
-// the object goes.
-class ScratchDir {
- public:
-  ScratchDir();
-  ~ScratchDir();
-  ScratchDir(const ScratchDir&) = delete;
-  ScratchDir& operator=(const ScratchDir&) = delete;
+using odbs::test::ScratchDir;
 
-  // Writes content to <dir>/<name> and returns the full path.
-  std::string write(const std::string& name, const std::string& content) const;
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-};
+// Runs parse, which must throw a ParseError at line whose message holds expected; returns
+// the message ("" when nothing was thrown).
+template <typename Parse>
+std::string expectParseError(Parse parse, int line, const std::string& expected) {
+  try {
+    parse();
+    ADD_FAILURE() << "no error";
+    return "";
+  } catch (const ParseError& e) {
+    EXPECT_EQ(e.line(), line) << e.what();
+    EXPECT_NE(std::string(e.what()).find(expected), std::string::npos) << e.what();
+    return e.what();
+  }
+}
 
 }  // namespace odbs::ccx::test

@@ -1,9 +1,5 @@
 #include "tests/history/history_fixture.h"
 
-#include <unistd.h>
-
-#include <atomic>
-#include <cstdio>
 #include <stdexcept>
 
 namespace odbs::test {
@@ -59,23 +55,6 @@ odb_Step historyStep(const std::string& name, int domain,
   odb_HistoryRegionRepository repo;
   for (const auto& r : regions) repo.insert(r.name(), r);
   return odb_Step(d, odb_SequenceFrame(), odb::Lazy<odb_HistoryRegionRepository>(std::move(repo)));
-}
-
-WrittenDatabase::WrittenDatabase(const std::function<void(odb::Writer&)>& fill) {
-  static std::atomic<int> counter{0};
-  path_ =
-      "/tmp/history_test_" + std::to_string(getpid()) + "_" + std::to_string(counter++) + ".odb";
-  {
-    odb::Writer w(path_);
-    fill(w);
-    w.close();
-  }
-  odb_ = &openOdb(path_);
-}
-
-WrittenDatabase::~WrittenDatabase() {
-  if (odb_) closeOdb(*odb_);
-  std::remove(path_.c_str());
 }
 
 }  // namespace odbs::test

@@ -57,29 +57,25 @@ odb::ModelData singleInstanceModel() {
 
 TEST(ExportModel, SingleInstanceModelByteForByte) {
   TestDatabase db(singleInstanceModel());
-  Bytes expected;
-  auto add = [&](const FrameBuilder& f) {
-    Bytes b = f.frame();
-    expected.insert(expected.end(), b.begin(), b.end());
-  };
-  add(FrameBuilder(1).text("one"));
-  add(FrameBuilder(2).i32(1));
-  add(FrameBuilder(21).text("a\n"));
-  add(FrameBuilder(21).text("b"));
+  Frames expected;
+  expected.begin(1).text("one");
+  expected.begin(2).i32(1);
+  expected.begin(21).text("a\n");
+  expected.begin(21).text("b");
   // Section-A 1, Section-B 2 (unassigned: no record), Section-Z 3; the categories that
   // lead to no section: "connector < elset = CONN" 4, "loose" 5.
-  add(FrameBuilder('$').i32(1).text("A").i32(-6).text("M").i32(0));
-  add(FrameBuilder('$').i32(3).text("Z").i32(-7).text("M").i32(0));
-  add(FrameBuilder(17).text("M").f32(0).i32(0).i32(0));
-  for (int i = 1; i <= 3; ++i) add(FrameBuilder(3).i32(i).f32(float(i)).f32(0).f32(0));
-  add(FrameBuilder(4).raw("T3D2    ").i32(10).i32(1).i32(1).i32(2));
+  expected.begin('$').i32(1).text("A").i32(-6).text("M").i32(0);
+  expected.begin('$').i32(3).text("Z").i32(-7).text("M").i32(0);
+  expected.begin(17).text("M").f32(0).i32(0).i32(0);
+  for (int i = 1; i <= 3; ++i) expected.begin(3).i32(i).f32(float(i)).f32(0).f32(0);
+  expected.begin(4).raw("T3D2    ").i32(10).i32(1).i32(1).i32(2);
   // PART-1 owns a section, so its elements read its own map only: element 11, assigned
   // at assembly level, finds its section through its category.
-  add(FrameBuilder(4).raw("C3D20RHT").i32(11).i32(2).i32(1).i32(2).i32(3));
+  expected.begin(4).raw("C3D20RHT").i32(11).i32(2).i32(1).i32(2).i32(3);
   // A connector category names section CONN, which does not exist: no section.
-  add(FrameBuilder(4).raw("CONN3D2 ").i32(12).i32(0).i32(2).i32(2).i32(3).i32(0).i32(0));
-  add(FrameBuilder(4).raw("SPRINGA12").i32(13).i32(5).i32(3));
-  EXPECT_EQ(frameLines(exportBytes(db, false)), frameLines(expected));
+  expected.begin(4).raw("CONN3D2 ").i32(12).i32(0).i32(2).i32(2).i32(3).i32(0).i32(0);
+  expected.begin(4).raw("SPRINGA12").i32(13).i32(5).i32(3);
+  EXPECT_EQ(frameLines(exportBytes(db, false)), frameLines(expected.bytes()));
 }
 
 TEST(ExportModel, SingleInstanceWithoutOwnSectionsReadsTheAssemblyMap) {

@@ -14,35 +14,6 @@
 
 namespace odbs::test {
 
-namespace {
-
-std::string tempDatabasePath() {
-  static std::atomic<int> counter{0};
-  const char* dir = std::getenv("TMPDIR");
-  return std::string(dir ? dir : "/tmp") + "/model_test_" + std::to_string(getpid()) + "_" +
-         std::to_string(counter++) + ".odb";
-}
-
-}  // namespace
-
-TestDatabase::TestDatabase(const odb::ModelData& model,
-                           const std::function<void(const std::string& path)>& damage)
-    : path_(tempDatabasePath()) {
-  static const bool initialized = [] {
-    odb_initializeAPI();
-    return true;
-  }();
-  (void)initialized;
-  odb::writeModel(path_, model);
-  if (damage) damage(path_);
-  ctx_.odb = &openOdb(path_, true);
-}
-
-TestDatabase::~TestDatabase() {
-  closeOdb(*ctx_.odb);
-  std::remove(path_.c_str());
-}
-
 Bytes capture(const std::function<void(ReplyChannel&)>& handler) {
   int fd = memfd_create("reply", 0);
   if (fd < 0) throw std::runtime_error("memfd_create failed");
@@ -85,36 +56,6 @@ std::string typeSequence(const std::vector<client::Record>& records) {
     }
   }
   return s;
-}
-
-FrameBuilder& FrameBuilder::i32(int32_t v) {
-  Bytes b = le32(static_cast<uint32_t>(v));
-  body_.insert(body_.end(), b.begin(), b.end());
-  return *this;
-}
-
-FrameBuilder& FrameBuilder::f32(float v) {
-  Bytes b = leF32(v);
-  body_.insert(body_.end(), b.begin(), b.end());
-  return *this;
-}
-
-FrameBuilder& FrameBuilder::text(const std::string& s) {
-  i32(static_cast<int32_t>(s.size()));
-  return raw(s);
-}
-
-FrameBuilder& FrameBuilder::raw(const std::string& s) {
-  body_.insert(body_.end(), s.begin(), s.end());
-  return *this;
-}
-
-Bytes FrameBuilder::frame() const {
-  return concat({le16(static_cast<uint16_t>(body_.size())), body_});
-}
-
-client::Record FrameBuilder::record() const {
-  return client::Record{body_[0], Bytes(body_.begin() + 1, body_.end())};
 }
 
 odb::SetData setOf(const std::string& name, odb_Enum::odb_SetTypeEnum type,

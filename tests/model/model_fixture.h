@@ -11,25 +11,18 @@
 #include "context/odb_context.h"
 #include "context/reply_channel.h"
 #include "odb/model_data.h"
-#include "tests/support/bytes.h"
+#include "tests/support/frames.h"
+#include "tests/support/written_database.h"
 
 namespace odbs::test {
 
-// A database written from a model, open for the life of the object.
-class TestDatabase {
+// A database written from a model, open for the life of the object; damage, when given,
+// runs on the written file before it is opened.
+class TestDatabase : public WrittenDatabase {
  public:
-  // damage, when given, runs on the written file before it is opened.
   explicit TestDatabase(const odb::ModelData& model,
-                        const std::function<void(const std::string& path)>& damage = {});
-  ~TestDatabase();
-  TestDatabase(const TestDatabase&) = delete;
-  TestDatabase& operator=(const TestDatabase&) = delete;
-  OdbContext& context() { return ctx_; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-  OdbContext ctx_;
+                        const std::function<void(const std::string& path)>& damage = {})
+      : WrittenDatabase([&](odb::Writer& w) { odb::addModel(w, model); }, damage) {}
 };
 
 // Every byte that handler writes through its channel.
@@ -44,21 +37,6 @@ std::string frameLines(const Bytes& bytes);
 
 // The type bytes of records, for checking the order of a reply at a glance.
 std::string typeSequence(const std::vector<client::Record>& records);
-
-// The frame of one record as the server writes it: count, type, body; written by hand.
-class FrameBuilder {
- public:
-  explicit FrameBuilder(uint8_t type) : body_{type} {}
-  FrameBuilder& i32(int32_t v);
-  FrameBuilder& f32(float v);
-  FrameBuilder& text(const std::string& s);
-  FrameBuilder& raw(const std::string& s);
-  Bytes frame() const;
-  client::Record record() const;
-
- private:
-  Bytes body_;
-};
 
 // An element set, node set or surface of one instance's members.
 odb::SetData setOf(const std::string& name, odb_Enum::odb_SetTypeEnum type,

@@ -17,7 +17,7 @@ TEST(ModelRecordDecoders, ElementTypeNamesOfAnyLength) {
                                  "ABCDEFGHIJK", "ABCDEFGHIJKLM", "ABCDEFGHIJKLMNOPQ"}) {
     std::string padded = name.size() < 8 ? name + std::string(8 - name.size(), ' ') : name;
     client::ElementRecord e =
-        client::decodeElement(FrameBuilder(4).raw(padded).i32(7).i32(2).i32(11).i32(12).record());
+        client::decodeElement(Frames(4).raw(padded).i32(7).i32(2).i32(11).i32(12).record());
     EXPECT_EQ(e.type, name);
     EXPECT_EQ(e.label, 7);
     EXPECT_EQ(e.section, 2);
@@ -27,21 +27,21 @@ TEST(ModelRecordDecoders, ElementTypeNamesOfAnyLength) {
 
 TEST(ModelRecordDecoders, ConnectorElementsCarryCountAndZeros) {
   client::ElementRecord e = client::decodeElement(
-      FrameBuilder(4).raw("CONN3D2 ").i32(1).i32(0).i32(2).i32(5).i32(6).i32(0).i32(0).record());
+      Frames(4).raw("CONN3D2 ").i32(1).i32(0).i32(2).i32(5).i32(6).i32(0).i32(0).record());
   EXPECT_TRUE(e.connector);
   EXPECT_EQ(e.nodes, (std::vector<int32_t>{5, 6}));
-  EXPECT_THROW(client::decodeElement(
-                   FrameBuilder(4).raw("CONN3D2 ").i32(1).i32(0).i32(3).i32(5).i32(0).record()),
-               DecodeError);
+  EXPECT_THROW(
+      client::decodeElement(Frames(4).raw("CONN3D2 ").i32(1).i32(0).i32(3).i32(5).i32(0).record()),
+      DecodeError);
 }
 
 TEST(ModelRecordDecoders, MaterialElasticPresenceFollowsTheBody) {
   client::MaterialRecord plain =
-      client::decodeMaterial(FrameBuilder(17).text("M").f32(2).i32(0).i32(1).record());
+      client::decodeMaterial(Frames(17).text("M").f32(2).i32(0).i32(1).record());
   EXPECT_FALSE(plain.hasElastic);
   EXPECT_TRUE(plain.acoustic);
   // An elastic behaviour with an empty type name still carries its values.
-  FrameBuilder f(17);
+  Frames f(17);
   f.text("E").f32(0).text("");
   for (int i = 0; i < 6; ++i) f.f32(float(i));
   client::MaterialRecord empty = client::decodeMaterial(
@@ -50,22 +50,21 @@ TEST(ModelRecordDecoders, MaterialElasticPresenceFollowsTheBody) {
   EXPECT_TRUE(empty.hasFailStress);
   EXPECT_FALSE(empty.hasFailStrain);
   EXPECT_EQ(empty.failStress.back(), 7.f);
-  EXPECT_THROW(client::decodeMaterial(FrameBuilder(17).text("M").f32(2).i32(0).i32(7).record()),
+  EXPECT_THROW(client::decodeMaterial(Frames(17).text("M").f32(2).i32(0).i32(7).record()),
                DecodeError);
 }
 
 TEST(ModelRecordDecoders, MalformedBodiesAreRejected) {
-  EXPECT_THROW(client::decodeNode(FrameBuilder(3).i32(1).record()), DecodeError);
-  EXPECT_THROW(client::decodeSection(FrameBuilder('$').i32(1).text("S").i32(-6).record()),
+  EXPECT_THROW(client::decodeNode(Frames(3).i32(1).record()), DecodeError);
+  EXPECT_THROW(client::decodeSection(Frames('$').i32(1).text("S").i32(-6).record()), DecodeError);
+  EXPECT_THROW(client::decodeSection(Frames('$').i32(1).text("S").i32(0).i32(0).record()),
                DecodeError);
-  EXPECT_THROW(client::decodeSection(FrameBuilder('$').i32(1).text("S").i32(0).i32(0).record()),
-               DecodeError);
-  FrameBuilder big(8);
+  Frames big(8);
   for (int i = 0; i < 31; ++i) big.i32(i);
   EXPECT_THROW(client::decodeLabelBlock(big.record()), DecodeError);
-  EXPECT_THROW(client::decodeFaceBlock(FrameBuilder(10).i32(1).record()), DecodeError);
-  EXPECT_THROW(client::decodeSetEnd(FrameBuilder(11).i32(0).record()), DecodeError);
-  EXPECT_THROW(client::decodeTitle(FrameBuilder(2).text("x").record()), DecodeError);
+  EXPECT_THROW(client::decodeFaceBlock(Frames(10).i32(1).record()), DecodeError);
+  EXPECT_THROW(client::decodeSetEnd(Frames(11).i32(0).record()), DecodeError);
+  EXPECT_THROW(client::decodeTitle(Frames(2).text("x").record()), DecodeError);
 }
 
 }  // namespace

@@ -52,9 +52,9 @@ TEST(SectionRecords, NumberedAndSentInNameOrder) {
                                         section("Alu", kseO_MEMBRANE, "ALU")});
   std::vector<Bytes> got = framesOfType(m, kRecSection);
   ASSERT_EQ(got.size(), 3u);
-  EXPECT_EQ(got[0], FrameBuilder('$').i32(1).text("Alu").i32(-9).text("ALU").i32(0).frame());
-  EXPECT_EQ(got[1], FrameBuilder('$').i32(5).text("P5").i32(-6).text("STEEL").i32(0).frame());
-  EXPECT_EQ(got[2], FrameBuilder('$').i32(2).text("Steel").i32(-7).text("STEEL").i32(0).frame());
+  EXPECT_EQ(got[0], Frames('$').i32(1).text("Alu").i32(-9).text("ALU").i32(0).bytes());
+  EXPECT_EQ(got[1], Frames('$').i32(5).text("P5").i32(-6).text("STEEL").i32(0).bytes());
+  EXPECT_EQ(got[2], Frames('$').i32(2).text("Steel").i32(-7).text("STEEL").i32(0).bytes());
 }
 
 TEST(SectionRecords, KindsWithTheirData) {
@@ -69,14 +69,13 @@ TEST(SectionRecords, KindsWithTheirData) {
   std::vector<Bytes> got = framesOfType(m, kRecSection);
   // Name order: BEAM 1, COH 2, GASK 3, MASS 4, ODD 5, Section- 6, Section-SHELL 7.
   ASSERT_EQ(got.size(), 7u);
-  EXPECT_EQ(got[0], FrameBuilder('$').i32(1).text("BEAM").i32(0).frame());
-  EXPECT_EQ(got[1], FrameBuilder('$').i32(2).text("COH").i32(-11).text("C").i32(0).frame());
-  EXPECT_EQ(got[2], FrameBuilder('$').i32(3).text("GASK").i32(-10).text("G").i32(0).frame());
-  EXPECT_EQ(got[3], FrameBuilder('$').i32(4).text("MASS").i32(-4).f32(2.5f).i32(0).frame());
-  EXPECT_EQ(got[4], FrameBuilder('$').i32(5).text("ODD").i32(0).frame());
-  EXPECT_EQ(got[5], FrameBuilder('$').i32(6).text("Section-").i32(-8).text("R").i32(0).frame());
-  EXPECT_EQ(got[6],
-            FrameBuilder('$').i32(7).text("SHELL").i32(-5).f32(1.5f).text("AL").i32(0).frame());
+  EXPECT_EQ(got[0], Frames('$').i32(1).text("BEAM").i32(0).bytes());
+  EXPECT_EQ(got[1], Frames('$').i32(2).text("COH").i32(-11).text("C").i32(0).bytes());
+  EXPECT_EQ(got[2], Frames('$').i32(3).text("GASK").i32(-10).text("G").i32(0).bytes());
+  EXPECT_EQ(got[3], Frames('$').i32(4).text("MASS").i32(-4).f32(2.5f).i32(0).bytes());
+  EXPECT_EQ(got[4], Frames('$').i32(5).text("ODD").i32(0).bytes());
+  EXPECT_EQ(got[5], Frames('$').i32(6).text("Section-").i32(-8).text("R").i32(0).bytes());
+  EXPECT_EQ(got[6], Frames('$').i32(7).text("SHELL").i32(-5).f32(1.5f).text("AL").i32(0).bytes());
 }
 
 TEST(SectionRecords, CompositeRunsPairANumberWithTheNextLayersProperties) {
@@ -98,8 +97,8 @@ TEST(SectionRecords, CompositeRunsPairANumberWithTheNextLayersProperties) {
 
   std::vector<Bytes> got = framesOfType(m, kRecSection);
   ASSERT_EQ(got.size(), 2u);
-  EXPECT_EQ(got[0], FrameBuilder('$').i32(1).text("BARE").i32(0).frame());
-  EXPECT_EQ(got[1], FrameBuilder('$')
+  EXPECT_EQ(got[0], Frames('$').i32(1).text("BARE").i32(0).bytes());
+  EXPECT_EQ(got[1], Frames('$')
                         .i32(2)
                         .text("SKIN")
                         .i32(3)
@@ -121,7 +120,7 @@ TEST(SectionRecords, CompositeRunsPairANumberWithTheNextLayersProperties) {
                         .i32(0)
                         .f32(0.3f)
                         .f32(30.f)
-                        .frame());
+                        .bytes());
 }
 
 TEST(SectionRecords, ConnectorOrientationBlocks) {
@@ -142,7 +141,7 @@ TEST(SectionRecords, ConnectorOrientationBlocks) {
 
   std::vector<Bytes> got = framesOfType(m, kRecSection);
   ASSERT_EQ(got.size(), 3u);
-  EXPECT_EQ(got[0], FrameBuilder('$')
+  EXPECT_EQ(got[0], Frames('$')
                         .i32(1)
                         .text("ASSEMBLY_C-TWO")
                         .i32(-3)
@@ -150,17 +149,11 @@ TEST(SectionRecords, ConnectorOrientationBlocks) {
                         .text("A")
                         .text("B")
                         .i32(0)
-                        .frame());
-  EXPECT_EQ(got[1], FrameBuilder('$').i32(2).text("C-NONE").i32(-3).i32(0).i32(0).frame());
-  EXPECT_EQ(got[2], FrameBuilder('$')
-                        .i32(3)
-                        .text("C-ONE")
-                        .i32(-3)
-                        .text("C-ONE")
-                        .text("DATUM-1")
-                        .i32(0)
-                        .i32(0)
-                        .frame());
+                        .bytes());
+  EXPECT_EQ(got[1], Frames('$').i32(2).text("C-NONE").i32(-3).i32(0).i32(0).bytes());
+  EXPECT_EQ(
+      got[2],
+      Frames('$').i32(3).text("C-ONE").i32(-3).text("C-ONE").text("DATUM-1").i32(0).i32(0).bytes());
 }
 
 TEST(MaterialRecords, WithAndWithoutElasticData) {
@@ -186,8 +179,8 @@ TEST(MaterialRecords, WithAndWithoutElasticData) {
 
   std::vector<Bytes> got = framesOfType(m, kRecMaterial);
   ASSERT_EQ(got.size(), 3u);
-  EXPECT_EQ(got[0], FrameBuilder(17).text("EMPTY").f32(0.f).i32(0).i32(0).frame());
-  EXPECT_EQ(got[1], FrameBuilder(17)
+  EXPECT_EQ(got[0], Frames(17).text("EMPTY").f32(0.f).i32(0).i32(0).bytes());
+  EXPECT_EQ(got[1], Frames(17)
                         .text("FULL")
                         .f32(0.f)
                         .text("ISOTROPIC")
@@ -213,8 +206,8 @@ TEST(MaterialRecords, WithAndWithoutElasticData) {
                         .f32(7)
                         .i32(-1)
                         .i32(1)
-                        .frame());
-  EXPECT_EQ(got[2], FrameBuilder(17).text("PLAIN").f32(7.5f).i32(0).i32(0).frame());
+                        .bytes());
+  EXPECT_EQ(got[2], Frames(17).text("PLAIN").f32(7.5f).i32(0).i32(0).bytes());
 }
 
 }  // namespace

@@ -63,10 +63,7 @@ class DamagedFile : public ::testing::Test {
     odb_initializeAPI();
     good_ = odbtest::tempPath("good.odb");
     bad_ = odbtest::tempPath("bad.odb");
-    odb::Writer w(good_);
-    odb::addModel(w, odbtest::sampleModel());
-    odbtest::writeSampleResults(w);
-    w.close();
+    odbtest::writeSampleDatabase(good_);
     bytes_ = readAll(good_);
   }
   void TearDown() override {

@@ -13,17 +13,13 @@
 namespace {
 
 using odb::FieldBlockData;
-using odbtest::writeSampleResults;
 
 class ResultsRoundTrip : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     odb_initializeAPI();
     path_ = odbtest::tempPath("results.odb");
-    odb::Writer w(path_);
-    odb::addModel(w, odbtest::sampleModel());
-    writeSampleResults(w);
-    w.close();
+    odbtest::writeSampleDatabase(path_);
   }
   static void TearDownTestSuite() { std::remove(path_.c_str()); }
   void SetUp() override { odb_ = &openOdb(path_, true); }

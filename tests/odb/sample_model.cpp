@@ -124,6 +124,8 @@ odb::ModelData sampleModel() {
   return m;
 }
 
+namespace {
+
 void writeSampleResults(odb::Writer& w) {
   w.addStep({"Step-B", "loading", "*STATIC", odb_Enum::TIME, 0.0});
   w.addFrame({-1, odb_Enum::TIME, 0, 0.5, 0.0, "Increment 1"});
@@ -221,6 +223,15 @@ void writeSampleResults(odb::Writer& w) {
   harmonic.point.position = odb_Enum::WHOLE_MODEL;
   harmonic.outputs = {{"ALLIE", "", odb_Enum::SCALAR, 2, {12.5f, 3.f}, {12.5f, -1.f}}};
   w.addHistoryRegion(harmonic);
+}
+
+}  // namespace
+
+void writeSampleDatabase(const std::string& path) {
+  odb::Writer w(path);
+  odb::addModel(w, sampleModel());
+  writeSampleResults(w);
+  w.close();
 }
 
 }  // namespace odbtest

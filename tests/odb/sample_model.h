@@ -3,10 +3,6 @@
 
 #include "odb/model_data.h"
 
-namespace odb {
-class Writer;
-}
-
 namespace odbtest {
 
 // Two instances (PART-1-1 with hexahedra, PART-2-1 with a shell and a connector), assembly
@@ -14,10 +10,10 @@ namespace odbtest {
 // materials, section categories and a connector orientation.
 odb::ModelData sampleModel();
 
-// Two steps (Step-B then Step-A) with frames, field outputs of every kind (nodal and
-// integration-point blocks, double precision, local coordinate systems, section points,
-// a complex field, a matrix field) and history regions, for the model of sampleModel().
-void writeSampleResults(odb::Writer& w);
+// Writes at path the model of sampleModel() and two steps (Step-B then Step-A) with frames,
+// field outputs of every kind (nodal and integration-point blocks, double precision, local
+// coordinate systems, section points, a complex field, a matrix field) and history regions.
+void writeSampleDatabase(const std::string& path);
 
 // A unique path under the test temporary folder.
 std::string tempPath(const std::string& name);

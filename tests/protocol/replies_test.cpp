@@ -124,51 +124,30 @@ TEST_F(Replies, RawWritesAreUnframed) {
 }
 
 // A database that cannot be opened: the look-up fails quietly and each command is
-// answered with the end record alone.
-TEST_F(Replies, DatabaseCommandsOnAMissingDatabaseAnswerWithTheEndRecord) {
+// answered with the end record alone; so are the upgrade check of a missing database and
+// the commands that only set state.
+TEST_F(Replies, MissingDatabasesAndStateCommandsAnswerWithTheEndRecord) {
   const std::string db = "/nonexistent/job.odb";
-  const std::vector<std::string> lines = {"o " + db,
-                                          "c " + db,
-                                          "G " + db,
-                                          "g " + db,
-                                          "S 1 1 " + db,
-                                          "s 0 0 " + db,
-                                          "fd " + db,
-                                          "fD " + db,
-                                          "fs " + db,
-                                          "fv " + db,
-                                          "fn " + db,
-                                          "hi " + db,
-                                          "hr 1 " + db,
-                                          "irf " + db,
-                                          "irs 1 1 " + db,
-                                          "is " + db,
-                                          "rs " + db,
-                                          "rm " + db,
-                                          "rv " + db,
-                                          "rt " + db,
-                                          "rd " + db,
-                                          "rb " + db,
-                                          "rB " + db,
-                                          "rl 1 2," + db,
-                                          "rl 1 2 no comma",
-                                          "rn A.INNER:B.7:" + db,
-                                          "rn A",
-                                          "rg 1:2:" + db,
-                                          "l",
-                                          "T " + db};
+  std::vector<std::string> lines = {"rl 1 2," + db,
+                                    "rl 1 2 no comma",
+                                    "rn A.INNER:B.7:" + db,
+                                    "rn A",
+                                    "rg 1:2:" + db,
+                                    "l",
+                                    "u /nonexistent/job",
+                                    "u ",
+                                    "a 3",
+                                    "b 10 20 30 40",
+                                    "a 0",
+                                    "b 1",
+                                    "v 0",
+                                    "v 5",
+                                    "T /tmp/x"};
+  for (const char* form :
+       {"o",    "c",   "G",       "g",  "S 1 1", "s 0 0", "fd", "fD", "fs", "fv", "fn", "hi",
+        "hr 1", "irf", "irs 1 1", "is", "rs",    "rm",    "rv", "rt", "rd", "rb", "rB", "T"})
+    lines.push_back(std::string(form) + " " + db);
   for (const std::string& line : lines) {
-    EXPECT_EQ(server_->request(line).wireBytes(), kEnd) << line;
-  }
-}
-
-TEST_F(Replies, UpgradeCheckOfAMissingDatabaseIsOneEndRecord) {
-  EXPECT_EQ(server_->request("u /nonexistent/job").wireBytes(), kEnd);
-  EXPECT_EQ(server_->request("u ").wireBytes(), kEnd);
-}
-
-TEST_F(Replies, StateCommandsAnswerWithTheEndRecord) {
-  for (const char* line : {"a 3", "b 10 20 30 40", "a 0", "b 1", "v 0", "v 5", "T /tmp/x"}) {
     EXPECT_EQ(server_->request(line).wireBytes(), kEnd) << line;
   }
 }

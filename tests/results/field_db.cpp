@@ -1,37 +1,6 @@
 #include "tests/results/field_db.h"
 
-#include <unistd.h>
-
-#include <atomic>
-#include <cstdio>
-#include <cstdlib>
-
-#include "odb/odb.h"
-
 namespace odbs::test {
-
-FieldDatabase::FieldDatabase(const std::function<void(odb::Writer&)>& build) {
-  static std::atomic<int> counter{0};
-  static const bool initialized = [] {
-    odb_initializeAPI();
-    return true;
-  }();
-  (void)initialized;
-  const char* dir = std::getenv("TMPDIR");
-  path_ = std::string(dir ? dir : "/tmp") + "/field_test_" + std::to_string(getpid()) + "_" +
-          std::to_string(counter++) + ".odb";
-  {
-    odb::Writer w(path_);
-    build(w);
-    w.close();
-  }
-  ctx_.odb = &openOdb(path_, true);
-}
-
-FieldDatabase::~FieldDatabase() {
-  closeOdb(*ctx_.odb);
-  std::remove(path_.c_str());
-}
 
 odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> elements,
                                  std::vector<int32_t> points, std::vector<int32_t> nodes, int width,

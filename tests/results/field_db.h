@@ -1,30 +1,16 @@
-// Hand-made result databases for the field tests: a writer callback fills the database,
-// which is then open for the life of the object; and short builders of bulk data blocks.
+// Short builders of the result databases of the field tests (written with
+// WrittenDatabase): bulk data blocks, steps with one frame, field output descriptions.
 #pragma once
 
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "context/odb_context.h"
 #include "odb/results_data.h"
 #include "odb/writer.h"
+#include "tests/support/written_database.h"
 
 namespace odbs::test {
-
-class FieldDatabase {
- public:
-  explicit FieldDatabase(const std::function<void(odb::Writer&)>& build);
-  ~FieldDatabase();
-  FieldDatabase(const FieldDatabase&) = delete;
-  FieldDatabase& operator=(const FieldDatabase&) = delete;
-  OdbContext& context() { return ctx_; }
-  const std::string& path() const { return path_; }
-
- private:
-  std::string path_;
-  OdbContext ctx_;
-};
 
 // A single-precision block of one element type at integration points: element labels,
 // integration points and node labels (either may be empty: absent), width components per

@@ -38,7 +38,7 @@ class FieldServer : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
     // Two instances, each with a five-point shell field "T".
-    db_ = new FieldDatabase([](odb::Writer& w) {
+    db_ = new WrittenDatabase([](odb::Writer& w) {
       w.setTitle("two shells");
       w.addInstance("A").addNodes({1}, {0, 0, 0});
       w.addInstance("B").addNodes({1}, {0, 0, 0});
@@ -51,11 +51,11 @@ class FieldServer : public ::testing::Test {
   static void TearDownTestSuite() { delete db_; }
   void SetUp() override { server_ = client::test::startServer(); }
 
-  static FieldDatabase* db_;
+  static WrittenDatabase* db_;
   std::unique_ptr<client::ServerProcess> server_;
 };
 
-FieldDatabase* FieldServer::db_ = nullptr;
+WrittenDatabase* FieldServer::db_ = nullptr;
 
 TEST_F(FieldServer, FormsReachTheirPaths) {
   const std::string path = db_->path();

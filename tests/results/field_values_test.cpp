@@ -17,10 +17,10 @@ namespace {
 using Lines = std::vector<std::string>;
 
 // One frame of Step-1 holding the given fields, each with its blocks.
-FieldDatabase frameWith(
+WrittenDatabase frameWith(
     const std::vector<std::pair<odb::FieldOutputData, std::vector<odb::FieldBlockData>>>& fields,
     const std::vector<std::string>& instances = {"PART-1-1"}) {
-  return FieldDatabase([&](odb::Writer& w) {
+  return WrittenDatabase([&](odb::Writer& w) {
     w.setTitle("plate");
     for (const auto& name : instances) w.addInstance(name).addNodes({1}, {0, 0, 0});
     addStepFrame(w, "Step-1");
@@ -43,7 +43,7 @@ const Lines kEveryChange = {"% 1",        "30 C3D8 -1 -1", "31 e1 n10 p1 [1]", "
                             "34 e3 [7]",  "32 e4 p1 [8]",  "31 e5 n14 p2 [9]"};
 
 TEST(FieldValues, EveryRowOfTheRecordTable) {
-  FieldDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
+  WrittenDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
   auto recs = walk(db.context(), fieldRequest(1, 0, "E1", 1));
   ASSERT_GE(recs.size(), 2u);
   EXPECT_EQ(client::decodeTitle(recs[0]), "plate");
@@ -60,7 +60,7 @@ TEST(FieldValues, EveryRowOfTheRecordTable) {
 }
 
 TEST(FieldValues, SetOfPlacesOnlyWhenRequestDefined) {
-  FieldDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
+  WrittenDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
   // D: the repeated place (1,1,10) is not sent again.
   Lines defined = kEveryChange;
   defined.erase(defined.begin() + 3);
@@ -79,7 +79,7 @@ TEST(FieldValues, ComplexDoubleBlockWithoutPointsOrNodes) {
   b.dataDouble = {1.5, 2.25, 0.1, 4};
   b.conjugateDataDouble = {-0.5, 0.125, 3, -1};
   b.elementLabels = {7, 8};
-  FieldDatabase db = frameWith({{fieldOf("UC", odb_Enum::VECTOR, {"U1", "U2"}, true), {b}}});
+  WrittenDatabase db = frameWith({{fieldOf("UC", odb_Enum::VECTOR, {"U1", "U2"}, true), {b}}});
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "UC", 1))),
             (Lines{"% 16", "30 CONTINUU -1 -1", "31 e7 n-1 p0 [1.5 2.25 -0.5 0.125]",
                    "34 e8 [0.1 4 3 -1]"}));
@@ -98,7 +98,7 @@ TEST(FieldValues, OrientationsOnlyForUpperCase) {
   odb::FieldBlockData wide = elementBlock("S4", {3}, {1}, {}, 1, {7});
   wide.localCsys = {1, 2, 3, 4, 5};  // width 5: no orientation record
   wide.csysWidth = 5;
-  FieldDatabase db = frameWith({{fieldOf("SF", odb_Enum::SCALAR, {"SF"}), {b, wide}}});
+  WrittenDatabase db = frameWith({{fieldOf("SF", odb_Enum::SCALAR, {"SF"}), {b, wide}}});
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "SF", 1, false, true))),
             (Lines{"% 1", "30 S4 -1 -1", "' [1 0 0 0 1 0]", "31 e1 n-1 p1 [5]", "' [1 0 0 0 1 0]",
                    "34 e2 [6]", "30 S4 -1 -1", "34 e3 [7]"}));
@@ -124,8 +124,8 @@ TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
                                            namedShellAt(4), namedShellAt(5), solid};
   std::vector<odb::FieldBlockData> four = {namedShellAt(1), namedShellAt(2), namedShellAt(3),
                                            namedShellAt(4)};
-  FieldDatabase db = frameWith({{fieldOf("T5", odb_Enum::SCALAR, {"T"}), five},
-                                {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
+  WrittenDatabase db = frameWith({{fieldOf("T5", odb_Enum::SCALAR, {"T"}), five},
+                                  {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
   // Blocks without section points first; then the middle point 3 of elements 1 and 2. The
   // remembered place and data class carry over from the first pass to the second.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T5", 1))),
@@ -141,7 +141,7 @@ TEST(FieldValues, MidSurfaceSumIsRoundedBeforeHalving) {
   odb::FieldBlockData a = namedShellAt(1, {1}), b = namedShellAt(2, {1});
   a.data = {3e38f};
   b.data = {3e38f};
-  FieldDatabase db = frameWith({{fieldOf("T", odb_Enum::SCALAR, {"T"}), {a, b}}});
+  WrittenDatabase db = frameWith({{fieldOf("T", odb_Enum::SCALAR, {"T"}), {a, b}}});
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 1))),
             (Lines{"% 1", "30 S4R 1 1", "31 e1 n-1 p1 [inf]"}));
 }
@@ -150,7 +150,7 @@ TEST(FieldValues, InstanceRecordsOnlyForSeveralInstances) {
   odb::FieldBlockData a = elementBlock("C3D8", {1}, {1}, {}, 1, {1}, "PART-A");
   odb::FieldBlockData b = elementBlock("C3D8", {1}, {1}, {}, 1, {2}, "PART-B");
   odb::FieldBlockData a2 = elementBlock("C3D4", {5}, {1}, {}, 1, {3}, "PART-A");
-  FieldDatabase two =
+  WrittenDatabase two =
       frameWith({{fieldOf("E", odb_Enum::SCALAR, {"E"}), {a, b, a2}}}, {"PART-A", "PART-B"});
   const Lines both = {"H PART-A",      "% 1",    "30 C3D8 -1 -1", "31 e1 n-1 p1 [1]", "H PART-B",
                       "30 C3D8 -1 -1", "21 [2]", "H PART-A",      "30 C3D4 -1 -1",    "34 e5 [3]"};
@@ -159,7 +159,7 @@ TEST(FieldValues, InstanceRecordsOnlyForSeveralInstances) {
   EXPECT_EQ(describe(walk(two.context(), fieldRequest(1, 0, "E", 1, true))), both);
   EXPECT_EQ(describe(walk(two.context(), fieldRequest(1, 0, "E", 0, true))), both);
 
-  FieldDatabase one = frameWith({{fieldOf("E", odb_Enum::SCALAR, {"E"}), {a, a2}}}, {"PART-A"});
+  WrittenDatabase one = frameWith({{fieldOf("E", odb_Enum::SCALAR, {"E"}), {a, a2}}}, {"PART-A"});
   EXPECT_EQ(describe(walk(one.context(), fieldRequest(1, 0, "E", 0))),
             (Lines{"% 1", "30 C3D8 -1 -1", "31 e1 n-1 p1 [1]", "30 C3D4 -1 -1", "34 e5 [3]"}));
 }
@@ -172,7 +172,7 @@ TEST(FieldValues, BlocksWithoutElementLabelsAreSkipped) {
   nodal.width = 3;
   nodal.data = {1, 2, 3};
   nodal.nodeLabels = {1};
-  FieldDatabase db = frameWith({{fieldOf("U", odb_Enum::VECTOR, {"U1", "U2", "U3"}), {nodal}}});
+  WrittenDatabase db = frameWith({{fieldOf("U", odb_Enum::VECTOR, {"U1", "U2", "U3"}), {nodal}}});
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "U", 1))), Lines{});
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "U", 0))), Lines{});
 }

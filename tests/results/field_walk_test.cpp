@@ -22,8 +22,8 @@ using Lines = std::vector<std::string>;
 
 // Field "T" of a shell: element 1 with section points 1..5, element 2 with 1..3; and a
 // solid element 9 without section points. Field "MATRIX Sqqx" is an ordinary scalar.
-FieldDatabase shells() {
-  return FieldDatabase([](odb::Writer& w) {
+WrittenDatabase shells() {
+  return WrittenDatabase([](odb::Writer& w) {
     w.setTitle("shells");
     w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
     addStepFrame(w, "Step-1");
@@ -37,7 +37,7 @@ FieldDatabase shells() {
 }
 
 TEST(FieldWalk, SectionPointPairOfRl) {
-  FieldDatabase db = shells();
+  WrittenDatabase db = shells();
   // rl 5 1: blocks of points 5 (first of the pair: tag 1) and 1 (tag 2), and the solid.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 0, false, false, {5, 1}))),
             (Lines{"% 1", "30 S4R 2 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 S4R 1 5",
@@ -45,7 +45,7 @@ TEST(FieldWalk, SectionPointPairOfRl) {
 }
 
 TEST(FieldWalk, EverySectionPointOfRvAndRs) {
-  FieldDatabase db = shells();
+  WrittenDatabase db = shells();
   // The place is remembered across blocks: element 1 at point 1 again after block 4 is 21.
   const Lines all = {"% 1",        "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]",
                      "30 S4R 2 2", "34 e1 [21]", "34 e2 [22]",        "30 S4R 3 3",
@@ -56,7 +56,7 @@ TEST(FieldWalk, EverySectionPointOfRvAndRs) {
 }
 
 TEST(FieldWalk, SurfacesOfRtAndRb) {
-  FieldDatabase db = shells();
+  WrittenDatabase db = shells();
   // Lowest point of both elements: 1.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -2))),
             (Lines{"% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 C3D8 -1 -1",
@@ -68,7 +68,7 @@ TEST(FieldWalk, SurfacesOfRtAndRb) {
 }
 
 TEST(FieldWalk, EarlyEnds) {
-  FieldDatabase db = shells();
+  WrittenDatabase db = shells();
   // Step 0 and a field that the frame does not hold: title and analysis code only.
   EXPECT_EQ(walk(db.context(), fieldRequest(0, 0, "T", 0)).size(), 2u);
   EXPECT_EQ(walk(db.context(), fieldRequest(1, 0, "S", 0)).size(), 2u);
@@ -91,8 +91,8 @@ TEST(FieldWalk, EarlyEnds) {
 // fields (order 3) and whose frames 1..3 are modes 1..3 with "S" at two integration points
 // of element 4. Mode k has S11 = k at point 1 and 2k at point 2, nothing else. scale
 // multiplies every stress.
-FieldDatabase modes(float scale) {
-  return FieldDatabase([scale](odb::Writer& w) {
+WrittenDatabase modes(float scale) {
+  return WrittenDatabase([scale](odb::Writer& w) {
     w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
     addStepFrame(w, "Static");
     odb::StepData s;
@@ -128,7 +128,7 @@ FieldDatabase modes(float scale) {
 }
 
 TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
-  FieldDatabase db = modes(1.f);
+  WrittenDatabase db = modes(1.f);
   ResultCache cache;
   // q = s^T M s with s = (1, 2, 3): 1 + 8 + 9 + 2 (0.5 * 2 + 0 * 3 + 0.25 * 6) = 23; with
   // s doubled, 92.
@@ -142,7 +142,7 @@ TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
 
   // The cache is keyed by block index alone: another database with the same shapes gets
   // the stresses of the first until the cache is emptied (command C).
-  FieldDatabase other = modes(2.f);
+  WrittenDatabase other = modes(2.f);
   auto recs = walk(other.context(), fieldRequest(2, 0, "MATRIX RSqq", 0), &cache);
   EXPECT_EQ(describe(recs),
             (Lines{"31 e4 n-1 p1 [" + std::to_string(std::sqrt(23.f)).substr(0, 7) + "]",

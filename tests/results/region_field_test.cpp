@@ -19,8 +19,8 @@ using Lines = std::vector<std::string>;
 // SOLID, node 10 in node set NS. Pair 1 "CP" (contact) couples SURF and TOP, pair 2 "TIE1"
 // (tie) NS and SOLID. Field T: the value of element e at point sp is 10 sp + e, 100 for
 // the solid; field U: nodal, 1 to 4 at nodes 10 to 13.
-FieldDatabase regions() {
-  return FieldDatabase([](odb::Writer& w) {
+WrittenDatabase regions() {
+  return WrittenDatabase([](odb::Writer& w) {
     w.setTitle("regions");
     odb::EntityWriter part = w.addInstance("PART-1-1");
     part.addNodes({10, 11, 12, 13}, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
@@ -78,7 +78,7 @@ Lines reply(OdbContext& ctx, const RequestParams& p, const RegionRequest& r) {
 }
 
 TEST(RegionFieldByName, PairNameGivesBothSurfacesWithEverySectionPoint) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("CP", 0)),
             (Lines{"` 1 0 3 SURF PART-1-1 CP 1",
                    "% 1",
@@ -103,7 +103,7 @@ TEST(RegionFieldByName, PairNameGivesBothSurfacesWithEverySectionPoint) {
 }
 
 TEST(RegionFieldByName, SuffixCodes) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   // .INNER (-1): the lowest point; .OUTER (-2): the highest (3 for element 2).
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("TOP", -1, "SURF", -2)),
             (Lines{"` 1 -1 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]",
@@ -120,7 +120,7 @@ TEST(RegionFieldByName, SuffixCodes) {
 }
 
 TEST(RegionFieldByName, NodalBlocksTakeTheRegionsNodes) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   // A node set its own nodes; an element set the nodes of its elements.
   EXPECT_EQ(
       reply(db.context(), request(1, 0, "U"), byName("NS", 0, "SOLID", 0)),
@@ -129,7 +129,7 @@ TEST(RegionFieldByName, NodalBlocksTakeTheRegionsNodes) {
 }
 
 TEST(RegionFieldByName, UnknownNamesAndMissingB) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   EXPECT_EQ(reply(db.context(), request(0, 0, "T"), byName("NOPE", 0, "TOP", 0)),
             (Lines{"| Unknown region: NOPE", "` 2 0 2 TOP PART-1-1 - 0"}));
   // A set without B: region A alone.
@@ -138,7 +138,7 @@ TEST(RegionFieldByName, UnknownNamesAndMissingB) {
 }
 
 TEST(RegionFieldByNumber, PairNumbers) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   // rg 2: both regions of pair 2; rg 1:2: the first of pair 1, the second of pair 2.
   EXPECT_EQ(reply(db.context(), request(0, 0, "T"), byNumber(2)),
             (Lines{"` 1 0 1 NS PART-1-1 TIE1 2", "` 2 0 2 SOLID PART-1-1 TIE1 2"}));
@@ -151,7 +151,7 @@ TEST(RegionFieldByNumber, PairNumbers) {
 }
 
 TEST(RegionFieldEarlyEnds, StepFrameAndField) {
-  FieldDatabase db = regions();
+  WrittenDatabase db = regions();
   // A field that the frame does not hold: the region records alone.
   EXPECT_EQ(reply(db.context(), request(1, 0, "S"), byNumber(1)),
             (Lines{"` 1 0 3 SURF PART-1-1 CP 1", "` 2 0 2 TOP PART-1-1 CP 1"}));

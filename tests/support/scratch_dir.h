@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -25,9 +26,15 @@ class ScratchDir {
   ScratchDir(const ScratchDir&) = delete;
   ScratchDir& operator=(const ScratchDir&) = delete;
 
-  const std::string& dir() const { return dir_; }
-  // The path of name inside the folder.
-  std::string path(const std::string& name) const { return dir_ + "/" + name; }
+  // The folder itself, or the path of name inside it.
+  std::string path(const std::string& name = "") const {
+    return name.empty() ? dir_ : dir_ + "/" + name;
+  }
+  // Writes content to the file name inside the folder and returns its path.
+  std::string write(const std::string& name, const std::string& content) const {
+    std::ofstream(path(name), std::ios::binary) << content;
+    return path(name);
+  }
 
  private:
   std::string dir_;

@@ -6,6 +6,8 @@
 #include <limits>
 #include <sstream>
 
+#include "tools/common/xml_text.h"
+
 namespace odbs::cli {
 
 namespace {
@@ -14,30 +16,6 @@ const char* const kColors[] = {"#1f77b4", "#d62728", "#2ca02c", "#ff7f0e", "#946
                                "#8c564b", "#e377c2", "#7f7f7f", "#bcbd22", "#17becf"};
 
 constexpr size_t kMarkedPoints = 60;
-
-std::string escape(const std::string& s) {
-  std::string out;
-  for (char c : s) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        // Control characters are not allowed in XML 1.0 text.
-        out += static_cast<unsigned char>(c) < 0x20 ? ' ' : c;
-    }
-  }
-  return out;
-}
 
 std::string tickText(double v, double step) {
   if (std::fabs(v) < step * 1e-9) v = 0;  // -0 and rounding noise at zero
@@ -115,7 +93,7 @@ std::string renderSvgPlot(const std::vector<PlotSeries>& series, const PlotOptio
       << "\" font-family=\"sans-serif\" font-size=\"12\">\n"
       << "<rect width=\"100%\" height=\"100%\" fill=\"white\"/>\n";
   svg << "<text x=\"" << o.width / 2 << "\" y=\"24\" text-anchor=\"middle\" font-size=\"15\">"
-      << escape(o.title) << "</text>\n";
+      << tools::xmlEscape(o.title) << "</text>\n";
   svg << "<g stroke=\"#dddddd\">\n";
   for (double t : xt)
     svg << "<line x1=\"" << px(t) << "\" y1=\"" << top << "\" x2=\"" << px(t) << "\" y2=\""
@@ -132,9 +110,9 @@ std::string renderSvgPlot(const std::vector<PlotSeries>& series, const PlotOptio
     svg << "<text x=\"" << left - 6 << "\" y=\"" << py(t) + 4 << "\" text-anchor=\"end\">"
         << tickText(t, yStep) << "</text>\n";
   svg << "<text x=\"" << left + pw / 2 << "\" y=\"" << top + ph + 36 << "\" text-anchor=\"middle\">"
-      << escape(o.xLabel) << "</text>\n";
+      << tools::xmlEscape(o.xLabel) << "</text>\n";
   svg << "<text transform=\"translate(16," << top + ph / 2
-      << ") rotate(-90)\" text-anchor=\"middle\">" << escape(o.yLabel) << "</text>\n";
+      << ") rotate(-90)\" text-anchor=\"middle\">" << tools::xmlEscape(o.yLabel) << "</text>\n";
 
   for (size_t k = 0; k < series.size(); ++k) {
     const PlotSeries& s = series[k];
@@ -158,7 +136,7 @@ std::string renderSvgPlot(const std::vector<PlotSeries>& series, const PlotOptio
     double ly = top + ph + 50 + legendLine * static_cast<double>(k);
     svg << "<line x1=\"" << left << "\" y1=\"" << ly << "\" x2=\"" << left + 24 << "\" y2=\"" << ly
         << "\" stroke=\"" << color << "\" stroke-width=\"2\"/>\n"
-        << "<text x=\"" << left + 30 << "\" y=\"" << ly + 4 << "\">" << escape(s.label)
+        << "<text x=\"" << left + 30 << "\" y=\"" << ly + 4 << "\">" << tools::xmlEscape(s.label)
         << "</text>\n";
   }
   svg << "</svg>\n";

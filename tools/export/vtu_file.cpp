@@ -92,33 +92,6 @@ size_t DataArray::valueCount() const {
   return 0;
 }
 
-std::string xmlEscape(const std::string& text) {
-  std::string out;
-  for (char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      case '-':
-        // "--" may not appear inside an XML comment.
-        out += (!out.empty() && out.back() == '-') ? " -" : "-";
-        break;
-      default:
-        out += (static_cast<unsigned char>(c) < 0x20) ? ' ' : c;
-    }
-  }
-  return out;
-}
-
 void writeVtu(const VtuGrid& g, const std::string& path) {
   std::ostringstream xml;
   Appender data;

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "tools/common/xml_text.h"
+
 namespace odbs::exporter {
 
 // A named array of tuples. Exactly one of the value vectors is used, by `kind`.
@@ -50,6 +52,8 @@ struct VtuGrid {
 void writeVtu(const VtuGrid& grid, const std::string& path);
 
 // Text with the characters XML reserves in attributes and comments made harmless.
-std::string xmlEscape(const std::string& text);
+inline std::string xmlEscape(const std::string& text) {
+  return tools::xmlEscape(text, tools::XmlDashes::kCommentSafe);
+}
 
 }  // namespace odbs::exporter

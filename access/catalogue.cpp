@@ -11,56 +11,12 @@
 #include "access/catalogue_base.h"
 #include "access/catalogue_file.h"
 #include "access/database_book.h"
+#include "access/frame_records.h"
 #include "odb/odb.h"
 
 namespace odbs {
 
 namespace {
-
-// Longest text that the catalogue sends in one field: keeps every mirrored line, escaped,
-// within the line limit of the cache file, so a replay is byte for byte the same.
-constexpr size_t kMaxText = 4000;
-// The step text of record 12 (name, 0x01, description) is composed in a 200-byte area.
-constexpr size_t kMaxStepText = 199;
-
-// Clears the base name when one f is done, however it ends. Until then the watchdog can
-// still find the companions of a file being written.
-struct BaseNameClearer {
-  ~BaseNameClearer() { clearCatalogueBaseName(); }
-};
-
-std::string cut(const std::string& s, size_t n) {
-  return s.size() > n ? s.substr(0, n) : s;
-}
-
-// Texts of record 14: the step's domain as a word and the step's name.
-const char* domainWord(int domain) {
-  switch (domain) {
-    case odb_Enum::TIME:
-      return "TIME";
-    case odb_Enum::FREQUENCY:
-      return "FREQUENCY";
-    case odb_Enum::ARC_LENGTH:
-      return "ARC_LENGTH";
-    case odb_Enum::MODAL:
-      return "MODAL";
-    default:
-      return "";
-  }
-}
-
-// The values of one frame's four records, as they are sent and mirrored.
-struct FrameRecords {
-  int32_t stepNumber = 0;
-  double totalTime = 0;
-  std::string stepText;  // name, 0x01, description
-  std::string procedure;
-  std::string text1, text2;
-  int32_t frameIndex = 0, domain = 0, mode = 0;
-  double frameValue = 0, frequency = 0;
-  int32_t entry1 = 0, entry2 = 0;
-  std::string description;
-};
 
 // Framed records gathered in memory: a replayed reply is composed whole before its first
 // byte is written. Kept in blocks, so that growing never copies what is already there.
@@ -87,23 +43,6 @@ class ReplyImage {
   static constexpr size_t kBlockSize = 1 << 20;
   std::vector<std::string> blocks_;
 };
-
-// Composes the records of one frame into out: the pending buffer or a reply image.
-template <typename Out>
-void queueFrame(const FrameRecords& f, Out& out) {
-  out.queue(RecordBuilder(kRecStep).i32(f.stepNumber).f64(f.totalTime).text(f.stepText));
-  out.queue(RecordBuilder(kRecProcedure).text(f.procedure));
-  out.queue(RecordBuilder(kRecStepTexts).text(f.text1).text(f.text2));
-  out.queue(RecordBuilder(kRecFrame)
-                .i32(f.frameIndex)
-                .i32(f.domain)
-                .i32(f.mode)
-                .f64(f.frameValue)
-                .f64(f.frequency)
-                .i32(f.entry1)
-                .i32(f.entry2)
-                .text(f.description));
-}
 
 void mirrorFrame(const FrameRecords& f, CatalogueWriter& w) {
   w.integer(f.stepNumber);
@@ -159,7 +98,7 @@ bool replay(CatalogueReader& r, ReplyChannel& out) {
 
 // Walks every frame of every step, sending and mirroring its records.
 void build(odb_Odb& odb, DatabaseRecord* record, CatalogueWriter& w, ReplyChannel& out) {
-  std::string title = cut(odb.analysisTitle(), kMaxText);
+  std::string title = catalogueTitle(odb);
   int32_t code = odb.jobData().analysisCode() - 1;
   out.send(RecordBuilder(kRecTitle).text(title));
   out.send(RecordBuilder(kRecAnalysisCode).i32(code));
@@ -176,22 +115,9 @@ void build(odb_Odb& odb, DatabaseRecord* record, CatalogueWriter& w, ReplyChanne
     entries.push_back(entry);
 
     FrameRecords f;
-    f.stepNumber = entry.stepNumber;
-    f.totalTime = step.totalTime();
-    f.stepText = cut(step.name() + '\x01' + step.description(), kMaxStepText);
-    f.procedure = cut(step.procedure(), kMaxText);
-    f.text1 = domainWord(step.domain());
-    f.text2 = cut(step.name(), kMaxText);
-    f.entry1 = entry.stepNumber;
-    f.entry2 = entry.frameCount - 1;
+    setStepFields(step, entry.stepNumber, entry.frameCount, &f);
     for (int i = 0; i < frames.size(); ++i) {
-      const odb_Frame& frame = frames[i];
-      f.frameIndex = frame.frameIndex();
-      f.domain = frame.domain();
-      f.mode = frame.mode();
-      f.frameValue = frame.frameValue();
-      f.frequency = frame.frequency();
-      f.description = cut(frame.description(), kMaxText);
+      setFrameFields(frames[i], &f);
       queueFrame(f, out);
       mirrorFrame(f, w);
     }

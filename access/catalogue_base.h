@@ -12,4 +12,13 @@ std::string catalogueBaseName();
 // Forgets the base name: every f that is to use a catalogue needs its own T.
 void clearCatalogueBaseName();
 
+// Clears the base name when one f is done, however it ends. Until then the watchdog can
+// still find the companions of a file being written.
+struct BaseNameClearer {
+  BaseNameClearer() = default;
+  BaseNameClearer(const BaseNameClearer&) = delete;
+  BaseNameClearer& operator=(const BaseNameClearer&) = delete;
+  ~BaseNameClearer() { clearCatalogueBaseName(); }
+};
+
 }  // namespace odbs

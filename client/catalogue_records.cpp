@@ -45,7 +45,26 @@ FrameRecord decodeFrame(const RecordView& rec) {
   return f;
 }
 
+StepCountsRecord decodeStepCounts(const RecordView& rec) {
+  expectType(rec, kRecStepCounts, "step counts");
+  ByteReader r = rec.reader();
+  StepCountsRecord c;
+  expectFields(r.getI32(&c.stepNumber) && r.getI32(&c.frames) && r.getI32(&c.fieldFrames) &&
+                   r.getI32(&c.historySamples) && r.getI32(&c.selected),
+               r, rec, "step counts");
+  return c;
+}
+
 void addCatalogueRecords(RecordCatalog& catalog) {
+  catalog.add("f", kRecStepCounts, [](const RecordView& rec) {
+    StepCountsRecord c = decodeStepCounts(rec);
+    return DescribedRecord{"step-counts",
+                           {{"step", int64_t{c.stepNumber}},
+                            {"frames", int64_t{c.frames}},
+                            {"fieldFrames", int64_t{c.fieldFrames}},
+                            {"historySamples", int64_t{c.historySamples}},
+                            {"selected", int64_t{c.selected}}}};
+  });
   catalog.add("f", kRecStep, [](const RecordView& rec) {
     StepRecord s = decodeStep(rec);
     return DescribedRecord{"step",

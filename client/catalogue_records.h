@@ -41,6 +41,12 @@ struct FrameRecord {
 };
 FrameRecord decodeFrame(const RecordView& rec);
 
+// 16 (fs, fv): the counts of one step.
+struct StepCountsRecord {
+  int32_t stepNumber = 0, frames = 0, fieldFrames = 0, historySamples = 0, selected = 0;
+};
+StepCountsRecord decodeStepCounts(const RecordView& rec);
+
 // Registers the describers of records 12 to 15 for replies to f.
 void addCatalogueRecords(RecordCatalog& catalog);
 

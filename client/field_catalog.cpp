@@ -44,6 +44,17 @@ void addFieldRecords(RecordCatalog& c) {
     std::array<float, 6> o = decodeOrientation(r);
     return DescribedRecord{"orientation", {{"rows", std::vector<double>(o.begin(), o.end())}}};
   });
+  c.add("r", kRecRegion, [](const RecordView& r) {
+    RegionRecord g = decodeRegion(r);
+    return DescribedRecord{"region",
+                           {{"side", int64_t{g.side}},
+                            {"code", int64_t{g.code}},
+                            {"kind", int64_t{g.kind}},
+                            {"name", g.name},
+                            {"instance", g.instance},
+                            {"pair", g.pair},
+                            {"pairKind", int64_t{g.pairKind}}}};
+  });
   for (uint8_t type :
        {kRecValueSamePlace, kRecValueNewNode, kRecValueNewPoint, kRecValueNewPointNode,
         kRecValueNewAll, kRecValueNewElementPoint, kRecValueNewElementNode, kRecValueNewElement})

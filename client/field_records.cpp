@@ -78,6 +78,16 @@ FieldValueRecord decodeFieldValue(const RecordView& rec) {
   return v;
 }
 
+RegionRecord decodeRegion(const RecordView& rec) {
+  expectType(rec, kRecRegion, "region");
+  ByteReader r = rec.reader();
+  RegionRecord g;
+  expectFields(r.getI32(&g.side) && r.getI32(&g.code) && r.getI32(&g.kind) && r.getText(&g.name) &&
+                   r.getText(&g.instance) && r.getText(&g.pair) && r.getI32(&g.pairKind),
+               r, rec, "region");
+  return g;
+}
+
 void FieldReplyDecoder::add(const RecordView& rec) {
   if (isFieldValueType(rec.type)) {
     FieldValueRecord v = decodeFieldValue(rec);
@@ -114,6 +124,15 @@ void FieldReplyDecoder::add(const RecordView& rec) {
       current_.orientation = decodeOrientation(rec);
       orientationPending_ = true;
       break;
+    case kRecRegion: {
+      // A region starts the value stream afresh.
+      RegionRecord g = decodeRegion(rec);
+      current_ = FieldValueRow();
+      current_.side = g.side;
+      current_.region = g.name;
+      orientationPending_ = false;
+      break;
+    }
     default:
       break;
   }

@@ -46,7 +46,19 @@ struct FieldValueRecord {
 FieldValueRecord decodeFieldValue(const RecordView& rec);
 
 // One value of a field reply with everything the records before it said.
+// 96 (rn, rg): the region whose values follow.
+struct RegionRecord {
+  int32_t side = 0;  // 1 for A, 2 for B
+  int32_t code = 0;  // the suffix code asked for
+  int32_t kind = 0;  // 1 node set, 2 element set, 3 surface
+  std::string name, instance, pair;
+  int32_t pairKind = 0;  // 1 contact pair, 2 tie, 0 named directly
+};
+RegionRecord decodeRegion(const RecordView& rec);
+
 struct FieldValueRow {
+  int32_t side = 0;      // rn, rg: the region's side (1 A, 2 B); 0 in other replies
+  std::string region;    // rn, rg: the region's name
   std::string instance;  // empty in a single-instance database
   std::string elementType;
   int32_t surfaceTag = -1;

@@ -52,6 +52,7 @@ ModelData readModel(const odb_Odb& odbc) {
     d.csys2 = c.csys2().name();
     m.connectorOrientations.push_back(d);
   }
+  m.regionPairs = odb.regionPairs();
   m.sectionCategories = odb::loadSectionCategories(odb.source()->file.root());
   auto& sections = static_cast<kseO_ApiExtension&>(odb.extendApi(odb_Enum::SECTION_API));
   for (kseO_SectionContainerIT it(sections.sections()); !it.isDone(); it.next())

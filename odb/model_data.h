@@ -127,6 +127,17 @@ struct ConnectorOrientationData {
   std::string csys2;
 };
 
+// What couples the two regions of a region pair.
+enum RegionPairKind : int32_t { kContactPair = 1, kTie = 2 };
+
+// Two regions that the solver couples (a contact pair, a tie): the names of its first
+// (slave) and second (master) surface or set, as the root assembly or an instance holds them.
+struct RegionPairData {
+  std::string name;
+  int32_t kind = kContactPair;  // a RegionPairKind
+  std::string first, second;
+};
+
 // One part instance, or the root assembly's own nodes, elements, sets and assignments.
 struct EntityData {
   std::string name;
@@ -149,6 +160,7 @@ struct ModelData {
   std::vector<SectionData> sections;
   std::vector<MaterialData> materials;
   std::vector<ConnectorOrientationData> connectorOrientations;
+  std::vector<RegionPairData> regionPairs;  // in the order the solver defined them
 };
 
 }  // namespace odb

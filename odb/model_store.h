@@ -52,6 +52,10 @@ void storeConnectorOrientations(const h5::Group& assembly,
                                 const std::vector<ConnectorOrientationData>& v);
 std::vector<ConnectorOrientationData> loadConnectorOrientations(const h5::Group& assembly);
 
+// Region pairs: an optional group of the root assembly (absent: none).
+void storeRegionPairs(const h5::Group& assembly, const std::vector<RegionPairData>& v);
+std::vector<RegionPairData> loadRegionPairs(const h5::Group& assembly);
+
 void storeNodes(const h5::Group& entity, const NodeData& n);
 NodeData loadNodes(const h5::Group& entity);
 void storeElements(const h5::Group& entity, const ElementData& e);

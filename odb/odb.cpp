@@ -114,6 +114,9 @@ odb_Odb::odb_Odb(const std::string& path, bool readOnly, bool allowOldVersion)
         a.getStringOr(odb::name::kName, "ASSEMBLY"),
         odb::lazyEntityParts(src_, odb::name::kAssembly, categories_), std::move(instances),
         std::move(orientations));
+    regionPairs_ = odb::Lazy<std::vector<odb::RegionPairData>>(
+        std::function<std::vector<odb::RegionPairData>()>(
+            [s] { return odb::loadRegionPairs(s->group(odb::name::kAssembly)); }));
     steps_ = odb::Lazy<odb_StepRepository>(
         std::function<odb_StepRepository()>([s] { return odb::loadSteps(s); }));
   } catch (const std::out_of_range& e) {

@@ -101,6 +101,8 @@ class odb_Odb {
   // odb_Enum::SECTION_API gives a kseO_ApiExtension, MATERIAL_API a kmaO_ApiExtension;
   // the object lives as long as the database. Another type throws std::invalid_argument.
   odb_ApiExtension& extendApi(int apiType);
+  // Region pairs (contact pairs, ties) in the order they were defined; loaded on first use.
+  const std::vector<odb::RegionPairData>& regionPairs() const { return regionPairs_.get(); }
   // Steps in the order they were written.
   const odb_StepRepository& steps() const { return steps_.get(); }
 
@@ -123,6 +125,7 @@ class odb_Odb {
   std::unique_ptr<odb_Assembly> assembly_;
   std::unique_ptr<kseO_ApiExtension> sectionApi_;
   std::unique_ptr<kmaO_ApiExtension> materialApi_;
+  odb::Lazy<std::vector<odb::RegionPairData>> regionPairs_;
   odb::Lazy<odb_StepRepository> steps_;
   std::atomic<bool> filesClosed_{false};
 };

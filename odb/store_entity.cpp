@@ -127,6 +127,7 @@ void storeModel(const h5::Group& root, const ModelData& m) {
   h5::Group a = root.create(name::kAssembly);
   storeEntity(a, m.assembly);
   storeConnectorOrientations(a, m.connectorOrientations);
+  storeRegionPairs(a, m.regionPairs);
   h5::Group inst = a.create(name::kInstances);
   std::vector<std::string> names;
   for (size_t i = 0; i < m.instances.size(); ++i) {

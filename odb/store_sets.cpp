@@ -204,4 +204,37 @@ std::vector<ConnectorOrientationData> loadConnectorOrientations(const h5::Group&
   return out;
 }
 
+void storeRegionPairs(const h5::Group& assembly, const std::vector<RegionPairData>& v) {
+  if (v.empty()) return;  // a model without pairs keeps the layout of older files
+  h5::Group g = assembly.create(name::kRegionPairs);
+  std::vector<std::string> names, first, second;
+  std::vector<int32_t> kinds;
+  for (const RegionPairData& p : v) {
+    names.push_back(p.name);
+    kinds.push_back(p.kind);
+    first.push_back(p.first);
+    second.push_back(p.second);
+  }
+  g.writeStrings(name::kNames, names);
+  g.write(name::kKinds, kinds);
+  g.writeStrings(name::kFirstRegions, first);
+  g.writeStrings(name::kSecondRegions, second);
+}
+
+std::vector<RegionPairData> loadRegionPairs(const h5::Group& assembly) {
+  if (!assembly.has(name::kRegionPairs)) return {};
+  h5::Group g = assembly.open(name::kRegionPairs);
+  std::vector<std::string> names = g.readStrings(name::kNames);
+  auto count = static_cast<int64_t>(names.size());
+  std::vector<int32_t> kinds = g.read<int32_t>(name::kKinds, count);
+  std::vector<std::string> first = g.readStrings(name::kFirstRegions, count);
+  std::vector<std::string> second = g.readStrings(name::kSecondRegions, count);
+  std::vector<RegionPairData> out(names.size());
+  for (size_t i = 0; i < out.size(); ++i) {
+    if (kinds[i] != kContactPair && kinds[i] != kTie) damaged(g, "bad region pair kind");
+    out[i] = {names[i], kinds[i], first[i], second[i]};
+  }
+  return out;
+}
+
 }  // namespace odb

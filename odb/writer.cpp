@@ -50,6 +50,15 @@ void checkSets(const std::vector<SetData>& sets, odb_Enum::odb_SetTypeEnum type,
   }
 }
 
+void checkRegionPair(std::set<std::string>& seen, const RegionPairData& p) {
+  if (p.name.empty()) bad("a region pair needs a name");
+  checkUnique(seen, "region pair", p.name);
+  if (p.kind != kContactPair && p.kind != kTie)
+    bad("region pair '" + p.name + "' has an unknown kind");
+  if (p.first.empty() || p.second.empty())
+    bad("region pair '" + p.name + "' needs two region names");
+}
+
 void checkEntity(const EntityData& e, size_t categories) {
   const NodeData& n = e.nodes;
   if (n.dimension < 1 || n.dimension > 3) bad("nodes of '" + e.name + "' need 1 to 3 coordinates");
@@ -86,6 +95,8 @@ void validateModel(const ModelData& m) {
   checkEntity(m.assembly, m.sectionCategories.size());
   for (const auto& i : m.instances) checkEntity(i, m.sectionCategories.size());
   for (const auto& c : m.connectorOrientations) checkSet(c.region);
+  seen.clear();
+  for (const auto& p : m.regionPairs) checkRegionPair(seen, p);
 }
 
 void EntityWriter::addNodes(const std::vector<int32_t>& labels,
@@ -278,6 +289,10 @@ void Writer::addConnectorOrientation(const ConnectorOrientationData& o) {
   header_.connectorOrientations.push_back(o);
 }
 
+void Writer::addRegionPair(const RegionPairData& pair) {
+  header_.regionPairs.push_back(pair);
+}
+
 void Writer::addStep(const StepData& step) {
   checkOpen();
   results_->addStep(step);
@@ -352,6 +367,7 @@ void addModel(Writer& w, const ModelData& m) {
   for (const auto& s : m.sections) w.addSection(s);
   for (const auto& mat : m.materials) w.addMaterial(mat);
   for (const auto& c : m.connectorOrientations) w.addConnectorOrientation(c);
+  for (const auto& p : m.regionPairs) w.addRegionPair(p);
   w.setAssemblyName(m.assembly.name);
   *w.rootAssembly().data() = m.assembly;
   for (const auto& i : m.instances) *w.addInstance(i.name).data() = i;

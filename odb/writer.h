@@ -103,6 +103,8 @@ class Writer {
   void addSection(const SectionData& section);
   void addMaterial(const MaterialData& material);
   void addConnectorOrientation(const ConnectorOrientationData& orientation);
+  // Adds a region pair: a unique, non-empty name, a RegionPairKind and two region names.
+  void addRegionPair(const RegionPairData& pair);
 
   // Results, written to the file as they come. The order of calls is: addStep, then for
   // each frame addFrame, and for each field output of the frame addFieldOutput followed

@@ -19,7 +19,7 @@ bool startsWith(const std::string& s, const char* prefix) {
 void queueField(const odb_Odb& odb, const odb_FieldOutput& field, RowTypes types, bool sentinel,
                 ReplyChannel& out) {
   const odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
-  InstanceHeaders headers(odb);
+  ContactInstanceHeaders headers(odb);
   for (int b = 0; b < blocks.size(); ++b) {
     headers.before(blocks[b], true, out);
     queueValueRows(blocks[b], field.isComplex(), types, sentinel, out);
@@ -31,7 +31,7 @@ void queueField(const odb_Odb& odb, const odb_FieldOutput& field, RowTypes types
 void queueStatus(const odb_Odb& odb, const odb_FieldOutput& field, bool connectorStatus,
                  ReplyChannel& out) {
   const odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
-  InstanceHeaders headers(odb);
+  ContactInstanceHeaders headers(odb);
   for (int b = 0; b < blocks.size(); ++b) {
     if (connectorStatus && blocks[b].baseElementType() != "CONN3D2") continue;
     headers.before(blocks[b], false, out);

@@ -35,11 +35,12 @@ const int* rowLabels(const odb_FieldBulkData& b) {
 
 }  // namespace
 
-InstanceHeaders::InstanceHeaders(const odb_Odb& odb)
+ContactInstanceHeaders::ContactInstanceHeaders(const odb_Odb& odb)
     : multiInstance_(odb.rootAssembly().instances().size() > 1),
       assemblyName_(odb.rootAssembly().name()) {}
 
-void InstanceHeaders::before(const odb_FieldBulkData& block, bool rootForEmpty, ReplyChannel& out) {
+void ContactInstanceHeaders::before(const odb_FieldBulkData& block, bool rootForEmpty,
+                                    ReplyChannel& out) {
   const std::string& name = block.instance().name();
   if (!multiInstance_ || name == previous_) return;
   out.queueText(name.empty() && rootForEmpty ? assemblyName_ : name, kRecInstanceHeader);

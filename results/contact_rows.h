@@ -19,12 +19,13 @@ struct RowTypes {
   uint8_t complex;
 };
 
-// Writes the instance header ('H') before a block of an instance other than the previous
-// block's, when the model has more than one instance. Starts with no previous instance
-// (the empty name).
-class InstanceHeaders {
+// Writes the instance header ('H') of the contact output before a block of an instance
+// other than the previous block's, when the model has more than one instance. Starts with
+// no previous instance (the empty name). Named apart from the field walk's InstanceHeaders:
+// two classes of one name in one namespace share one inline destructor.
+class ContactInstanceHeaders {
  public:
-  explicit InstanceHeaders(const odb_Odb& odb);
+  explicit ContactInstanceHeaders(const odb_Odb& odb);
   // rootForEmpty: a block without instance (empty name) is announced with the root
   // assembly's name; otherwise the header carries the block's own name, even empty.
   void before(const odb_FieldBulkData& block, bool rootForEmpty, ReplyChannel& out);

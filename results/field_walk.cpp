@@ -25,8 +25,9 @@ bool skipBlock(int32_t sp, FieldPath path, const FieldRequest& r) {
          sp != r.sectionPoints.first && sp != r.sectionPoints.second;
 }
 
-// Per element, the lowest and highest section point over the blocks of the field.
-void fillLabelTable(const odb_SequenceFieldBulkData& blocks, LabelTable& table) {
+}  // namespace
+
+void fillSectionRanges(const odb_SequenceFieldBulkData& blocks, LabelTable& table) {
   for (int i = 0; i < blocks.size(); ++i) {
     const odb_FieldBulkData& b = blocks[i];
     int32_t sp = b.sectionPoint().number();
@@ -36,6 +37,8 @@ void fillLabelTable(const odb_SequenceFieldBulkData& blocks, LabelTable& table) 
       enterLabel(table, a.elements[r], sp);
   }
 }
+
+namespace {
 
 class BlockSender {
  public:
@@ -82,7 +85,7 @@ void sendFieldPath(const InstanceNumbering& instances, const odb_FieldOutput& fi
   odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
   LabelTable labels;
   if (path == FieldPath::kSurface) {
-    fillLabelTable(blocks, labels);
+    fillSectionRanges(blocks, labels);
     labels.setFrozen(true);
   }
   const bool lowest = request.resultMode == -2;

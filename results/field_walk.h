@@ -7,8 +7,10 @@
 #include "context/command_state.h"
 #include "context/reply_channel.h"
 #include "results/instance_names.h"
+#include "results/section_point_tables.h"
 
 class odb_FieldOutput;
+class odb_SequenceFieldBulkData;
 
 namespace odbs {
 
@@ -18,6 +20,10 @@ enum class FieldPath {
   kSurface,        // rt (lowest) and rb (highest section point of each element)
   kGeneral,        // rs, rl without a pair: every block
 };
+
+// Enters, per element, the lowest and highest section point over the blocks of a field
+// (blocks without section points or element labels are left out).
+void fillSectionRanges(const odb_SequenceFieldBulkData& blocks, LabelTable& table);
 
 // The path for a result mode (not 1) and the section point pair.
 FieldPath fieldPathOf(int32_t resultMode, const SectionPointPair& pair);

@@ -157,6 +157,12 @@ void cmdCatalogue(Call& c) {
     case 'S':
     case 'v':
     case 'V':
+      c.st.catalogueMode = sub >= 'A' && sub <= 'Z';
+      sendStepCounts(ctx,
+                     sub == 's' || sub == 'S' ? StepCountChoice::kFieldFrames
+                                              : StepCountChoice::kHistorySamples,
+                     c.out);
+      break;
     case 'n':
     case 'N':
       c.st.catalogueMode = sub >= 'A' && sub <= 'Z';

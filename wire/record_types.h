@@ -25,7 +25,7 @@ enum RecordType : uint8_t {
   kRecProcedure = 13,
   kRecStepTexts = 14,
   kRecFrame = 15,
-  kRecStepCounts = 16,
+  kRecStepCounts = 16,    // counts of one step (fs, fv)
   kRecMaterial = 17,      // material (model export)
   kRecRealValue = 17,     // real value (contact output)
   kRecComplexValue = 18,  // complex value (contact output)
@@ -63,6 +63,7 @@ enum RecordType : uint8_t {
   kRecRotation3Real = 76,         // 'L': UR3
   kRecRotation3Complex = 80,      // 'P'
   kRecSectionAssignment = 84,     // 'T': section assignment (is)
+  kRecRegion = 96,                // '`': the region whose values follow (rn, rg)
   kRecMessage = 124,              // '|': counted text for the user
   kRecProcessId = 125,            // '}': u32 process id
   kRecEnd = 126,                  // '~': closes the reply to one command

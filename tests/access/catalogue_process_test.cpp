@@ -171,9 +171,70 @@ TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
 }
 
 TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {
-  for (const char* form : {"fs", "fS", "fv", "fV", "fn", "fN", "fx"})
-    EXPECT_EQ(catalogue(form), kEnd) << form;
+  for (const char* form : {"fn", "fN", "fx"}) EXPECT_EQ(catalogue(form), kEnd) << form;
   EXPECT_EQ(server_->request("fd /nonexistent.odb").wireBytes(), kEnd);
+}
+
+// fs and fv on a database whose steps hold neither field nor history output: the title and
+// analysis code alone. They write no cache file and use up the base name of their T.
+TEST_F(CatalogueProcessTest, StepCountsOfEmptyStepsAndTheBaseName) {
+  Bytes title = {21, 0, 1, 16, 0, 0, 0};
+  for (char c : std::string("Catalogue sample")) title.push_back(uint8_t(c));
+  Bytes expected = title;
+  for (uint8_t b : {5, 0, 2, 0, 0, 0, 0, 1, 0, 0x7E}) expected.push_back(b);
+  for (const char* form : {"fs", "fS", "fv", "fV"}) {
+    EXPECT_EQ(catalogue(form), expected) << form;
+    EXPECT_FALSE(platform::fileReadable(base_)) << form;
+    catalogue("fd", false);  // the T was used up: no file
+    EXPECT_FALSE(platform::fileReadable(base_)) << form;
+  }
+}
+
+// Step 1: two frames, field output in the second only; step 2: three frames without field
+// output and a history output of four samples.
+TEST_F(CatalogueProcessTest, StepCountsChooseTheirSteps) {
+  {
+    odb::Writer w(db_);
+    w.setTitle("t");
+    w.addInstance("PART-1-1").addNodes({1}, {0.f, 0.f, 0.f}, 3);
+    w.addStep({"Step-1", "", "*STATIC", odb_Enum::TIME, 0.0});
+    w.addFrame({0, odb_Enum::TIME, 0, 0.0, 0.0, "Increment 0"});
+    w.addFrame({1, odb_Enum::TIME, 0, 1.0, 0.0, "Increment 1"});
+    odb::FieldOutputData f;
+    f.name = "U";
+    f.type = odb_Enum::SCALAR;
+    f.componentLabels = {"U"};
+    w.addFieldOutput(f);
+    w.addStep({"Step-2", "", "*STATIC", odb_Enum::TIME, 1.0});
+    for (int i = 0; i < 3; ++i)
+      w.addFrame({i, odb_Enum::TIME, 0, 0.5 * i, 0.0, "Increment " + std::to_string(i)});
+    odb::HistoryRegionData h;
+    h.name = "Node PART-1-1.1";
+    h.outputs.push_back({"U1", "", odb_Enum::SCALAR, 2, {0, 1, 1, 2, 2, 3, 3, 4}, {}, {}});
+    w.addHistoryRegion(h);
+    w.close();
+  }
+  // Record 16: step, frames, frames with field output, history samples, the chosen count.
+  auto counts = [&](const std::string& form) {
+    std::vector<std::vector<int32_t>> out;
+    size_t frames = 0;
+    for (const Record& r : server_->request(form + " " + db_).records) {
+      if (r.type == odbs::kRecFrame) ++frames;
+      if (r.type != odbs::kRecStepCounts) continue;
+      StepCountsRecord c = decodeStepCounts(r);
+      out.push_back({c.stepNumber, c.frames, c.fieldFrames, c.historySamples, c.selected});
+    }
+    out.push_back({int32_t(frames)});
+    return out;
+  };
+  EXPECT_EQ(counts("fs"), (std::vector<std::vector<int32_t>>{{1, 2, 1, 0, 1}, {2}}));
+  EXPECT_EQ(counts("fv"), (std::vector<std::vector<int32_t>>{{2, 3, 0, 4, 4}, {3}}));
+  // Record 16's bytes, and the first frame record after it as fd sends it.
+  Reply fs = server_->request("fs " + db_);
+  ASSERT_GE(fs.records.size(), 4u);
+  EXPECT_EQ(fs.records[2].body,
+            (Bytes{1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0}));
+  EXPECT_EQ(fs.records[3].type, odbs::kRecStep);
 }
 
 }  // namespace

@@ -186,6 +186,38 @@ std::vector<std::string> entries(const std::string& dir) {
   return names;
 }
 
+// *CONTACT PAIR and *TIE lines become region pairs in deck order: slave first, a contact
+// pair named after its interaction, a tie by its name, a repeated name with "-2".
+TEST_F(ImportTest, ContactPairsAndTiesBecomeRegionPairs) {
+  std::string deckPath =
+      dir_.write("pairs.inp",
+                 "*NODE\n1,0,0,0\n*TIE, NAME=glue, POSITION TOLERANCE=0.1\nS1, M1\nS2, M2\n"
+                 "*SURFACE INTERACTION, NAME=SI\n*CONTACT PAIR, INTERACTION=SI\nS3, M3\n");
+  Warnings warnings;
+  Deck deck = parseDeck(deckPath, warnings);
+  // *TIE is no longer among the definitions that are passed over.
+  for (const std::string& t : warnings.texts()) EXPECT_EQ(t.find("*TIE"), std::string::npos) << t;
+  std::string out = dir_.path() + "/pairs.odb";
+  {
+    odb::Writer w(out);
+    addModel(deck, w, warnings);
+    w.close();
+  }
+  odb_Odb& odb = openOdb(out);
+  const std::vector<odb::RegionPairData>& pairs = odb.regionPairs();
+  ASSERT_EQ(pairs.size(), 3u);
+  EXPECT_EQ(pairs[0].name, "GLUE");
+  EXPECT_EQ(pairs[0].kind, odb::kTie);
+  EXPECT_EQ(pairs[0].first, "S1");
+  EXPECT_EQ(pairs[0].second, "M1");
+  EXPECT_EQ(pairs[1].name, "GLUE-2");
+  EXPECT_EQ(pairs[1].first, "S2");
+  EXPECT_EQ(pairs[2].name, "SI");
+  EXPECT_EQ(pairs[2].kind, odb::kContactPair);
+  EXPECT_EQ(pairs[2].second, "M3");
+  closeOdb(odb);
+}
+
 TEST_F(ImportTest, FailedImportsWriteNothing) {
   std::string whole = test::readWhole(dataFile("beam_steps.frd"));
   struct Case {

@@ -129,7 +129,7 @@ TEST(InpParser, ContactPairTwoMaterialsTwoSections) {
   Deck deck = parseExample("punch_contact.inp", &warnings);
   // The contact definitions that the database cannot hold are named in one warning.
   ASSERT_EQ(warnings.texts().size(), 2u) << warnings.texts()[1];
-  EXPECT_NE(warnings.texts()[0].find("punch_contact.inp:121: contact, tie and gap definitions "
+  EXPECT_NE(warnings.texts()[0].find("punch_contact.inp:121: contact and gap definitions "
                                      "have no place in the database: *SURFACE BEHAVIOR, "
                                      "*SURFACE INTERACTION not imported"),
             std::string::npos)

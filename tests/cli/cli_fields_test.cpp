@@ -24,11 +24,20 @@ int fields(const std::vector<std::string>& args, std::ostream& out, std::ostream
 }
 
 // One instance, one frame: EVOL, a scalar at two C3D8 elements (0.1 and 2.5 at point 1),
-// and U, a nodal vector at nodes 1 and 2.
-void writeFieldsDatabase(const std::string& path) {
+// and U, a nodal vector at nodes 1 and 2. With regions: element 1 on nodes 1 and 2, element
+// 2 on node 2, element set E2 {2}, node set N1 {1}, and the contact pair CP of E2 and N1.
+void writeFieldsDatabase(const std::string& path, bool withRegions = false) {
   odb::Writer w(path);
   w.setTitle("cli fields");
-  w.addInstance("PART-1-1").addNodes({1, 2}, {0, 0, 0, 1, 0, 0});
+  odb::EntityWriter part = w.addInstance("PART-1-1");
+  part.addNodes({1, 2}, {0, 0, 0, 1, 0, 0});
+  if (withRegions) {
+    part.addElement("C3D8", 1, {1, 2});
+    part.addElement("C3D8", 2, {2});
+    part.addElementSet("E2", {2});
+    part.addNodeSet("N1", {1});
+    w.addRegionPair({"CP", odb::kContactPair, "E2", "N1"});
+  }
   odb::StepData step;
   step.name = "Step-1";
   step.procedure = "*STATIC";
@@ -106,6 +115,31 @@ TEST(CliFields, ElementAndNodalValuesInEveryFormat) {
   EXPECT_NE(fields({db}, bad, why), 0);
   EXPECT_EQ(fields({"/nonexistent.odb", "--field", "U"}, bad, why), 1);
   EXPECT_NE(why.str().find("cannot open /nonexistent.odb: no such file"), std::string::npos);
+  odbs::platform::removeFile(db);
+}
+
+// rn and rg: a side and region column lead each row; nodal values of an element set are
+// those of its elements' nodes.
+TEST(CliFields, TwoRegionsByNameAndByNumber) {
+  std::string db = odbtest::tempPath("cli-regions.odb");
+  writeFieldsDatabase(db, true);
+  std::ostringstream csv, err;
+  ASSERT_EQ(fields({db, "--field", "EVOL", "--regions", "CP", "--format", "csv"}, csv, err), 0)
+      << err.str();
+  EXPECT_EQ(csv.str(),
+            "side,region,instance,element_type,element,point,node,section_point,c1\n"
+            "1,E2,,C3D8,2,1,-1,-1,2.5\n");
+  std::ostringstream nodal;
+  ASSERT_EQ(fields({db, "--field", "U", "--region-pair", "1", "--format", "csv"}, nodal, err), 0)
+      << err.str();
+  EXPECT_EQ(nodal.str(),
+            "side,region,instance,element_type,element,point,node,section_point,c1,c2,c3\n"
+            "1,E2,,,,0,2,-1,3,0.1,2\n"
+            "2,N1,,,,0,1,-1,0.5,-1.25,0\n");
+  std::ostringstream text;
+  ASSERT_EQ(fields({db, "--field", "U", "--regions", "N1:E2.OUTER"}, text, err), 0);
+  EXPECT_NE(text.str().find("A: N1\n"), std::string::npos) << text.str();
+  EXPECT_NE(text.str().find("B: E2\n"), std::string::npos) << text.str();
   odbs::platform::removeFile(db);
 }
 

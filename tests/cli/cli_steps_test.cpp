@@ -52,6 +52,11 @@ TEST(StepsCommand, SummaryJsonAndCsv) {
   EXPECT_TRUE(odbs::platform::fileReadable(cache));
   odbs::platform::removeFile(cache);
 
+  // Neither step holds field or history output: fs and fv list none.
+  std::ostringstream counts;
+  ASSERT_EQ(steps({db, "--counts", "--format", "csv"}, counts, err), 0) << err.str();
+  EXPECT_EQ(counts.str(), "step,frames,field_frames,history_samples\n");
+
   std::ostringstream none, why;
   EXPECT_EQ(steps({"/nonexistent.odb"}, none, why), 1);
   EXPECT_NE(why.str().find("cannot open /nonexistent.odb: no such file"), std::string::npos);

@@ -192,6 +192,49 @@ TEST_F(ModelRoundTrip, CopyReproducesTheModel) {
   std::remove(copy.c_str());
 }
 
+TEST_F(ModelRoundTrip, RegionPairsInDefinitionOrder) {
+  const std::vector<odb::RegionPairData>& pairs = odb_->regionPairs();
+  ASSERT_EQ(pairs.size(), 2u);
+  EXPECT_EQ(pairs[0].name, "TIE-B");
+  EXPECT_EQ(pairs[0].kind, odb::kTie);
+  EXPECT_EQ(pairs[0].first, "FIX");
+  EXPECT_EQ(pairs[0].second, "SOLID");
+  EXPECT_EQ(pairs[1].name, "CP-A");
+  EXPECT_EQ(pairs[1].kind, odb::kContactPair);
+  EXPECT_EQ(pairs[1].second, "SKIN");
+}
+
+TEST(RegionPairs, WriterRefusesBadPairsAndAModelWithoutPairsReadsNone) {
+  auto refused = [](std::vector<odb::RegionPairData> pairs) {
+    std::string path = odbtest::tempPath("pairs.odb");
+    odb::ModelData m;
+    m.regionPairs = std::move(pairs);
+    bool threw = false;
+    try {
+      odb::writeModel(path, m);
+    } catch (const std::invalid_argument&) {
+      threw = true;
+    }
+    std::remove(path.c_str());
+    return threw;
+  };
+  EXPECT_TRUE(refused({{"P", odb::kTie, "A", "B"}, {"P", odb::kTie, "C", "D"}}));
+  EXPECT_TRUE(refused({{"", odb::kTie, "A", "B"}}));
+  EXPECT_TRUE(refused({{"P", 3, "A", "B"}}));
+  EXPECT_TRUE(refused({{"P", odb::kContactPair, "A", ""}}));
+  EXPECT_FALSE(refused({{"P", odb::kContactPair, "A", "B"}}));
+
+  // A model without pairs keeps the layout of files written before pairs were stored.
+  odb_initializeAPI();
+  std::string path = odbtest::tempPath("nopairs.odb");
+  odb::writeModel(path, odb::ModelData());
+  odb_Odb& odb = openOdb(path, true);
+  EXPECT_FALSE(odb.source()->file.root().has("assembly/region_pairs"));
+  EXPECT_TRUE(odb.regionPairs().empty());
+  closeOdb(odb);
+  std::remove(path.c_str());
+}
+
 TEST(Writer, RejectsInconsistentInputAndLeavesNoFile) {
   std::string path = odbtest::tempPath("bad.odb");
   {

@@ -46,6 +46,12 @@ TEST(OdbBuild, FixtureBuildsAndReadsBack) {
   EXPECT_EQ(block.surfaces()["TOP"].faces()[0], 2);
   EXPECT_EQ(a.nodeSets()["ALL_BASE"].nodes("SKIN-1")[0], 1);
   EXPECT_EQ(a.connectorOrientations()[0].csys1().name(), "DATUM-1");
+  // Region pairs in the order given; the kind defaults to a contact pair.
+  ASSERT_EQ(odb.regionPairs().size(), 2u);
+  EXPECT_EQ(odb.regionPairs()[0].kind, odb::kTie);
+  EXPECT_EQ(odb.regionPairs()[0].second, "TOP");
+  EXPECT_EQ(odb.regionPairs()[1].name, "CP");
+  EXPECT_EQ(odb.regionPairs()[1].kind, odb::kContactPair);
   EXPECT_EQ(a.instances()["SKIN-1"].nodes().dimension(), 2);
   const odb::SectionPlacement& placed = a.instances()["SKIN-1"].sectionAssignments()[0].placement();
   EXPECT_TRUE(placed.hasOffset && placed.hasThickness);
@@ -107,6 +113,12 @@ TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
                       "offset2]"),
             std::string::npos)
       << errorOf(offsets, out);
+
+  std::string pairKind = text;
+  pairKind.replace(pairKind.find("\"kind\": \"tie\""), 13, "\"kind\": \"gap\"");
+  EXPECT_NE(errorOf(pairKind, out).find("/assembly/regionPairs/0/kind: kind must be"),
+            std::string::npos)
+      << errorOf(pairKind, out);
 
   std::string dup = text;
   dup.replace(dup.find("\"name\": \"SKIN-1\""), 16, "\"name\": \"BLOCK-1\"");

@@ -118,6 +118,9 @@ odb::ModelData sampleModel() {
   connRegion.addMembers("ASSEMBLY", {5000});
   a.sectionAssignments = {{"CONN", connRegion}};
   m.connectorOrientations = {{connRegion, true, "DATUM-1", false, ""}};
+  // Defined in this order, not in name order.
+  m.regionPairs = {{"TIE-B", odb::kTie, "FIX", "SOLID"},
+                   {"CP-A", odb::kContactPair, "TOP", "SKIN"}};
   return m;
 }
 

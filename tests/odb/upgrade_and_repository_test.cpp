@@ -40,6 +40,8 @@ TEST(Upgrade, Version1FileNeedsUpgradeAndCopyReadsTheSame) {
     EXPECT_EQ(back.instances[i].nodes.coordinates, want.nodes.coordinates);
   }
   EXPECT_EQ(back.sections.size(), m.sections.size());
+  ASSERT_EQ(back.regionPairs.size(), 2u);
+  EXPECT_EQ(back.regionPairs[1].name, "CP-A");
   closeOdb(odb);
   std::remove(old.c_str());
   std::remove(copy.c_str());

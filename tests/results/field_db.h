@@ -19,6 +19,10 @@ odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> e
                                  std::vector<int32_t> points, std::vector<int32_t> nodes, int width,
                                  std::vector<float> data, const std::string& instance = "PART-1-1");
 
+// A scalar S4R block at section point sp, integration point 1 of each element, the value
+// of element e being 10 sp + e.
+odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements);
+
 // Adds step name (procedure) with one frame to w.
 void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure = "*STATIC",
                   int mode = 0);

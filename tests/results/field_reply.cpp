@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "client/core_records.h"
 #include "client/field_records.h"
 #include "client/model_records.h"
 #include "results/results.h"
@@ -67,6 +68,16 @@ std::string line(const client::Record& rec) {
     }
     case kRecInstanceHeader:
       s << "H " << client::decodeInstanceHeader(rec);
+      break;
+    case kRecRegion: {
+      client::RegionRecord g = client::decodeRegion(rec);
+      s << "` " << g.side << " " << g.code << " " << g.kind << " " << g.name << " "
+        << (g.instance.empty() ? "-" : g.instance) << " " << (g.pair.empty() ? "-" : g.pair) << " "
+        << g.pairKind;
+      break;
+    }
+    case kRecMessage:
+      s << "| " << client::decodeMessage(rec).text;
       break;
     default:
       s << "type " << int(rec.type);

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "context/odb_context.h"
 #include "client/record.h"
 #include "context/command_state.h"
+#include "context/odb_context.h"
 
 namespace odbs::test {
 

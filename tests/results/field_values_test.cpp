@@ -109,7 +109,7 @@ TEST(FieldValues, OrientationsOnlyForUpperCase) {
 
 // A shell block at section point sp: elements 1 and 2 (values 10 sp + label), or only the
 // given elements.
-odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements = {1, 2}) {
+odb::FieldBlockData namedShellAt(int sp, std::vector<int32_t> elements = {1, 2}) {
   std::vector<float> v;
   for (int32_t e : elements) v.push_back(float(10 * sp + e));
   odb::FieldBlockData b =
@@ -120,11 +120,12 @@ odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements = {1, 2}) {
 
 TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
   odb::FieldBlockData solid = elementBlock("C3D8", {9}, {1}, {}, 1, {100});
-  std::vector<odb::FieldBlockData> five = {shellAt(1), shellAt(2), shellAt(3),
-                                           shellAt(4), shellAt(5), solid};
-  std::vector<odb::FieldBlockData> four = {shellAt(1), shellAt(2), shellAt(3), shellAt(4)};
+  std::vector<odb::FieldBlockData> five = {namedShellAt(1), namedShellAt(2), namedShellAt(3),
+                                           namedShellAt(4), namedShellAt(5), solid};
+  std::vector<odb::FieldBlockData> four = {namedShellAt(1), namedShellAt(2), namedShellAt(3),
+                                           namedShellAt(4)};
   WrittenDatabase db = frameWith({{fieldOf("T5", odb_Enum::SCALAR, {"T"}), five},
-                                {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
+                                  {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
   // Blocks without section points first; then the middle point 3 of elements 1 and 2. The
   // remembered place and data class carry over from the first pass to the second.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T5", 1))),
@@ -137,7 +138,7 @@ TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
 
 TEST(FieldValues, MidSurfaceSumIsRoundedBeforeHalving) {
   // 3e38 + 3e38 overflows single precision: the sum is infinite before it is halved.
-  odb::FieldBlockData a = shellAt(1, {1}), b = shellAt(2, {1});
+  odb::FieldBlockData a = namedShellAt(1, {1}), b = namedShellAt(2, {1});
   a.data = {3e38f};
   b.data = {3e38f};
   WrittenDatabase db = frameWith({{fieldOf("T", odb_Enum::SCALAR, {"T"}), {a, b}}});

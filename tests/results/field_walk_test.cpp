@@ -20,15 +20,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements) {
-  std::vector<float> v;
-  for (int32_t e : elements) v.push_back(float(10 * sp + e));
-  odb::FieldBlockData b =
-      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
-  b.sectionPoint = {sp, ""};
-  return b;
-}
-
 // Field "T" of a shell: element 1 with section points 1..5, element 2 with 1..3; and a
 // solid element 9 without section points. Field "MATRIX Sqqx" is an ordinary scalar.
 WrittenDatabase shells() {
@@ -180,8 +171,10 @@ TEST(FieldWalk, MatrixFieldOfAJsonDescription) {
       {"fieldOutputs": [{"name": "MATRIX RSqq", "type": "MATRIX", "matrixOrder": 2,
         "componentLabels": ["M"],
         "blocks": [{"position": "WHOLE_MODEL", "data": [[1, 0.5, 2]]}]}]},
-      {"mode": 1, "fieldOutputs": [)" + stress("[0, 0, 0, 1, 0, 0]") + R"(]},
-      {"mode": 2, "fieldOutputs": [)" + stress("[2, 0, 0, 0, 0, 0]") + R"(]}]}]})";
+      {"mode": 1, "fieldOutputs": [)" +
+                     stress("[0, 0, 0, 1, 0, 0]") + R"(]},
+      {"mode": 2, "fieldOutputs": [)" +
+                     stress("[2, 0, 0, 0, 0, 0]") + R"(]}]}]})";
   odb::buildDatabaseFromJson(json, path);
   {
     odb_Odb& odb = openOdb(path, true);

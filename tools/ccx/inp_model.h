@@ -105,9 +105,12 @@ struct Section {
   SourceRef where;
 };
 
+// A *CONTACT PAIR data line, or a *TIE data line (tie true, name its NAME).
 struct ContactPair {
-  std::string interaction;
-  std::string type;  // "NODE TO SURFACE" (default), "SURFACE TO SURFACE", ...
+  bool tie = false;
+  std::string name;         // *TIE only
+  std::string interaction;  // *CONTACT PAIR only
+  std::string type;         // "NODE TO SURFACE" (default), "SURFACE TO SURFACE", ...
   std::string slave, master;
 };
 
@@ -149,7 +152,7 @@ struct Deck {
   std::vector<Material> materials;
   std::vector<Orientation> orientations;
   std::vector<Section> sections;
-  std::vector<ContactPair> contactPairs;
+  std::vector<ContactPair> contactPairs;  // contact pairs and ties, in deck order
   std::vector<Step> steps;
 
   const LabelSet* nodeSet(const std::string& name) const;

@@ -51,7 +51,7 @@ const std::set<std::string>& outputKeywords() {
 const std::map<std::string, const char*>& passedOver() {
   static const char* const loads = "loads, boundary conditions and initial conditions";
   static const char* const amplitudes = "amplitudes and time points";
-  static const char* const contact = "contact, tie and gap definitions";
+  static const char* const contact = "contact and gap definitions";
   static const char* const constraints = "equations and other constraints";
   static const char* const controls = "solver controls and analysis settings";
   static const std::map<std::string, const char*> keywords = {
@@ -75,7 +75,6 @@ const std::map<std::string, const char*>& passedOver() {
       {"FRICTION", contact},
       {"GAP CONDUCTANCE", contact},
       {"GAP HEAT GENERATION", contact},
-      {"TIE", contact},
       {"CLEARANCE", contact},
       {"CHANGE SURFACE BEHAVIOR", contact},
       {"CHANGE FRICTION", contact},

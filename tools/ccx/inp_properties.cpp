@@ -197,8 +197,13 @@ void DeckBuilder::readSection(const Card& card) {
 
 void DeckBuilder::readContactPair(const Card& card) {
   ContactPair pair;
-  pair.interaction = upper(required(card, "INTERACTION"));
-  pair.type = upper(card.get("TYPE", "NODE TO SURFACE"));
+  if (card.keyword == "TIE") {
+    pair.tie = true;
+    pair.name = upper(required(card, "NAME"));
+  } else {
+    pair.interaction = upper(required(card, "INTERACTION"));
+    pair.type = upper(card.get("TYPE", "NODE TO SURFACE"));
+  }
   DataLine line;
   while (reader_.nextData(line)) {
     if (line.fields.size() < 2 || line.fields[0].empty() || line.fields[1].empty()) {
@@ -224,7 +229,7 @@ bool DeckBuilder::propertyCard(const Card& card) {
   currentMaterial_ = -1;
   if (k == "ORIENTATION") {
     readOrientation(card);
-  } else if (k == "CONTACT PAIR") {
+  } else if (k == "CONTACT PAIR" || k == "TIE") {
     readContactPair(card);
   } else {
     for (const SectionKeyword& s : kSectionKeywords) {

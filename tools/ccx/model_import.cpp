@@ -159,6 +159,19 @@ int shellSectionPoint(int integrationPoint, int layers) {
   return 2 * layer - 1 + (top ? 1 : 0);
 }
 
+// Contact pairs and ties become region pairs of their slave and master surfaces. A contact
+// pair is named after its interaction, a tie by its NAME; a name that comes again gets
+// "-2", "-3", ... so that every pair keeps a name of its own.
+void addRegionPairs(const Deck& deck, odb::Writer& writer) {
+  std::map<std::string, int> uses;
+  for (const ContactPair& p : deck.contactPairs) {
+    std::string name = p.tie ? p.name : p.interaction;
+    int use = ++uses[name];
+    if (use > 1) name += "-" + std::to_string(use);
+    writer.addRegionPair({name, p.tie ? odb::kTie : odb::kContactPair, p.slave, p.master});
+  }
+}
+
 void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
   writer.setTitle(deck.title);
   writer.setDescription(deck.heading);
@@ -193,11 +206,7 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
                               placementOf(s));
   }
 
-  if (!deck.contactPairs.empty()) {
-    warnings.warn("contact-pairs", deck.path + ": " + std::to_string(deck.contactPairs.size()) +
-                                       " contact pairs have no place in the database: not "
-                                       "imported (their surfaces are)");
-  }
+  addRegionPairs(deck, writer);
   for (const Material& m : deck.materials) {
     for (const auto& [behaviour, table] : m.others) {
       warnings.warn("material:" + behaviour,

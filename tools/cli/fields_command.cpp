@@ -75,6 +75,12 @@ std::string selectLine(const FieldsRequest& req) {
 
 std::string formLine(const FieldsRequest& req, char form) {
   if (form == 'd') return "rd " + req.database;
+  char upper = req.orientations ? 'A' - 'a' : 0;
+  if (form == 'n')
+    return std::string("r") + char('n' + upper) + " " + req.regions + ":" + req.database;
+  if (form == 'g')
+    return std::string("r") + char('g' + upper) + " " + std::to_string(req.regionPair) + ":" +
+           req.database;
   char letter = req.orientations ? char(form - 'a' + 'A') : form;
   std::string r = std::string("r") + letter + " ";
   if (form == 'l' && req.pairA >= 0)
@@ -100,6 +106,10 @@ int fetch(const CliOptions& options, const std::string& serverPath, const Fields
   return code;
 }
 
+bool byRegion(const FieldsRequest& req) {
+  return req.form == 'n' || req.form == 'g';
+}
+
 size_t componentCount(const FieldValues& v) {
   size_t n = 0;
   for (const FieldValueRow& r : v.rows) n = std::max(n, r.components.size());
@@ -113,8 +123,11 @@ void printText(const FieldValues& v, size_t shown, std::ostream& out) {
   std::snprintf(line, sizeof line, "%-12s %-8s %9s %5s %9s %5s  %s\n", "instance", "type",
                 "element", "point", "node", "sp", "components");
   out << line;
+  int side = 0;
   for (size_t i = 0; i < shown; ++i) {
     const FieldValueRow& r = v.rows[i];
+    if (r.side != side) out << (r.side == 1 ? "A: " : "B: ") << r.region << "\n";
+    side = r.side;
     // Rows of rd have no element: "-" in both element columns.
     bool element = !r.elementType.empty();
     std::string label = element ? std::to_string(r.element) : "-";
@@ -131,13 +144,16 @@ void printText(const FieldValues& v, size_t shown, std::ostream& out) {
 
 // One row per value; components c1..cN, N the widest row's count (narrower rows leave the
 // rest empty). Element and element type are empty for rows of rd.
-void printTable(const FieldValues& v, tools::TableFormat format, std::ostream& out) {
+// Replies to rn and rg start with the side (1 A, 2 B) and the region's name.
+void printTable(const FieldValues& v, bool regions, tools::TableFormat format, std::ostream& out) {
   std::vector<std::string> columns = {"instance", "element_type", "element",
                                       "point",    "node",         "section_point"};
+  if (regions) columns.insert(columns.begin(), {"side", "region"});
   size_t n = componentCount(v);
   for (size_t i = 1; i <= n; ++i) columns.push_back("c" + std::to_string(i));
   tools::TableWriter t(out, format, columns);
   for (const FieldValueRow& r : v.rows) {
+    if (regions) t.cell(r.side).cell(r.region);
     t.cell(r.instance);
     if (r.elementType.empty())
       t.empty().empty();
@@ -160,15 +176,15 @@ int runFields(const CliOptions& options, const std::string& serverPath, const Fi
   int code = fetch(options, serverPath, req, req.form, &values, err);
   if (code != 0) return code;
   // The r forms skip nodal blocks: an empty answer is asked again as rd.
-  if (values.rows.empty() && req.form != 'd') {
+  if (values.rows.empty() && req.form != 'd' && !byRegion(req)) {
     values = FieldValues();
     code = fetch(options, serverPath, req, 'd', &values, err);
     if (code != 0) return code;
   }
   if (options.format == OutputFormat::kJson) {
-    printTable(values, tools::TableFormat::kJson, out);
+    printTable(values, byRegion(req), tools::TableFormat::kJson, out);
   } else if (options.format == OutputFormat::kCsv) {
-    printTable(values, tools::TableFormat::kCsv, out);
+    printTable(values, byRegion(req), tools::TableFormat::kCsv, out);
   } else {
     size_t shown = values.rows.size();
     if (req.limit >= 0 && size_t(req.limit) < shown) shown = size_t(req.limit);
@@ -203,6 +219,23 @@ void addFieldsCommand(CLI::App& app, CliContext& ctx) {
          "Two section points, sent with rl")
       ->expected(2)
       ->option_text("A B");
+  sub->add_option_function<std::string>(
+         "--regions",
+         [req](const std::string& r) {
+           req->regions = r;
+           req->form = 'n';
+         },
+         "Two regions by name, sent with rn: A or A:B (a region pair, surface or set, with "
+         "an optional suffix .INNER .OUTER .MINIMUM .MAXIMUM .N)")
+      ->option_text("A[:B]");
+  sub->add_option_function<int>(
+         "--region-pair",
+         [req](int n) {
+           req->regionPair = n;
+           req->form = 'g';
+         },
+         "The two regions of region pair N (from 1), sent with rg")
+      ->option_text("N");
   sub->add_flag("--defined", req->defined, "Send D: places already sent are not repeated");
   sub->add_flag("--orientations", req->orientations, "Upper-case form: with orientations");
   sub->add_option("--values", req->limit, "Text output: show the first N values")

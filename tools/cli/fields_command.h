@@ -32,7 +32,9 @@ struct FieldsRequest {
   std::string database;
   std::string field;
   int step = 1, frame = 0, position = 0;
-  char form = 's';             // s l m v t b, or d for rd
+  char form = 's';             // s l m v t b, d for rd, n for rn, g for rg
+  std::string regions;         // with form n: "A" or "A:B" (names with suffixes)
+  int regionPair = 0;          // with form g: the region pair number
   int pairA = -1, pairB = -1;  // with form l: the section point pair
   bool defined = false, orientations = false, records = false;
   long limit = -1;  // text rows shown; -1: all

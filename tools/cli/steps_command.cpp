@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <map>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -140,8 +141,50 @@ void printCsv(const Catalogue& c, std::ostream& out) {
 
 }  // namespace
 
+// steps --counts: the records 16 of fs (steps with field output) and fv (steps with history
+// output), merged into one row per step that either lists.
+int runStepCounts(const CliOptions& options, const std::string& serverPath, const StepsRequest& req,
+                  std::ostream& out, std::ostream& err) {
+  std::vector<std::string> lines = {"fs " + req.database, "fv " + req.database};
+  if (req.records) return printRecords(options, serverPath, lines, out);
+  std::map<int32_t, client::StepCountsRecord> steps;
+  int code = exchangeOnDatabase(
+      options, serverPath, lines, req.database,
+      [&](const client::RecordView& rec) {
+        if (rec.type != kRecStepCounts) return;
+        client::StepCountsRecord c = client::decodeStepCounts(rec);
+        steps[c.stepNumber] = c;
+      },
+      err);
+  if (code != 0) return code;
+  std::vector<std::string> columns = {"step", "frames", "field_frames", "history_samples"};
+  if (options.format == OutputFormat::kText) {
+    char line[96];
+    std::snprintf(line, sizeof line, "%6s %8s %13s %16s\n", "step", "frames", "field frames",
+                  "history samples");
+    out << line;
+    for (const auto& [number, c] : steps) {
+      std::snprintf(line, sizeof line, "%6d %8d %13d %16d\n", number, c.frames, c.fieldFrames,
+                    c.historySamples);
+      out << line;
+    }
+    return 0;
+  }
+  tools::TableWriter t(
+      out,
+      options.format == OutputFormat::kJson ? tools::TableFormat::kJson : tools::TableFormat::kCsv,
+      columns);
+  for (const auto& [number, c] : steps) {
+    t.cell(number).cell(c.frames).cell(c.fieldFrames).cell(c.historySamples);
+    t.endRow();
+  }
+  t.finish();
+  return 0;
+}
+
 int runSteps(const CliOptions& options, const std::string& serverPath, const StepsRequest& req,
              std::ostream& out, std::ostream& err) {
+  if (req.counts) return runStepCounts(options, serverPath, req, out, err);
   std::vector<std::string> lines;
   if (!req.cache.empty()) lines.push_back("T " + req.cache);
   lines.push_back("fd " + req.database);
@@ -167,6 +210,8 @@ void addStepsCommand(CLI::App& app, CliContext& ctx) {
   sub->add_option("database", req->database, "The database")->required();
   sub->add_flag("--records", req->records, "Print the reply records as they came");
   sub->add_flag("--all-frames", req->allFrames, "List every frame of a long step");
+  sub->add_flag("--counts", req->counts,
+                "Per step: frames, frames with field output and history samples (fs, fv)");
   sub->add_option("--cache", req->cache, "Keep the step and frame catalogue in FILE")
       ->option_text("FILE");
   sub->callback([&ctx, req] {

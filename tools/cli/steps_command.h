@@ -26,7 +26,8 @@ struct StepsRequest {
   std::string database;
   bool records = false;
   bool allFrames = false;
-  std::string cache;  // T FILE first when not empty
+  std::string cache;    // T FILE first when not empty
+  bool counts = false;  // fs and fv: the counts of each step instead of the catalogue
 };
 
 // Returns the process exit code: 0; 1 when the server could not be started, the reply not

@@ -121,12 +121,36 @@ const SetData& findRegion(const EntityData& d, const JsonAt& ref) {
   ref.fail("no set \"" + name + "\" in \"" + d.name + "\"");
 }
 
+// Region pairs of the assembly: {"name", "kind": "contact" | "tie", "first", "second"}.
+std::vector<RegionPairData> readRegionPairs(const JsonAt& list) {
+  std::vector<RegionPairData> pairs;
+  for (size_t i = 0; i < list.size(); ++i) {
+    const JsonAt p = list[i];
+    p.allowOnly({"name", "kind", "first", "second"});
+    RegionPairData d;
+    d.name = p["name"].str();
+    std::string kind = p.str("kind", "contact");
+    if (kind == "contact")
+      d.kind = kContactPair;
+    else if (kind == "tie")
+      d.kind = kTie;
+    else
+      p["kind"].fail("kind must be \"contact\" or \"tie\"");
+    d.first = p["first"].str();
+    d.second = p["second"].str();
+    for (const auto& other : pairs)
+      if (other.name == d.name) p["name"].fail("duplicate region pair '" + d.name + "'");
+    pairs.push_back(d);
+  }
+  return pairs;
+}
+
 // Reads an instance (assembly false) or the root assembly, whose elements and sets may
 // also refer to the instances' nodes and elements.
 EntityData readEntity(const JsonAt& e, const std::string& name, const ModelData& m, bool assembly) {
   if (assembly)
     e.allowOnly({"name", "nodes", "elements", "nodeSets", "elementSets", "surfaces",
-                 "sectionAssignments", "connectorOrientations"});
+                 "sectionAssignments", "connectorOrientations", "regionPairs"});
   else
     e.allowOnly(
         {"name", "nodes", "elements", "nodeSets", "elementSets", "surfaces", "sectionAssignments"});
@@ -299,6 +323,7 @@ ModelData readModelJson(const JsonAt& root) {
         m.connectorOrientations.push_back(c);
       }
     }
+    if (a.has("regionPairs")) m.regionPairs = readRegionPairs(a["regionPairs"]);
   } else {
     m.assembly.name = "ASSEMBLY";
   }

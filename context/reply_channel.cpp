@@ -78,7 +78,10 @@ void ReplyChannel::queueRaw(const uint8_t* record, size_t len) {
 }
 
 void ReplyChannel::queueText(std::string_view text, uint8_t type) {
-  queue(RecordBuilder(type).text(text));
+  // As RecordBuilder(type).text(text), composed in place: the text cut to what one record
+  // holds after its type byte and count.
+  text = text.substr(0, std::min(text.size(), kRecordBufferSize - 1 - 4));
+  putText(queueFixed(type, 4 + text.size()), text);
 }
 
 void ReplyChannel::flush() {

@@ -37,17 +37,18 @@ void exportModel(OdbContext& ctx, bool nodesOnly, ReplyChannel& out) {
   const odb_InstanceRepository& instances = assembly.instances();
   const bool multi = instances.size() > 1;
 
-  ModelSections sections;
+  static const ModelSections kNoSections;  // G reads no section numbers
+  const ModelSections* sections = &kNoSections;
   if (!nodesOnly) {
-    sections = sendSections(odb, multi, out);
+    sections = &sendSections(ctx, multi, out);
     sendMaterials(odb, out);
   }
   for (odb_InstanceRepositoryIT it(instances); !it.isDone(); it.next()) {
     const odb_Instance& instance = it.currentValue();
-    sendMesh(instance, multi, nodesOnly, sections.forInstance(instance.name(), multi),
-             sections.tables, out);
+    sendMesh(instance, multi, nodesOnly, sections->forInstance(instance.name(), multi),
+             sections->tables, out);
   }
-  if (multi) sendMesh(assembly, true, nodesOnly, sections.assembly, sections.tables, out);
+  if (multi) sendMesh(assembly, true, nodesOnly, sections->assembly, sections->tables, out);
 }
 
 }  // namespace odbs

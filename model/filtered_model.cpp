@@ -47,7 +47,7 @@ void exportFilteredModel(OdbContext& ctx, const std::vector<Criterion>& criteria
   const odb_Assembly& assembly = odb.rootAssembly();
   const odb_InstanceRepository& instances = assembly.instances();
   const bool multi = instances.size() > 1;
-  ModelSections sections = collectSections(odb);
+  const ModelSections& sections = collectedSections(ctx);
   ModelFilter filter(criteria, odb, sections.tables);
 
   std::vector<Block> blocks;

@@ -21,9 +21,14 @@ constexpr size_t kConnectorTypeLen = sizeof kConnectorType - 1;
 struct TypeLayout {
   std::string name;  // padded to kTypeNameWidth when shorter
   bool connector = false;
+  size_t fixed = 0;     // body bytes before the nodes: name, label, section (and node count)
+  size_t perNode = 4;   // body bytes per node
+  size_t maxNodes = 0;  // the nodes one record holds
+  bool fits = false;    // whether a record of this type holds its fixed part at all
 };
 
 std::vector<TypeLayout> typeLayouts(const std::vector<std::string>& typeNames) {
+  const size_t maxBody = kRecordBufferSize - 1;
   std::vector<TypeLayout> out;
   out.reserve(typeNames.size());
   for (const std::string& t : typeNames) {
@@ -31,6 +36,10 @@ std::vector<TypeLayout> typeLayouts(const std::vector<std::string>& typeNames) {
     l.name = t;
     if (l.name.size() < kTypeNameWidth) l.name.resize(kTypeNameWidth, ' ');
     l.connector = t.compare(0, kConnectorTypeLen, kConnectorType) == 0;
+    l.fixed = l.name.size() + 8 + (l.connector ? 4 : 0);
+    l.perNode = l.connector ? 8 : 4;
+    l.fits = l.fixed <= maxBody;
+    l.maxNodes = l.fits ? (maxBody - l.fixed) / l.perNode : 0;
     out.push_back(std::move(l));
   }
   return out;
@@ -55,19 +64,16 @@ void queueElementRecords(const odb_SequenceElement& elements, const ElementSecti
   const odb::ElementData& d = elements.data();
   const std::vector<TypeLayout> types = typeLayouts(d.typeNames);
   ElementSectionNumbers numbers(elements, sections, tables);
-  const size_t maxBody = kRecordBufferSize - 1;
   for (size_t i = 0; i < d.labels.size(); ++i) {
     const int32_t* nodes = d.connectivity.data() + d.offsets[i];
     size_t n = static_cast<size_t>(d.offsets[i + 1] - d.offsets[i]);
     if (n == 0 || (keep && !(*keep)[i])) continue;
     const TypeLayout& type = types[size_t(d.typeIndex[i])];
+    if (!type.fits) continue;
     int32_t section = numbers.of(i);
 
-    size_t fixed = type.name.size() + 8 + (type.connector ? 4 : 0);
-    size_t perNode = type.connector ? 8 : 4;
-    if (fixed > maxBody) continue;
-    n = std::min(n, (maxBody - fixed) / perNode);
-    uint8_t* p = out.queueFixed(kRecElement, fixed + perNode * n);
+    n = std::min(n, type.maxNodes);
+    uint8_t* p = out.queueFixed(kRecElement, type.fixed + type.perNode * n);
     if (type.name.size() == kTypeNameWidth) {
       std::memcpy(p, type.name.data(), kTypeNameWidth);  // the usual case, without a call
       p += kTypeNameWidth;

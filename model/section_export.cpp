@@ -1,5 +1,7 @@
 #include "model/section_export.h"
 
+#include <memory>
+
 #include "model/section_record.h"
 
 namespace odbs {
@@ -79,9 +81,25 @@ void queueSections(odb_Odb& odb, const ModelSections& sections, bool multiInstan
   out.flush();
 }
 
-ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out) {
-  ModelSections result = collectSections(odb);
-  queueSections(odb, result, multiInstance, {}, out);
+namespace {
+
+// The per-database table that keeps the collected sections.
+struct CollectedSections {
+  std::unique_ptr<const ModelSections> sections;
+};
+
+}  // namespace
+
+const ModelSections& collectedSections(OdbContext& ctx) {
+  CollectedSections& kept = ctx.tables.get<CollectedSections>();
+  if (!kept.sections)
+    kept.sections = std::make_unique<const ModelSections>(collectSections(*ctx.odb));
+  return *kept.sections;
+}
+
+const ModelSections& sendSections(OdbContext& ctx, bool multiInstance, ReplyChannel& out) {
+  const ModelSections& result = collectedSections(ctx);
+  queueSections(*ctx.odb, result, multiInstance, {}, out);
   return result;
 }
 

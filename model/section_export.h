@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "context/odb_context.h"
 #include "context/reply_channel.h"
 #include "model/element_section_map.h"
 #include "model/section_numbering.h"
@@ -42,6 +43,11 @@ struct ModelSections {
 // map returned is frozen. Sends nothing; throws what the database throws.
 ModelSections collectSections(odb_Odb& odb);
 
+// collectSections of ctx's database, made on the first call for that database and kept in
+// its tables for the later ones (the database does not change while it is open). Throws
+// what collectSections throws, keeping nothing.
+const ModelSections& collectedSections(OdbContext& ctx);
+
 // Appends, for each section of sections.assigned that send accepts (every one when send is
 // empty): (H owner,) the section record, (I) -- the H and I records only when
 // multiInstance. Empties the pending buffer first and flushes it at the end. Throws
@@ -49,7 +55,7 @@ ModelSections collectSections(odb_Odb& odb);
 void queueSections(odb_Odb& odb, const ModelSections& sections, bool multiInstance,
                    const std::function<bool(const AssignedSection&)>& send, ReplyChannel& out);
 
-// collectSections, then queueSections of every assigned section: the section phase of g.
-ModelSections sendSections(odb_Odb& odb, bool multiInstance, ReplyChannel& out);
+// collectedSections, then queueSections of every assigned section: the section phase of g.
+const ModelSections& sendSections(OdbContext& ctx, bool multiInstance, ReplyChannel& out);
 
 }  // namespace odbs

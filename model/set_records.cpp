@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 #include <exception>
+#include <string_view>
+#include <vector>
 
 #include "wire/coding.h"
 
@@ -59,39 +61,84 @@ void queueFaceBlocks(odb_View<int> labels, odb_View<int> faces, ReplyChannel& ou
   }
 }
 
+// The members of a set of a stored list, as membersOf gives them for the same set: those
+// of the first group of instance (none when it has none), or every group's in group order.
+// Groups stored apart are gathered into scratch; stored one after another (as the writer
+// stores them) they are read in place.
+Members listedMembers(const odb::SetListData& d, const odb::SetListData::Keyed& k,
+                      const std::string* instance, std::vector<int32_t>& scratch) {
+  if (!k.sound) return Members();
+  const bool surface = d.types[k.index] == odb_Enum::SURFACE_SET;
+  auto range = [&](const std::vector<int32_t>& labels, const std::vector<int32_t>& faces,
+                   int64_t start, int64_t count) {
+    Members m;
+    m.labels = odb_View<int>(labels.data() + start, static_cast<int>(count));
+    if (surface) m.faces = odb_View<int>(faces.data() + start, static_cast<int>(count));
+    return m;
+  };
+  if (instance == nullptr && k.together) return range(d.labels, d.faces, k.start, k.count);
+  const int64_t first = d.groupOffsets[k.index], last = d.groupOffsets[k.index + 1];
+  if (instance != nullptr) {
+    for (int64_t g = first; g < last; ++g)
+      if (d.instances[g] == *instance) return range(d.labels, d.faces, d.starts[g], d.counts[g]);
+    return Members();
+  }
+  scratch.clear();
+  for (int64_t g = first; g < last; ++g)
+    scratch.insert(scratch.end(), d.labels.begin() + d.starts[g],
+                   d.labels.begin() + d.starts[g] + d.counts[g]);
+  for (int64_t g = first; surface && g < last; ++g)
+    scratch.insert(scratch.end(), d.faces.begin() + d.starts[g],
+                   d.faces.begin() + d.starts[g] + d.counts[g]);
+  return range(scratch, scratch, 0, k.count);
+}
+
+void queueSetRecords(std::string_view name, odb_Enum::odb_SetTypeEnum type,
+                     const std::string* instance, bool multiInstance, const Members& m,
+                     ReplyChannel& out) {
+  const bool perInstance = instance != nullptr && multiInstance;
+  switch (type) {
+    case odb_Enum::NODE_SET:
+      out.queueText(name, kRecNodeSetHeader);
+      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
+      queueLabelBlocks(kRecNodeLabels, m.labels, out);
+      break;
+    case odb_Enum::ELEMENT_SET:
+      out.queueText(name, kRecElementSetHeader);
+      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
+      queueLabelBlocks(kRecElementLabels, m.labels, out);
+      break;
+    case odb_Enum::SURFACE_SET:
+      out.queueText(name, kRecSurfaceHeader);
+      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
+      queueFaceBlocks(m.labels, m.faces, out);
+      break;
+  }
+  out.queueFixed(kRecSetEnd, 0);
+  if (perInstance) out.queueFixed(kRecBlockEnd, 0);
+}
+
 }  // namespace
 
-bool isSentSet(const odb_Set& set, bool coupling) {
-  const std::string& name = set.name();
+bool isSentSet(std::string_view name, odb_Enum::odb_SetTypeEnum type, bool coupling) {
   if (name == " ALL NODES" || name == " ALL ELEMENTS") return false;
-  return coupling || set.type() != odb_Enum::NODE_SET ||
-         name.find("COUPLING_") == std::string::npos;
+  return coupling || type != odb_Enum::NODE_SET || name.find("COUPLING_") == name.npos;
+}
+
+bool isSentSet(const odb_Set& set, bool coupling) {
+  return isSentSet(set.name(), set.type(), coupling);
 }
 
 void queueSet(const odb_Set& set, const std::string* instance, bool multiInstance,
               ReplyChannel& out) {
-  const bool perInstance = instance != nullptr && multiInstance;
-  switch (set.type()) {
-    case odb_Enum::NODE_SET:
-      out.queueText(set.name(), kRecNodeSetHeader);
-      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
-      queueLabelBlocks(kRecNodeLabels, membersOf(set, instance).labels, out);
-      break;
-    case odb_Enum::ELEMENT_SET:
-      out.queueText(set.name(), kRecElementSetHeader);
-      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
-      queueLabelBlocks(kRecElementLabels, membersOf(set, instance).labels, out);
-      break;
-    case odb_Enum::SURFACE_SET: {
-      out.queueText(set.name(), kRecSurfaceHeader);
-      if (perInstance) out.queueText(*instance, kRecInstanceHeader);
-      Members m = membersOf(set, instance);
-      queueFaceBlocks(m.labels, m.faces, out);
-      break;
-    }
-  }
-  out.queueFixed(kRecSetEnd, 0);
-  if (perInstance) out.queueFixed(kRecBlockEnd, 0);
+  queueSetRecords(set.name(), set.type(), instance, multiInstance, membersOf(set, instance), out);
+}
+
+void queueListedSet(const odb::SetListData& list, const odb::SetListData::Keyed& set,
+                    odb_Enum::odb_SetTypeEnum kind, const std::string* instance, bool multiInstance,
+                    ReplyChannel& out, std::vector<int32_t>& scratch) {
+  queueSetRecords(list.names[set.index], kind, instance, multiInstance,
+                  listedMembers(list, set, instance, scratch), out);
 }
 
 void queueSetError(ReplyChannel& out) {

@@ -77,5 +77,12 @@ odb_View<int> odb_Set::faces(const std::string& instanceName) const {
                                         : odb_View<int>();
 }
 
+const odb::SetListData* odb_DiscreteEntity::setList(odb_Enum::odb_SetTypeEnum kind) const {
+  const auto& list = kind == odb_Enum::NODE_SET      ? p_.nodeSetList
+                     : kind == odb_Enum::ELEMENT_SET ? p_.elementSetList
+                                                     : p_.surfaceList;
+  return list ? &list->get() : nullptr;
+}
+
 odb_ConnectorOrientation::odb_ConnectorOrientation(const odb::ConnectorOrientationData& d)
     : region_(d.region), has1_(d.hasCsys1), has2_(d.hasCsys2), c1_(d.csys1), c2_(d.csys2) {}

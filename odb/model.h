@@ -198,6 +198,8 @@ struct odb_EntityParts {
   odb::Lazy<odb::NodeData> nodes;
   odb::Lazy<odb::ElementData> elements;
   odb::Lazy<odb_SetRepository> nodeSets, elementSets, surfaces;
+  // The same sets as stored, one list per kind (null when the file keeps a group per set).
+  std::shared_ptr<odb::Lazy<odb::SetListData>> nodeSetList, elementSetList, surfaceList;
   odb::Lazy<odb_SequenceSectionAssignment> sectionAssignments;
   std::shared_ptr<const std::vector<odb_SectionCategory>> categories;
 };
@@ -214,6 +216,11 @@ class odb_DiscreteEntity {
   const odb_SetRepository& nodeSets() const { return p_.nodeSets.get(); }
   const odb_SetRepository& elementSets() const { return p_.elementSets.get(); }
   const odb_SetRepository& surfaces() const { return p_.surfaces.get(); }
+  // The sets of one kind as stored, every member in one array, read in one go on first use
+  // and shared with the sets of the repository of that kind: for walking every set without
+  // a look-up or a copy per set. nullptr when the file keeps one group per set (format
+  // version 2 and older). Throws std::runtime_error when the list cannot be read.
+  const odb::SetListData* setList(odb_Enum::odb_SetTypeEnum kind) const;
   const odb_SequenceSectionAssignment& sectionAssignments() const {
     return p_.sectionAssignments.get();
   }

@@ -56,6 +56,30 @@ struct SetData {
                   const std::vector<int32_t>& memberFaces = {});
 };
 
+// The sets of one kind of an entity as the file stores them, every member in one array,
+// read in one go. Set i has the member groups [groupOffsets[i], groupOffsets[i+1]); group g
+// lists instance instances[g] and the counts[g] labels (and, for surfaces, faces) from
+// starts[g]. byKey lists the sets in the order of the entity's set repository (by name,
+// byte-wise, the last of equal names) with what a walk over all of them needs first, so
+// that it reads one array in order.
+struct SetListData {
+  struct Keyed {
+    uint32_t index = 0;  // the set's place in names, types and groupOffsets
+    // Whether the set is of the list's kind and every range of it lies within the arrays;
+    // a set that is not sound has no members to read (through odb_Set its members throw).
+    bool sound = false;
+    // Whether its member groups lie one after another: then its members, all instances
+    // together, are the count labels (and faces) from start.
+    bool together = false;
+    int64_t start = 0, count = 0;
+  };
+  std::string path;  // the list's group, for messages
+  std::vector<std::string> names, instances;
+  std::vector<int32_t> types, labels, faces;
+  std::vector<int64_t> groupOffsets, starts, counts;
+  std::vector<Keyed> byKey;
+};
+
 struct SectionPointData {
   int32_t number = 0;
   std::string description;

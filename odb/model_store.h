@@ -39,10 +39,15 @@ void storeSetList(const h5::Group& parent, const std::string& list,
                   const std::vector<SetData>& sets);
 // Every set of the set list group g (format version 3), read in one go.
 std::vector<SetData> loadSetList(const h5::Group& g);
+// The set list at path of sets of type, loading on first use; nullptr when the file is
+// older than version 3 (one set group per set).
+std::shared_ptr<Lazy<SetListData>> lazySetListData(const SourcePtr& src, const std::string& path,
+                                                   odb_Enum::odb_SetTypeEnum type);
 // The sets of the list at path (a catalogue; the members of all sets of the list load
-// together on first use; version 2 and older: one set group per set, loaded per set).
+// together from list on first use; list null: one set group per set, loaded per set).
 odb_SetRepository lazySetList(const SourcePtr& src, const std::string& path,
-                              odb_Enum::odb_SetTypeEnum type);
+                              odb_Enum::odb_SetTypeEnum type,
+                              const std::shared_ptr<Lazy<SetListData>>& list);
 void storeSectionAssignments(const h5::Group& entity, const std::vector<SectionAssignmentData>& v);
 // Files older than version 4 hold no placements: every assignment loads without offset and
 // thickness.

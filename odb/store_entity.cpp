@@ -101,13 +101,21 @@ odb_EntityParts lazyEntityParts(const SourcePtr& src, const std::string& path,
       std::function<NodeData()>([src, path] { return loadNodes(src->group(path)); }));
   p.elements = Lazy<ElementData>(std::function<ElementData()>(
       [src, path, ncat] { return loadElements(src->group(path), src->version, ncat); }));
-  p.nodeSets = Lazy<odb_SetRepository>(std::function<odb_SetRepository()>(
-      [src, prefix] { return lazySetList(src, prefix + name::kNodeSets, odb_Enum::NODE_SET); }));
-  p.elementSets = Lazy<odb_SetRepository>(std::function<odb_SetRepository()>([src, prefix] {
-    return lazySetList(src, prefix + name::kElementSets, odb_Enum::ELEMENT_SET);
-  }));
-  p.surfaces = Lazy<odb_SetRepository>(std::function<odb_SetRepository()>(
-      [src, prefix] { return lazySetList(src, prefix + name::kSurfaces, odb_Enum::SURFACE_SET); }));
+  p.nodeSetList = lazySetListData(src, prefix + name::kNodeSets, odb_Enum::NODE_SET);
+  p.elementSetList = lazySetListData(src, prefix + name::kElementSets, odb_Enum::ELEMENT_SET);
+  p.surfaceList = lazySetListData(src, prefix + name::kSurfaces, odb_Enum::SURFACE_SET);
+  p.nodeSets = Lazy<odb_SetRepository>(
+      std::function<odb_SetRepository()>([src, prefix, list = p.nodeSetList] {
+        return lazySetList(src, prefix + name::kNodeSets, odb_Enum::NODE_SET, list);
+      }));
+  p.elementSets = Lazy<odb_SetRepository>(
+      std::function<odb_SetRepository()>([src, prefix, list = p.elementSetList] {
+        return lazySetList(src, prefix + name::kElementSets, odb_Enum::ELEMENT_SET, list);
+      }));
+  p.surfaces = Lazy<odb_SetRepository>(
+      std::function<odb_SetRepository()>([src, prefix, list = p.surfaceList] {
+        return lazySetList(src, prefix + name::kSurfaces, odb_Enum::SURFACE_SET, list);
+      }));
   p.sectionAssignments =
       Lazy<odb_SequenceSectionAssignment>(std::function<odb_SequenceSectionAssignment()>(
           [src, path] { return loadSectionAssignments(src, path); }));

@@ -1,5 +1,9 @@
 // Sets: one set group, the set lists of an entity and connector orientations (which hold a
 // set each); store and load side by side.
+#include <algorithm>
+#include <cstdint>
+#include <numeric>
+
 #include "odb/model_store.h"
 #include "odb/store_util.h"
 
@@ -69,20 +73,28 @@ void storeSetList(const h5::Group& parent, const std::string& list,
 
 namespace {
 
-// The arrays of a set list, read in one go and checked for their sizes; each set's own
-// ranges are checked when that set is sliced, so one damaged set spoils no other.
-struct SetListData {
-  std::string path;
-  std::vector<std::string> names, instances;
-  std::vector<int32_t> types, labels, faces;
-  std::vector<int64_t> groupOffsets, starts, counts;
-};
+// The sets' indexes by name, byte-wise, one per name: the last of equal names, as a
+// repository keeps it.
+std::vector<uint32_t> keyOrder(const std::vector<std::string>& names) {
+  std::vector<uint32_t> order(names.size());
+  std::iota(order.begin(), order.end(), 0u);
+  std::stable_sort(order.begin(), order.end(),
+                   [&](uint32_t a, uint32_t b) { return names[a] < names[b]; });
+  std::vector<uint32_t> out;
+  out.reserve(order.size());
+  for (size_t k = 0; k < order.size(); ++k)
+    if (k + 1 == order.size() || names[order[k + 1]] != names[order[k]]) out.push_back(order[k]);
+  return out;
+}
 
+// The arrays of a set list, read in one go and checked for their sizes; each set's own
+// ranges are checked apart (setFault), so one damaged set spoils no other.
 SetListData loadSetListData(const h5::Group& g) {
   SetListData d;
   d.path = g.path();
   d.names = g.readStrings(name::kNames);
   auto n = static_cast<int64_t>(d.names.size());
+  if (d.names.size() > UINT32_MAX) damaged(g, "too many sets");
   d.types = g.read<int32_t>(name::kSetTypes, n);
   d.groupOffsets = g.read<int64_t>(name::kGroupOffsets, n + 1);
   d.instances = g.readStrings(name::kGroupInstances);
@@ -95,23 +107,31 @@ SetListData loadSetListData(const h5::Group& g) {
   return d;
 }
 
-SetData sliceSet(const SetListData& d, size_t i) {
-  auto bad = [&](const std::string& what) {
-    h5::fail("damaged database: " + d.path + ": set '" + d.names[i] + "': " + what);
-  };
-  SetData s;
-  s.name = d.names[i];
-  if (d.types[i] < odb_Enum::NODE_SET || d.types[i] > odb_Enum::SURFACE_SET) bad("unknown type");
-  s.type = static_cast<odb_Enum::odb_SetTypeEnum>(d.types[i]);
+// Why set i of d cannot be read, or nullptr when its type is known and its ranges lie
+// within the arrays.
+const char* setFault(const SetListData& d, size_t i) {
+  if (d.types[i] < odb_Enum::NODE_SET || d.types[i] > odb_Enum::SURFACE_SET) return "unknown type";
   int64_t first = d.groupOffsets[i], last = d.groupOffsets[i + 1];
   if (first < 0 || last < first || last > static_cast<int64_t>(d.instances.size()))
-    bad("member groups out of range");
-  if (s.type == odb_Enum::SURFACE_SET && d.faces.empty()) bad("a surface without faces");
+    return "member groups out of range";
+  if (d.types[i] == odb_Enum::SURFACE_SET && d.faces.empty()) return "a surface without faces";
   const auto total = static_cast<int64_t>(d.labels.size());
   for (int64_t g = first; g < last; ++g) {
     int64_t start = d.starts[g], count = d.counts[g];
     if (start < 0 || count < 0 || start > total || count > total - start)
-      bad("members out of range");
+      return "members out of range";
+  }
+  return nullptr;
+}
+
+SetData sliceSet(const SetListData& d, size_t i) {
+  if (const char* fault = setFault(d, i))
+    h5::fail("damaged database: " + d.path + ": set '" + d.names[i] + "': " + fault);
+  SetData s;
+  s.name = d.names[i];
+  s.type = static_cast<odb_Enum::odb_SetTypeEnum>(d.types[i]);
+  for (int64_t g = d.groupOffsets[i]; g < d.groupOffsets[i + 1]; ++g) {
+    int64_t start = d.starts[g], count = d.counts[g];
     s.instanceNames.push_back(d.instances[g]);
     s.counts.push_back(count);
     s.labels.insert(s.labels.end(), d.labels.begin() + start, d.labels.begin() + start + count);
@@ -149,15 +169,35 @@ std::vector<SetData> loadSetList(const h5::Group& g) {
   return out;
 }
 
+std::shared_ptr<Lazy<SetListData>> lazySetListData(const SourcePtr& src, const std::string& path,
+                                                   odb_Enum::odb_SetTypeEnum type) {
+  if (src->version < 3) return nullptr;
+  return std::make_shared<Lazy<SetListData>>(std::function<SetListData()>([src, path, type] {
+    SetListData d = loadSetListData(src->group(path));
+    for (uint32_t i : keyOrder(d.names)) {
+      SetListData::Keyed k;
+      k.index = i;
+      k.sound = d.types[i] == type && setFault(d, i) == nullptr;
+      k.together = k.sound;
+      for (int64_t g = d.groupOffsets[i]; k.sound && g < d.groupOffsets[i + 1]; ++g) {
+        if (g == d.groupOffsets[i]) k.start = d.starts[g];
+        k.together = k.together && d.starts[g] == k.start + k.count;
+        k.count += d.counts[g];
+      }
+      d.byKey.push_back(k);
+    }
+    return d;
+  }));
+}
+
 odb_SetRepository lazySetList(const SourcePtr& src, const std::string& path,
-                              odb_Enum::odb_SetTypeEnum type) {
-  if (src->version < 3) return lazySetGroups(src, path, type);
+                              odb_Enum::odb_SetTypeEnum type,
+                              const std::shared_ptr<Lazy<SetListData>>& list) {
+  if (!list) return lazySetGroups(src, path, type);
   odb_SetRepository repo;
   h5::Group g = src->group(path);
   std::vector<std::string> names = g.readStrings(name::kNames);
   // The members of every set of the list load together on the first look at any of them.
-  auto list = std::make_shared<Lazy<SetListData>>(
-      std::function<SetListData()>([src, path] { return loadSetListData(src->group(path)); }));
   for (size_t i = 0; i < names.size(); ++i) {
     odb::Lazy<SetData> members(std::function<SetData()>([list, i, type] {
       const SetListData& d = list->get();

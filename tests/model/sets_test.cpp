@@ -155,6 +155,30 @@ TEST(SendSets, UnreadableInstanceSetSendsHeaderAndEndAndTheWalkGoesOn) {
   EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));
 }
 
+TEST(SendSets, SetsGoInNameOrderWithTheirGroupsInStoredOrder) {
+  odb::ModelData m = singleInstanceSets();
+  m.assembly = odb::EntityData();
+  m.instances[0].nodeSets = {setOf("ZB", NODE_SET, "PART-1", {3, 1}),
+                             setOf("AA", NODE_SET, "PART-1", {2})};
+  m.instances[0].elementSets.clear();
+  TestDatabase db(m, [](const std::string& path) {
+    odb::h5::File f = odb::h5::File::open(path, false);
+    odb::h5::Group sets = f.root().open("assembly/instances/0/node_sets");
+    // ZB in two groups that lie apart and out of order: [3] from 2, then [1] from 0.
+    for (const char* name :
+         {"group_offsets", "group_instances", "member_starts", "member_counts", "labels"})
+      sets.remove(name);
+    sets.write("group_offsets", std::vector<int64_t>{0, 2, 3});
+    sets.writeStrings("group_instances", {"PART-1", "PART-1", "PART-1"});
+    sets.write("member_starts", std::vector<int64_t>{2, 0, 1});
+    sets.write("member_counts", std::vector<int64_t>{1, 1, 1});
+    sets.write("labels", std::vector<int32_t>{1, 2, 3});
+  });
+  Expected e;
+  e.set(5, "AA", {2}).set(5, "ZB", {3, 1});
+  EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));
+}
+
 TEST(SendSets, UnreadableAssemblySetKeepsEverySetOfTheReply) {
   TestDatabase db(multiInstanceSets(), firstSetUnreadable("assembly/node_sets"));  // AN
   std::vector<client::Record> recs = splitRecords(setsReply(db, 0, false));

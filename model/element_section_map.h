@@ -1,9 +1,10 @@
 // Element label -> section number for the elements of one instance (or of the root
 // assembly), filled from section assignment regions and then read once per element.
 //
-// Inserts are collected; freeze() builds the look-up form: a dense array over the label
-// range when labels are compact enough, else a sorted array searched by bisection. The
-// first number inserted for a label wins.
+// Inserts are collected as runs of labels that share a number (the labels stay where their
+// owner keeps them until freeze()); freeze() builds the look-up form: a dense array over the
+// label range when labels are compact enough, else a sorted array searched by bisection.
+// The first number inserted for a label wins.
 #pragma once
 
 #include <algorithm>
@@ -16,12 +17,10 @@ namespace odbs {
 
 class ElementSectionMap {
  public:
-  // Records label -> number unless label already has a number. Before freeze() only.
-  void insert(int32_t label, int32_t number) { pending_.emplace_back(label, number); }
-  // Room for n more inserts.
-  void reserve(size_t n) {
-    size_t need = pending_.size() + n;
-    if (need > pending_.capacity()) pending_.reserve(std::max(need, 2 * pending_.capacity()));
+  // Records label -> number for each of the count labels at labels, unless a label already
+  // has a number. Before freeze() only; the labels must stay in place until freeze().
+  void insert(const int32_t* labels, size_t count, int32_t number) {
+    if (count != 0) runs_.push_back({labels, count, number});
   }
   // Builds the look-up form; inserts after this are not seen until the next freeze().
   void freeze();
@@ -33,13 +32,18 @@ class ElementSectionMap {
     }
     return findSorted(label);
   }
-  bool empty() const { return pending_.empty(); }
+  bool empty() const { return runs_.empty(); }
 
  private:
   int32_t findSorted(int32_t label) const;
 
-  std::vector<std::pair<int32_t, int32_t>> pending_;  // insertion order
-  std::vector<int32_t> dense_;                        // index label - base_
+  struct Run {
+    const int32_t* labels;
+    size_t count;
+    int32_t number;
+  };
+  std::vector<Run> runs_;       // insertion order
+  std::vector<int32_t> dense_;  // index label - base_
   int64_t base_ = 0;
   std::vector<std::pair<int32_t, int32_t>> sorted_;  // by label, one entry per label
 };

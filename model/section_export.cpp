@@ -59,8 +59,7 @@ ModelSections collectSections(odb_Odb& odb) {
     ElementSectionMap& map = ownedByInstance ? result.byInstance[ownerName] : result.assembly;
     int32_t number = result.tables.numberOf(section.name());
     result.assigned.push_back({&section, number, ownerName});
-    map.reserve(size_t(members.size()));
-    for (int label : members) map.insert(label, number);
+    map.insert(members.data(), size_t(members.size()), number);
   }
   for (auto& entry : result.byInstance) entry.second.freeze();
   result.assembly.freeze();

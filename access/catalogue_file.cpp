@@ -119,8 +119,7 @@ void CatalogueWriter::text(std::string_view v) {
 
 void CatalogueWriter::finish() {
   if (!active()) return;
-  // A block that could not be formatted leaves lines out: such a file is not published.
-  if (!compressor_->finish()) return abandon();
+  compressor_->finish();
   compressor_.reset();
   platform::removeFile(base_ + "_lock");
   gzclose(gz(file_));

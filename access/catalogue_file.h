@@ -14,8 +14,8 @@
 // The file is compressed at gzip level 1: the catalogue is written while the reply is
 // sent, and a higher level costs more time than its smaller file saves. Values are
 // formatted and parsed without the C library's printf and strtod (same bytes, exact
-// round trip). Formatting and compressing run on a second thread (catalogue_compressor.h)
-// while the command thread goes on with the reply.
+// round trip). The lines are compressed on a second thread (catalogue_compressor.h) while
+// the command thread goes on with the reply.
 //
 // While a writer is active the file is base + "_tmp" and an empty marker base + "_lock"
 // exists; a finished file is renamed to base. A lock is stale when neither it nor the

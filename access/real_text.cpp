@@ -1,7 +1,7 @@
 // Values from 1e-7 to about 1e47 (the catalogue's times, frame values and frequencies) are
 // formatted with exact integer arithmetic on 128 bits; zero, subnormals, the values outside
 // that range and the special values go through the standard library's exact formatter,
-// which is several times slower.
+// which takes about three times as long.
 //
 // v = m * 2^e exactly (m < 2^53). With k = floor(log10 v), the 21 digits are
 // D = v * 10^(20 - k) rounded to an integer, which lies in [10^20, 10^21]. For p = 20 - k

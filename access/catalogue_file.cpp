@@ -16,44 +16,10 @@ namespace {
 
 constexpr size_t kMaxLine = 10000;  // longest line read back, newline included
 constexpr size_t kMaxVersionLine = 100;
-constexpr size_t kWriteChunk = 256 * 1024;  // lines handed to the compressor at once
-constexpr size_t kReadChunk = 256 * 1024;   // decompressed bytes read at once
+constexpr size_t kReadChunk = 256 * 1024;  // decompressed bytes read at once
 
 gzFile gz(void* f) {
   return static_cast<gzFile>(f);
-}
-
-// Appends s with '\\', newline and carriage return escaped.
-void appendEscaped(std::string_view s, std::string* out) {
-  for (char c : s) {
-    switch (c) {
-      case '\\':
-        *out += "\\\\";
-        break;
-      case '\n':
-        *out += "\\n";
-        break;
-      case '\r':
-        *out += "\\r";
-        break;
-      default:
-        *out += c;
-        break;
-    }
-  }
-}
-
-// Appends v as printf's "%.20E" writes it: the shortest exact rounding to 21 significant
-// digits, an upper-case E and a signed exponent of at least two digits; "INF", "-INF",
-// "NAN" and "-NAN" for the special values.
-void appendReal(double v, std::string* out) {
-  char buf[64];
-  std::to_chars_result r =
-      std::to_chars(buf, buf + sizeof buf, v, std::chars_format::scientific, 20);
-  // Only letters need changing ('e', "inf", "nan"): lower case to upper case by hand.
-  for (char* p = buf; p != r.ptr; ++p)
-    if (*p >= 'a' && *p <= 'z') *p = char(*p - 'a' + 'A');
-  out->append(buf, r.ptr);
 }
 
 bool unescape(std::string_view s, std::string* out) {
@@ -114,6 +80,7 @@ CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
   if (f == nullptr) return;
   file_ = f;
   platform::createEmptyFile(base_ + "_lock");
+  compressor_ = std::make_unique<CatalogueCompressor>(file_);
 }
 
 CatalogueWriter::~CatalogueWriter() {
@@ -122,7 +89,7 @@ CatalogueWriter::~CatalogueWriter() {
 
 void CatalogueWriter::abandon() {
   if (!active()) return;
-  pending_.clear();
+  compressor_.reset();  // drops what is queued and joins its thread
   gzclose(gz(file_));
   file_ = nullptr;
   platform::removeFile(base_ + "_tmp");
@@ -132,44 +99,28 @@ void CatalogueWriter::abandon() {
 void CatalogueWriter::header(int mode, const std::string& dbPath,
                              const platform::FileStat& dbStat) {
   if (!active()) return;
-  pending_ += mode == 1 ? "1.0\r1.0A\n" : "1.0\r1.0\n";
+  compressor_->raw(mode == 1 ? "1.0\r1.0A" : "1.0\r1.0");
   text(dbPath);
   integer(catalogueTime(dbStat));
   integer(dbStat.size);
 }
 
 void CatalogueWriter::integer(int64_t v) {
-  if (!active()) return;
-  char buf[24];
-  std::to_chars_result r = std::to_chars(buf, buf + sizeof buf, v);
-  pending_.append(buf, r.ptr);
-  pending_ += '\n';
-  if (pending_.size() >= kWriteChunk) drain();
+  if (active()) compressor_->integer(v);
 }
 
 void CatalogueWriter::real(double v) {
-  if (!active()) return;
-  appendReal(v, &pending_);
-  pending_ += '\n';
-  if (pending_.size() >= kWriteChunk) drain();
+  if (active()) compressor_->real(v);
 }
 
 void CatalogueWriter::text(std::string_view v) {
-  if (!active()) return;
-  appendEscaped(v, &pending_);
-  pending_ += '\n';
-  if (pending_.size() >= kWriteChunk) drain();
-}
-
-void CatalogueWriter::drain() {
-  if (!pending_.empty())
-    gzwrite(gz(file_), pending_.data(), static_cast<unsigned>(pending_.size()));
-  pending_.clear();
+  if (active()) compressor_->text(v);
 }
 
 void CatalogueWriter::finish() {
   if (!active()) return;
-  drain();
+  compressor_->finish();
+  compressor_.reset();
   platform::removeFile(base_ + "_lock");
   gzclose(gz(file_));
   file_ = nullptr;

@@ -14,7 +14,8 @@
 // The file is compressed at gzip level 1: the catalogue is written while the reply is
 // sent, and a higher level costs more time than its smaller file saves. Values are
 // formatted and parsed without the C library's printf and strtod (same bytes, exact
-// round trip).
+// round trip). The lines are compressed on a second thread (catalogue_compressor.h) while
+// the command thread goes on with the reply.
 //
 // While a writer is active the file is base + "_tmp" and an empty marker base + "_lock"
 // exists; a finished file is renamed to base. A lock is stale when neither it nor the
@@ -23,9 +24,11 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "access/catalogue_compressor.h"
 #include "platform/platform.h"
 
 namespace odbs {
@@ -35,8 +38,8 @@ namespace odbs {
 inline constexpr int64_t kStaleLockSeconds = 600;
 
 // Writes one catalogue file. Not copyable. finish() publishes it; a writer destroyed
-// without finish() (an error half-way) removes its temporary file and lock, so a partial
-// catalogue is never taken for a whole one.
+// without finish() (an error half-way) stops its compressing thread and removes its
+// temporary file and lock, so a partial catalogue is never taken for a whole one.
 class CatalogueWriter {
  public:
   // Starts writing base + "_tmp" unless another writer holds base + "_lock" (a stale lock
@@ -54,18 +57,17 @@ class CatalogueWriter {
   void real(double v);
   void text(std::string_view v);
 
-  // Closes the file, removes the lock and renames the file to base. Idempotent.
+  // Waits until every value is compressed, closes the file, removes the lock and renames
+  // the file to base. Idempotent.
   void finish();
-  // Closes and removes the temporary file and the lock. Idempotent.
+  // Drops the values not yet written, closes and removes the temporary file and the lock.
+  // Idempotent.
   void abandon();
 
  private:
-  // Hands the buffered lines to the compressor.
-  void drain();
-
   std::string base_;
-  void* file_ = nullptr;  // gzFile
-  std::string pending_;   // lines not yet handed to the compressor
+  void* file_ = nullptr;                             // gzFile
+  std::unique_ptr<CatalogueCompressor> compressor_;  // while file_ is open
 };
 
 // Reads a catalogue file back, line by line.

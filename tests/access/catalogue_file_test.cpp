@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -197,6 +198,72 @@ TEST_F(CatalogueFileTest, NumbersAreWrittenAsPrintfWritesThem) {
   text.resize(size_t(std::max(0, gzread(f, text.data(), unsigned(text.size())))));
   gzclose(f);
   EXPECT_EQ(text, expected);
+}
+
+// The same for the fast exact path of reals (1e-7 to about 1e47) and around it: its
+// edges, exact ties between two 21-digit decimals (odd multiples of 1/256 near 1e13 round
+// to even), values that round up to the next power of ten, and bit patterns over every
+// exponent. They fill several blocks of the compressing thread, which must keep the order.
+TEST_F(CatalogueFileTest, RealsOfEveryRangeAreWrittenAsPrintfWritesThem) {
+  std::vector<double> reals = {1e13 + 1.0 / 256,
+                               1e13 + 3.0 / 256,
+                               -(1e13 + 5.0 / 256),
+                               9.999999999999999e20,
+                               99999999999999991611392.0,
+                               std::numeric_limits<double>::min(),
+                               std::numeric_limits<double>::denorm_min() * 12345};
+  for (int k = -9; k <= 49; ++k) {
+    double p = std::pow(10.0, k);
+    for (double v : {p, std::nextafter(p, 0.0), std::nextafter(p, 1e300), -p}) reals.push_back(v);
+  }
+  uint64_t bits = 12345;
+  for (int i = 0; i < 20000; ++i) {
+    bits = bits * 6364136223846793005ULL + 1442695040888963407ULL;
+    double v;
+    std::memcpy(&v, &bits, sizeof v);
+    reals.push_back(v);
+    reals.push_back(i / 1000.0);
+  }
+  std::string expected;
+  {
+    CatalogueWriter w(base_);
+    w.header(0, "/x", db_);
+    expected = "1.0\r1.0\n/x\n" + std::to_string(db_.mtimeSec * 1000000000LL + db_.mtimeNsec) +
+               "\n" + std::to_string(db_.size) + "\n";
+    char buf[64];
+    for (double v : reals) {
+      w.real(v);
+      std::snprintf(buf, sizeof buf, "%.20E\n", v);
+      expected += buf;
+    }
+    w.finish();
+  }
+  gzFile f = gzopen(base_.c_str(), "rb");
+  ASSERT_NE(f, nullptr);
+  std::string text(expected.size() + 100, '\0');
+  text.resize(size_t(std::max(0, gzread(f, text.data(), unsigned(text.size())))));
+  gzclose(f);
+  // The first line that differs, not a diff of a megabyte.
+  size_t n = std::min(text.size(), expected.size());
+  size_t at =
+      size_t(std::mismatch(text.begin(), text.begin() + n, expected.begin()).first - text.begin());
+  size_t line = expected.rfind('\n', at == 0 ? 0 : at - 1);
+  line = line == std::string::npos ? 0 : line + 1;
+  EXPECT_EQ(text.substr(line, 30), expected.substr(line, 30));
+  EXPECT_EQ(text.size(), expected.size());
+}
+
+// A writer dropped with blocks still queued for its compressing thread stops the thread
+// before removing its files.
+TEST_F(CatalogueFileTest, WriterDroppedWithQueuedValuesLeavesNothing) {
+  {
+    CatalogueWriter w(base_);
+    w.header(0, "/x", db_);
+    for (int i = 0; i < 100000; ++i) w.text("Increment " + std::to_string(i));
+  }
+  EXPECT_FALSE(platform::fileReadable(base_));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_lock"));
 }
 
 // A file cut inside its compressed stream is refused even when the cut falls after a

@@ -43,7 +43,7 @@ odb::ModelData singleInstanceModel() {
   part.elements.add("SPRINGA12", 13, n + 2, 1, 2);
   part.elements.add("EMPTY", 14, n, 0, -1);
   part.elementSets.push_back(setOf("EA", odb_Enum::ELEMENT_SET, part.name, {10}));
-  part.sectionAssignments.push_back({"Section-A", part.elementSets.back()});
+  part.sectionAssignments.push_back({"Section-A", part.elementSets.back(), {}});
   m.instances.push_back(part);
 
   m.assembly.name = "ASSEMBLY";
@@ -51,7 +51,7 @@ odb::ModelData singleInstanceModel() {
   m.assembly.nodes.coordinates = {9, 9, 9};
   m.assembly.elements.add("CONN3D2", 100, n, 2, -1);
   m.assembly.sectionAssignments.push_back(
-      {"Section-Z", setOf("EZ", odb_Enum::ELEMENT_SET, "PART-1", {11})});
+      {"Section-Z", setOf("EZ", odb_Enum::ELEMENT_SET, "PART-1", {11}), {}});
   return m;
 }
 
@@ -111,15 +111,15 @@ odb::ModelData multiInstanceModel() {
   }
   odb::EntityData& a = m.instances[1];
   a.elementSets.push_back(setOf("EA", odb_Enum::ELEMENT_SET, "A-1", {1}));
-  a.sectionAssignments.push_back({"Section-A", a.elementSets.back()});
+  a.sectionAssignments.push_back({"Section-A", a.elementSets.back(), {}});
   // A region that is a node set has no elements: its section is not sent.
-  a.sectionAssignments.push_back({"Section-N", setOf("NA", odb_Enum::NODE_SET, "A-1", {1})});
+  a.sectionAssignments.push_back({"Section-N", setOf("NA", odb_Enum::NODE_SET, "A-1", {1}), {}});
   m.assembly.name = "ROOT";
   m.assembly.nodes.labels = {100};
   m.assembly.nodes.coordinates = {0, 0, 1};
   m.assembly.elements.add("CONN3D2", 1, n, 2, -1);
   m.assembly.sectionAssignments.push_back(
-      {"Section-R", setOf("ER", odb_Enum::ELEMENT_SET, "ROOT", {1})});
+      {"Section-R", setOf("ER", odb_Enum::ELEMENT_SET, "ROOT", {1}), {}});
   return m;
 }
 

@@ -20,7 +20,7 @@ odb::ModelData modelWithSections(const std::vector<odb::SectionData>& sections) 
     int32_t nodes[2] = {1, 2};
     part.elements.add("T3D2", label, nodes, 2, -1);
     part.elementSets.push_back(setOf(s.name, odb_Enum::ELEMENT_SET, part.name, {label}));
-    part.sectionAssignments.push_back({s.name, part.elementSets.back()});
+    part.sectionAssignments.push_back({s.name, part.elementSets.back(), {}});
     ++label;
   }
   m.instances.push_back(part);

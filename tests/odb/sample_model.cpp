@@ -89,7 +89,7 @@ odb::ModelData sampleModel() {
   p1.nodeSets = {ns, coupling};
   p1.elementSets = {es};
   p1.surfaces = {sf};
-  p1.sectionAssignments = {{"Section-SOLID", es}};
+  p1.sectionAssignments = {{"Section-SOLID", es, {}}};
 
   odb::EntityData p2;
   p2.name = "PART-2-1";
@@ -100,7 +100,7 @@ odb::ModelData sampleModel() {
   odb::SetData skinSet{"SKIN", odb_Enum::ELEMENT_SET, {}, {}, {}, {}};
   skinSet.addMembers("PART-2-1", {7});
   p2.elementSets = {skinSet};
-  p2.sectionAssignments = {{"Section-SKIN", skinSet}};
+  p2.sectionAssignments = {{"Section-SKIN", skinSet, {}}};
   m.instances = {p2, p1};  // stored out of key order on purpose
 
   odb::SetData all{" ALL NODES", odb_Enum::NODE_SET, {}, {}, {}, {}};
@@ -116,7 +116,7 @@ odb::ModelData sampleModel() {
   a.surfaces = {asmSurf};
   odb::SetData connRegion{"CONN", odb_Enum::ELEMENT_SET, {}, {}, {}, {}};
   connRegion.addMembers("ASSEMBLY", {5000});
-  a.sectionAssignments = {{"CONN", connRegion}};
+  a.sectionAssignments = {{"CONN", connRegion, {}}};
   m.connectorOrientations = {{connRegion, true, "DATUM-1", false, ""}};
   // Defined in this order, not in name order.
   m.regionPairs = {{"TIE-B", odb::kTie, "FIX", "SOLID"},

@@ -59,7 +59,7 @@ const BadDeck kBadDecks[] = {
     {"bytes with line ends",
      "\x7f"
      "ELF\x02\x01\x01\n\x01\x02*\x03\n",
-     1, "a keyword line (starting with '*') first, found '?ELF???'"},
+     1, "a keyword line (starting with '*') first, found '?ELF?\?\?'"},
     {"data and no keyword", "1, 0, 0, 0\n2, 1, 0, 0\n", 1, "a keyword line (starting with '*')"},
     {"NaN coordinate", "*NODE\n1, 0, nan, 0\n", 2,
      "a node coordinate (a finite number), found 'nan'"},

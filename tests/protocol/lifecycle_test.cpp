@@ -39,24 +39,6 @@ TEST(Lifecycle, EndOfInputEndsTheServer) {
   EXPECT_TRUE(server->readToEnd().empty());
 }
 
-// A line cut by the end of input loses its last character, like a line that ends with a
-// newline loses the newline: "pp" runs p, a lone "p" becomes an empty line.
-TEST(Lifecycle, LastLineWithoutNewlineLosesItsLastCharacter) {
-  auto server = startServer();
-  server->sendBytes("pp");
-  server->closeCommands();
-  Reply reply = server->readReply();
-  ASSERT_EQ(reply.records.size(), 2u);
-  EXPECT_EQ(reply.records[0].type, '}');
-  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
-
-  auto lone = startServer();
-  lone->sendBytes("p");
-  lone->closeCommands();
-  EXPECT_EQ(lone->readToEnd(), kEnd);
-  EXPECT_EQ(lone->waitExit(kTimeoutMs), 0);
-}
-
 TEST(Lifecycle, ParentAlreadyGoneAtStart) {
   pid_t parent = platform::spawnProcess({"/bin/true"}, {});
   ASSERT_GT(parent, 0);

@@ -5,6 +5,7 @@
 
 #include "odb/odb.h"
 #include "results/contact_rows.h"
+#include "results/requested_frame.h"
 #include "results/result_header.h"
 
 namespace odbs {
@@ -67,9 +68,9 @@ void sendContactOutput(const odb_Odb& odb, const RequestParams& request,
   const std::string& name = request.text;
   bool sentinel = startsWith(name, "PHILSM") || startsWith(name, "CSTATUS");
 
-  const odb_StepRepository& steps = odb.steps();
-  const odb_Step& step = steps[steps.stepNames()[request.param1 - 1]];
-  const odb_Frame& frame = step.frames()[request.param2];
+  const RequestedFrame at = requestedFrame(odb, request.param1, request.param2);
+  const odb_Step& step = at.step;
+  const odb_Frame& frame = at.frame;
   const odb_FieldOutputRepository& fields = frame.fieldOutputs();
   const odb_FieldOutput* field = fields.find(name);
   if (!field) {

@@ -63,21 +63,18 @@ TEST(ReadReply, StopsAtTheEndRecordAndKeepsTheWireBytes) {
   EXPECT_EQ(readReply(reader, {ReplyKind::kUntilEnd}, soon()).wireBytes(), test::kEnd);
 }
 
-TEST(ReadReply, UpgradeNeededRecordClosesTheUpgradeCheck) {
+// The upgrade-needed record closes the reply of u, and of u only.
+TEST(ReadReply, UpgradeNeededRecordClosesTheUpgradeCheckOnly) {
   Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
   MemorySource src(concat({upgradeNeeded, test::kEnd}));
   FrameReader reader(src);
-
   Reply check = readReply(reader, {ReplyKind::kUpgradeCheck}, soon());
   EXPECT_EQ(check.wireBytes(), upgradeNeeded);
   EXPECT_EQ(readReply(reader, {ReplyKind::kUpgradeCheck}, soon()).wireBytes(), test::kEnd);
-}
 
-TEST(ReadReply, UpgradeNeededBytesInsideAnotherReplyDoNotCloseIt) {
-  Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
-  MemorySource src(concat({upgradeNeeded, test::kEnd}));
-  FrameReader reader(src);
-  EXPECT_EQ(readReply(reader, {ReplyKind::kUntilEnd}, soon()).records.size(), 2u);
+  MemorySource other(concat({upgradeNeeded, test::kEnd}));
+  FrameReader otherReader(other);
+  EXPECT_EQ(readReply(otherReader, {ReplyKind::kUntilEnd}, soon()).records.size(), 2u);
 }
 
 TEST(ReadReply, SilentKindsReadNothing) {

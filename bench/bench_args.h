@@ -10,6 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "bench/bench_util.h"
+
 namespace odbs::bench {
 
 struct BenchOption {
@@ -18,12 +20,9 @@ struct BenchOption {
   std::function<void(const char* value)> take;  // value is nullptr for an option without one
 };
 
-// The options every server benchmark has: --server PATH and --runs N (at least 1).
-inline BenchOption serverOption(std::string& server) {
-  return {"--server", true, [&server](const char* v) { server = v; }};
-}
-inline BenchOption runsOption(int& runs) {
-  return {"--runs", true, [&runs](const char* v) { runs = std::max(1, std::atoi(v)); }};
+// An option whose value is an integer, raised to at least min.
+inline BenchOption intOption(const char* name, int& target, int min = 1) {
+  return {name, true, [&target, min](const char* v) { target = std::max(min, std::atoi(v)); }};
 }
 
 // Reads argv[1] to argv[argc - 1] against options. On an unknown option prints usage, on a
@@ -48,6 +47,16 @@ inline void parseBenchArgs(int argc, char** argv, const std::vector<BenchOption>
     }
     found->take(argv[++i]);
   }
+}
+
+// The same for a server benchmark: server starts as odb_server beside argv[0]; --server PATH
+// and --runs N (at least 1) are read beside the benchmark's own options.
+inline void parseServerBenchArgs(int argc, char** argv, std::string& server, int& runs,
+                                 std::vector<BenchOption> options, const char* usage) {
+  server = serverBeside(argv[0]);
+  options.push_back({"--server", true, [&server](const char* v) { server = v; }});
+  options.push_back(intOption("--runs", runs));
+  parseBenchArgs(argc, argv, options, usage);
 }
 
 }  // namespace odbs::bench

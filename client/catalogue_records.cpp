@@ -7,11 +7,11 @@
 namespace odbs::client {
 
 StepRecord decodeStep(const RecordView& rec) {
-  expectType(rec, kRecStep, "step");
-  ByteReader r = rec.reader();
-  StepRecord s;
+  // The text holds the name, then "\x01" and the description when there is one.
   std::string text;
-  expectFields(r.getI32(&s.number) && r.getF64(&s.totalTime) && r.getText(&text), r, rec, "step");
+  StepRecord s = decodeFields<StepRecord>(rec, kRecStep, "step", [&](ByteReader& r, StepRecord& f) {
+    return r.getI32(&f.number) && r.getF64(&f.totalTime) && r.getText(&text);
+  });
   size_t sep = text.find('\x01');
   s.name = text.substr(0, sep);
   if (sep != std::string::npos) s.description = text.substr(sep + 1);
@@ -19,40 +19,31 @@ StepRecord decodeStep(const RecordView& rec) {
 }
 
 std::string decodeProcedure(const RecordView& rec) {
-  expectType(rec, kRecProcedure, "procedure");
-  ByteReader r = rec.reader();
-  std::string text;
-  expectFields(r.getText(&text), r, rec, "procedure");
-  return text;
+  return decodeFields<std::string>(
+      rec, kRecProcedure, "procedure",
+      [](ByteReader& r, std::string& text) { return r.getText(&text); });
 }
 
 StepTextsRecord decodeStepTexts(const RecordView& rec) {
-  expectType(rec, kRecStepTexts, "step texts");
-  ByteReader r = rec.reader();
-  StepTextsRecord t;
-  expectFields(r.getText(&t.domain) && r.getText(&t.name), r, rec, "step texts");
-  return t;
+  return decodeFields<StepTextsRecord>(
+      rec, kRecStepTexts, "step texts",
+      [](ByteReader& r, StepTextsRecord& t) { return r.getText(&t.domain) && r.getText(&t.name); });
 }
 
 FrameRecord decodeFrame(const RecordView& rec) {
-  expectType(rec, kRecFrame, "frame");
-  ByteReader r = rec.reader();
-  FrameRecord f;
-  expectFields(r.getI32(&f.frameIndex) && r.getI32(&f.domain) && r.getI32(&f.mode) &&
-                   r.getF64(&f.frameValue) && r.getF64(&f.frequency) && r.getI32(&f.stepNumber) &&
-                   r.getI32(&f.lastFrameIndex) && r.getText(&f.description),
-               r, rec, "frame");
-  return f;
+  return decodeFields<FrameRecord>(rec, kRecFrame, "frame", [](ByteReader& r, FrameRecord& f) {
+    return r.getI32(&f.frameIndex) && r.getI32(&f.domain) && r.getI32(&f.mode) &&
+           r.getF64(&f.frameValue) && r.getF64(&f.frequency) && r.getI32(&f.stepNumber) &&
+           r.getI32(&f.lastFrameIndex) && r.getText(&f.description);
+  });
 }
 
 StepCountsRecord decodeStepCounts(const RecordView& rec) {
-  expectType(rec, kRecStepCounts, "step counts");
-  ByteReader r = rec.reader();
-  StepCountsRecord c;
-  expectFields(r.getI32(&c.stepNumber) && r.getI32(&c.frames) && r.getI32(&c.fieldFrames) &&
-                   r.getI32(&c.historySamples) && r.getI32(&c.selected),
-               r, rec, "step counts");
-  return c;
+  return decodeFields<StepCountsRecord>(
+      rec, kRecStepCounts, "step counts", [](ByteReader& r, StepCountsRecord& c) {
+        return r.getI32(&c.stepNumber) && r.getI32(&c.frames) && r.getI32(&c.fieldFrames) &&
+               r.getI32(&c.historySamples) && r.getI32(&c.selected);
+      });
 }
 
 void addCatalogueRecords(RecordCatalog& catalog) {

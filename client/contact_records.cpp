@@ -80,11 +80,10 @@ const char* contactRowKindName(ContactRowKind kind) {
 }
 
 ElementStatusRecord decodeElementStatus(const RecordView& rec) {
-  expectType(rec, kRecElementStatus, "element status");
-  ByteReader r = rec.reader();
-  ElementStatusRecord s;
-  expectFields(r.getI32(&s.element) && r.getF32(&s.value), r, rec, "element status");
-  return s;
+  return decodeFields<ElementStatusRecord>(rec, kRecElementStatus, "element status",
+                                           [](ByteReader& r, ElementStatusRecord& s) {
+                                             return r.getI32(&s.element) && r.getF32(&s.value);
+                                           });
 }
 
 }  // namespace odbs::client

@@ -43,4 +43,16 @@ void expectType(const RecordView& rec, uint8_t type, const char* what);
 // Throws DecodeError unless ok (every field was read) and r has read the whole body.
 void expectFields(bool ok, const ByteReader& r, const RecordView& rec, const char* what);
 
+// A record of type `type` whose body is exactly the fields that read(ByteReader&, T&) reads
+// in order (read returns false when the body ends first). Returns the value read; throws
+// DecodeError naming `what` on another type, a body too short or bytes left over.
+template <typename T, typename Read>
+T decodeFields(const RecordView& rec, uint8_t type, const char* what, Read read) {
+  expectType(rec, type, what);
+  ByteReader r = rec.reader();
+  T value{};
+  expectFields(read(r, value), r, rec, what);
+  return value;
+}
+
 }  // namespace odbs::client

@@ -14,43 +14,30 @@ namespace {
   throw DecodeError(std::string(what) + " record ends inside its fields");
 }
 
-void expectEnd(const ByteReader& r, const char* what) {
-  if (!r.atEnd())
-    throw DecodeError(std::string(what) + " record has " + std::to_string(r.remaining()) +
-                      " bytes after its fields");
-}
-
 }  // namespace
 
 uint32_t decodeDataClass(const RecordView& rec) {
-  expectType(rec, kRecDataClass, "data-class");
-  ByteReader r = rec.reader();
-  uint32_t code = 0;
-  if (!r.getU32(&code)) tooShort("data-class");
-  expectEnd(r, "data-class");
-  return code;
+  return decodeFields<uint32_t>(rec, kRecDataClass, "data-class",
+                                [](ByteReader& r, uint32_t& code) { return r.getU32(&code); });
 }
 
 ElementTypeRecord decodeElementType(const RecordView& rec) {
-  expectType(rec, kRecElementType, "element type");
-  ByteReader r = rec.reader();
-  ElementTypeRecord e;
-  if (!r.getBytes(kElementTypeNameBytes, &e.type) || !r.getI32(&e.surfaceTag) ||
-      !r.getI32(&e.sectionPoint))
-    tooShort("element type");
-  expectEnd(r, "element type");
+  ElementTypeRecord e = decodeFields<ElementTypeRecord>(
+      rec, kRecElementType, "element type", [](ByteReader& r, ElementTypeRecord& e) {
+        return r.getBytes(kElementTypeNameBytes, &e.type) && r.getI32(&e.surfaceTag) &&
+               r.getI32(&e.sectionPoint);
+      });
   e.type.erase(e.type.find_last_not_of(' ') + 1);
   return e;
 }
 
 std::array<float, 6> decodeOrientation(const RecordView& rec) {
-  expectType(rec, kRecOrientation, "orientation");
-  ByteReader r = rec.reader();
-  std::array<float, 6> rows{};
-  for (float& v : rows)
-    if (!r.getF32(&v)) tooShort("orientation");
-  expectEnd(r, "orientation");
-  return rows;
+  return decodeFields<std::array<float, 6>>(rec, kRecOrientation, "orientation",
+                                            [](ByteReader& r, std::array<float, 6>& rows) {
+                                              for (float& v : rows)
+                                                if (!r.getF32(&v)) return false;
+                                              return true;
+                                            });
 }
 
 bool isFieldValueType(uint8_t type) {
@@ -79,13 +66,10 @@ FieldValueRecord decodeFieldValue(const RecordView& rec) {
 }
 
 RegionRecord decodeRegion(const RecordView& rec) {
-  expectType(rec, kRecRegion, "region");
-  ByteReader r = rec.reader();
-  RegionRecord g;
-  expectFields(r.getI32(&g.side) && r.getI32(&g.code) && r.getI32(&g.kind) && r.getText(&g.name) &&
-                   r.getText(&g.instance) && r.getText(&g.pair) && r.getI32(&g.pairKind),
-               r, rec, "region");
-  return g;
+  return decodeFields<RegionRecord>(rec, kRecRegion, "region", [](ByteReader& r, RegionRecord& g) {
+    return r.getI32(&g.side) && r.getI32(&g.code) && r.getI32(&g.kind) && r.getText(&g.name) &&
+           r.getText(&g.instance) && r.getText(&g.pair) && r.getI32(&g.pairKind);
+  });
 }
 
 void FieldReplyDecoder::add(const RecordView& rec) {

@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "client/record.h"
@@ -80,6 +81,9 @@ class FieldReplyDecoder {
   const std::string& title() const { return title_; }
   int32_t analysisCodeMinus1() const { return code_; }
   const std::vector<FieldValueRow>& rows() const { return rows_; }
+  // The rows so far, moved out: the decoder is left without any (for a reader that keeps
+  // them, without a copy of every row).
+  std::vector<FieldValueRow> takeRows() { return std::move(rows_); }
 
  private:
   std::string title_;

@@ -7,23 +7,19 @@
 namespace odbs::client {
 
 HistoryStepRecord decodeHistoryStep(const RecordView& rec) {
-  expectType(rec, kRecHistoryStep, "history step");
-  ByteReader r = rec.reader();
-  HistoryStepRecord s;
-  expectFields(r.getU32(&s.number) && r.getU32(&s.domain) && r.getF64(&s.totalTime) &&
-                   r.getText(&s.name) && r.getText(&s.description),
-               r, rec, "history step");
-  return s;
+  return decodeFields<HistoryStepRecord>(
+      rec, kRecHistoryStep, "history step", [](ByteReader& r, HistoryStepRecord& s) {
+        return r.getU32(&s.number) && r.getU32(&s.domain) && r.getF64(&s.totalTime) &&
+               r.getText(&s.name) && r.getText(&s.description);
+      });
 }
 
 HistoryRegionRecord decodeHistoryRegion(const RecordView& rec) {
-  expectType(rec, kRecHistoryRegion, "history region");
-  ByteReader r = rec.reader();
-  HistoryRegionRecord g;
-  expectFields(r.getText(&g.name) && r.getText(&g.setName) && r.getU32(&g.positionCode) &&
-                   r.getI32(&g.values[0]) && r.getI32(&g.values[1]) && r.getI32(&g.values[2]),
-               r, rec, "history region");
-  return g;
+  return decodeFields<HistoryRegionRecord>(
+      rec, kRecHistoryRegion, "history region", [](ByteReader& r, HistoryRegionRecord& g) {
+        return r.getText(&g.name) && r.getText(&g.setName) && r.getU32(&g.positionCode) &&
+               r.getI32(&g.values[0]) && r.getI32(&g.values[1]) && r.getI32(&g.values[2]);
+      });
 }
 
 const char* historyPositionName(uint32_t code) {
@@ -35,23 +31,19 @@ const char* historyPositionName(uint32_t code) {
 }
 
 HistoryOutputRecord decodeHistoryOutput(const RecordView& rec) {
-  expectType(rec, kRecHistoryOutput, "history output");
-  ByteReader r = rec.reader();
-  HistoryOutputRecord o;
-  uint32_t conjugate = 0;
-  expectFields(
-      r.getText(&o.name) && r.getText(&o.description) && r.getU32(&o.type) && r.getU32(&conjugate),
-      r, rec, "history output");
-  o.conjugate = conjugate != 0;
-  return o;
+  return decodeFields<HistoryOutputRecord>(
+      rec, kRecHistoryOutput, "history output", [](ByteReader& r, HistoryOutputRecord& o) {
+        uint32_t conjugate = 0;
+        bool ok = r.getText(&o.name) && r.getText(&o.description) && r.getU32(&o.type) &&
+                  r.getU32(&conjugate);
+        o.conjugate = conjugate != 0;
+        return ok;
+      });
 }
 
 float decodeHistoryValue(const RecordView& rec) {
-  expectType(rec, kRecHistoryValue, "history value");
-  ByteReader r = rec.reader();
-  float v = 0.f;
-  expectFields(r.getF32(&v), r, rec, "history value");
-  return v;
+  return decodeFields<float>(rec, kRecHistoryValue, "history value",
+                             [](ByteReader& r, float& v) { return r.getF32(&v); });
 }
 
 void HistoryCollector::add(const RecordView& rec) {

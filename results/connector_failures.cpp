@@ -19,9 +19,13 @@ float regionFailureTime(const odb_HistoryRegion& region) {
   float failure = FLT_MAX;
   for (const auto& entry : region.historyOutputs().members()) {
     if (!startsWith(entry.first, "CFAILST")) continue;
-    for (const odb_SequenceFloat& sample : entry.second.data()) {
-      if (sample.size() == 2 && sample[1] > 0.f && sample[0] < failure) {
-        failure = sample[0];
+    // The flat samples (time, value): a sequence per sample would cost a heap block per
+    // sample, kept with the output.
+    const odb::HistoryOutputData& d = entry.second.flatData();
+    if (d.width != 2) continue;
+    for (size_t i = 0; i + 2 <= d.data.size(); i += 2) {
+      if (d.data[i + 1] > 0.f && d.data[i] < failure) {
+        failure = d.data[i];
         break;
       }
     }

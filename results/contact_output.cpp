@@ -5,6 +5,8 @@
 
 #include "odb/odb.h"
 #include "results/contact_rows.h"
+#include "results/instance_names.h"
+#include "results/requested_frame.h"
 #include "results/result_header.h"
 
 namespace odbs {
@@ -15,26 +17,34 @@ bool startsWith(const std::string& s, const char* prefix) {
   return s.compare(0, std::strlen(prefix), prefix) == 0;
 }
 
-// Every block of field as value rows of the given types.
+// Instance headers are sent only for a model of more than one instance.
+bool severalInstances(const odb_Odb& odb) {
+  return odb.rootAssembly().instances().size() > 1;
+}
+
+// Every block of field as value rows of the given types; a block without instance is
+// announced with the root assembly's name.
 void queueField(const odb_Odb& odb, const odb_FieldOutput& field, RowTypes types, bool sentinel,
                 ReplyChannel& out) {
   const odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
-  ContactInstanceHeaders headers(odb);
+  InstanceHeaders headers(severalInstances(odb));
   for (int b = 0; b < blocks.size(); ++b) {
-    headers.before(blocks[b], true, out);
+    const std::string& instance = blocks[b].instance().name();
+    headers.enter(instance, instance.empty() ? odb.rootAssembly().name() : instance, out);
     queueValueRows(blocks[b], field.isComplex(), types, sentinel, out);
   }
   blocks.clearAll();
 }
 
-// One status record per element; connectorStatus: CFAILST of connector blocks only.
+// One status record per element; connectorStatus: CFAILST of connector blocks only. A
+// block without instance is announced with its own (empty) name.
 void queueStatus(const odb_Odb& odb, const odb_FieldOutput& field, bool connectorStatus,
                  ReplyChannel& out) {
   const odb_SequenceFieldBulkData blocks = field.bulkDataBlocks();
-  ContactInstanceHeaders headers(odb);
+  InstanceHeaders headers(severalInstances(odb));
   for (int b = 0; b < blocks.size(); ++b) {
     if (connectorStatus && blocks[b].baseElementType() != "CONN3D2") continue;
-    headers.before(blocks[b], false, out);
+    headers.enter(blocks[b].instance().name(), out);
     queueStatusRows(blocks[b], connectorStatus, out);
   }
   blocks.clearAll();
@@ -67,9 +77,9 @@ void sendContactOutput(const odb_Odb& odb, const RequestParams& request,
   const std::string& name = request.text;
   bool sentinel = startsWith(name, "PHILSM") || startsWith(name, "CSTATUS");
 
-  const odb_StepRepository& steps = odb.steps();
-  const odb_Step& step = steps[steps.stepNames()[request.param1 - 1]];
-  const odb_Frame& frame = step.frames()[request.param2];
+  const RequestedFrame at = requestedFrame(odb, request.param1, request.param2);
+  const odb_Step& step = at.step;
+  const odb_Frame& frame = at.frame;
   const odb_FieldOutputRepository& fields = frame.fieldOutputs();
   const odb_FieldOutput* field = fields.find(name);
   if (!field) {

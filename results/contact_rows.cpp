@@ -35,18 +35,6 @@ const int* rowLabels(const odb_FieldBulkData& b) {
 
 }  // namespace
 
-ContactInstanceHeaders::ContactInstanceHeaders(const odb_Odb& odb)
-    : multiInstance_(odb.rootAssembly().instances().size() > 1),
-      assemblyName_(odb.rootAssembly().name()) {}
-
-void ContactInstanceHeaders::before(const odb_FieldBulkData& block, bool rootForEmpty,
-                                    ReplyChannel& out) {
-  const std::string& name = block.instance().name();
-  if (!multiInstance_ || name == previous_) return;
-  out.queueText(name.empty() && rootForEmpty ? assemblyName_ : name, kRecInstanceHeader);
-  previous_ = name;
-}
-
 void queueValueRows(const odb_FieldBulkData& block, bool complex, RowTypes types, bool sentinel,
                     ReplyChannel& out) {
   size_t rows = static_cast<size_t>(block.length());

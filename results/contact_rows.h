@@ -1,14 +1,11 @@
 // The per-row records of the contact and status output, appended to the pending buffer:
-// value rows (17/18 and the rotation pairs), element status rows ('"') and the instance
-// headers in front of each new instance's blocks.
+// value rows (17/18 and the rotation pairs) and element status rows ('"').
 #pragma once
 
 #include <cstdint>
-#include <string>
 
 #include "context/reply_channel.h"
 
-class odb_Odb;
 class odb_FieldBulkData;
 
 namespace odbs {
@@ -17,23 +14,6 @@ namespace odbs {
 struct RowTypes {
   uint8_t real;
   uint8_t complex;
-};
-
-// Writes the instance header ('H') of the contact output before a block of an instance
-// other than the previous block's, when the model has more than one instance. Starts with
-// no previous instance (the empty name). Named apart from the field walk's InstanceHeaders:
-// two classes of one name in one namespace share one inline destructor.
-class ContactInstanceHeaders {
- public:
-  explicit ContactInstanceHeaders(const odb_Odb& odb);
-  // rootForEmpty: a block without instance (empty name) is announced with the root
-  // assembly's name; otherwise the header carries the block's own name, even empty.
-  void before(const odb_FieldBulkData& block, bool rootForEmpty, ReplyChannel& out);
-
- private:
-  bool multiInstance_;
-  std::string assemblyName_;
-  std::string previous_;
 };
 
 // One record per row: u32 label, the row's components as f32 and, when complex, the

@@ -55,10 +55,13 @@ class BlockSender {
     stream_.dataClass(dataClassOfBlock(b.type(), b.width()));
     stream_.elementType(b.baseElementType(), tag, b.sectionPoint().number());
   }
-  void rows(const odb_FieldBulkData& b, const BlockArrays& a, size_t begin, size_t end) {
-    PlaceFilter filter{request_.requestDefined ? &places_ : nullptr,
-                       static_cast<int16_t>(b.sectionPoint().number()),
-                       instances_.numberOf(b.instance().name())};
+  // Where block b's rows are checked against the places already sent (after D only).
+  PlaceFilter filterOf(const odb_FieldBulkData& b) {
+    if (!request_.requestDefined) return {};
+    return {&places_, static_cast<int16_t>(b.sectionPoint().number()),
+            instances_.numberOf(b.instance().name())};
+  }
+  void rows(const BlockArrays& a, size_t begin, size_t end, const PlaceFilter& filter) {
     sendRows(stream_, a, begin, end, filter);
   }
 
@@ -95,9 +98,10 @@ void sendFieldPath(const InstanceNumbering& instances, const odb_FieldOutput& fi
     const int32_t sp = b.sectionPoint().number();
     if (b.elementLabels() == nullptr || skipBlock(sp, path, request)) continue;
     BlockArrays a = BlockArrays::of(b.blockData(), field.isComplex(), request.upperCase);
+    const PlaceFilter filter = sender.filterOf(b);
     if (path != FieldPath::kSurface || sp == kNoSectionPoint) {
       sender.open(b, surfaceTag(sp, path, request));
-      sender.rows(b, a, 0, a.rows);
+      sender.rows(a, 0, a.rows, filter);
       continue;
     }
     // Surface path: the rows of each element whose lowest (rt) or highest (rb) section
@@ -109,7 +113,7 @@ void sendFieldPath(const InstanceNumbering& instances, const odb_FieldOutput& fi
         continue;
       if (!opened) sender.open(b, lowest ? 1 : 2);
       opened = true;
-      sender.rows(b, a, r, r + stride);
+      sender.rows(a, r, r + stride, filter);
     }
   }
   blocks.clearAll();

@@ -19,9 +19,10 @@ int32_t InstanceNumbering::numberOf(const std::string& name) const {
   return it == numbers_.end() ? 0 : it->second;
 }
 
-void InstanceHeaders::enter(const std::string& name, ReplyChannel& out) {
+void InstanceHeaders::enter(const std::string& name, const std::string& shownAs,
+                            ReplyChannel& out) {
   if (!multi_ || name == last_) return;
-  out.queueText(name, kRecInstanceHeader);
+  out.queueText(shownAs, kRecInstanceHeader);
   last_ = name;
 }
 

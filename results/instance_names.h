@@ -35,7 +35,10 @@ class InstanceNumbering {
 class InstanceHeaders {
  public:
   explicit InstanceHeaders(bool multiInstance) : multi_(multiInstance) {}
-  void enter(const std::string& name, ReplyChannel& out);
+  void enter(const std::string& name, ReplyChannel& out) { enter(name, name, out); }
+  // The same, the record carrying shownAs instead of name (the contact output names a
+  // block without instance after the root assembly).
+  void enter(const std::string& name, const std::string& shownAs, ReplyChannel& out);
 
  private:
   bool multi_;

@@ -9,6 +9,7 @@
 #include "results/field_classify.h"
 #include "results/field_walk.h"
 #include "results/region_table.h"
+#include "results/requested_frame.h"
 #include "results/result_header.h"
 #include "results/results.h"
 
@@ -166,18 +167,6 @@ class SideSender {
   LabelTable ranges_;
 };
 
-// The field of the request's step and frame, or nullptr when the frame has none of that
-// name. Throws std::out_of_range for a step or frame that does not exist.
-const odb_FieldOutput* requestedField(const odb_Odb& odb, const RequestParams& request) {
-  const odb_StepRepository& steps = odb.steps();
-  const odb_Step& step = steps[steps.stepNames()[request.param1 - 1]];
-  uint32_t frameIndex = static_cast<uint32_t>(request.param2);
-  if (frameIndex > uint32_t(INT32_MAX)) throw std::out_of_range("frame index out of range");
-  const odb_FieldOutputRepository& fields =
-      step.frames()[static_cast<int>(frameIndex)].fieldOutputs();
-  return fields.isMember(request.text) ? &fields.get(request.text) : nullptr;
-}
-
 }  // namespace
 
 void sendRegionField(OdbContext& ctx, const RequestParams& request, bool upperCase,
@@ -186,7 +175,13 @@ void sendRegionField(OdbContext& ctx, const RequestParams& request, bool upperCa
   sendResultHeader(odb, out);
   std::vector<Side> sides = resolveSides(ctx, region, out);
   try {
-    const odb_FieldOutput* field = request.param1 < 1 ? nullptr : requestedField(odb, request);
+    // The field of the request's step and frame, or none; a step or frame that does not
+    // exist throws std::out_of_range.
+    const odb_FieldOutput* field = request.param1 < 1
+                                       ? nullptr
+                                       : requestedFrame(odb, request.param1, request.param2)
+                                             .frame.fieldOutputs()
+                                             .find(request.text);
     InstanceNumbering instances(odb);
     for (const Side& side : sides) {
       queueRegion(side, out);

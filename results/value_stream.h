@@ -47,11 +47,11 @@ class ValueStream {
   // Queues the record header for place with room for n components; returns where they go.
   // Inline: this runs once per value.
   uint8_t* begin(const ValuePlace& place, size_t n) {
-    uint8_t type = valueRecordType(place.element != last_.element, place.point != last_.point,
-                                   place.node != last_.node);
+    // The header is the three changes themselves: no look-up of the type's header.
+    const ValueHeader h{place.element != last_.element, place.node != last_.node,
+                        place.point != last_.point};
     last_ = place;
-    ValueHeader h;
-    valueHeaderOf(type, &h);
+    uint8_t type = valueRecordType(h.element, h.point, h.node);
     return putValuePlace(out_.queueFixed(type, h.size() + 4 * n), h, place);
   }
   // Stores n floats; short rows (a tensor's components) as single moves.

@@ -6,6 +6,7 @@
 #include "results/field_values.h"
 #include "results/field_walk.h"
 #include "results/modal_stress.h"
+#include "results/requested_frame.h"
 #include "results/result_header.h"
 #include "results/results.h"
 
@@ -18,15 +19,10 @@ namespace {
 void sendFieldOfFrame(const odb_Odb& odb, const FieldRequest& request, ResultCache& cache,
                       ReplyChannel& out) {
   if (request.param1 < 1) return;
-  const odb_StepRepository& steps = odb.steps();
-  const odb_Step& step = steps[steps.stepNames()[request.param1 - 1]];
-  // The frame index is unsigned on the wire: a negative number is out of range.
-  uint32_t frameIndex = static_cast<uint32_t>(request.param2);
-  if (frameIndex > uint32_t(INT32_MAX)) throw std::out_of_range("frame index out of range");
-  const odb_Frame& frame = step.frames()[static_cast<int>(frameIndex)];
-  const odb_FieldOutputRepository& fields = frame.fieldOutputs();
-  if (!fields.isMember(request.text)) return;
-  const odb_FieldOutput& field = fields.get(request.text);
+  const odb_FieldOutput* found =
+      requestedFrame(odb, request.param1, request.param2).frame.fieldOutputs().find(request.text);
+  if (!found) return;
+  const odb_FieldOutput& field = *found;
   if (isMatrixFieldName(request.text)) {
     sendModalStress(odb, field, request.param1, request.positionCode, cache, out);
     return;

@@ -44,12 +44,9 @@ struct Args {
 
 Args parse(int argc, char** argv) {
   Args a;
-  a.server = odbs::bench::serverBeside(argv[0]);
-  odbs::bench::parseBenchArgs(
-      argc, argv,
-      {odbs::bench::serverOption(a.server),
-       odbs::bench::runsOption(a.runs),
-       {"--steps", true, [&](const char* v) { a.steps = std::atoi(v); }},
+  odbs::bench::parseServerBenchArgs(
+      argc, argv, a.server, a.runs,
+      {{"--steps", true, [&](const char* v) { a.steps = std::atoi(v); }},
        {"--frames", true, [&](const char* v) { a.frames = std::atoi(v); }},
        {"--dir", true, [&](const char* v) { a.dir = v; }},
        {"--keep", false, [&](const char*) { a.keep = true; }}},

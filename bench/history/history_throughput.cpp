@@ -87,13 +87,10 @@ void sendNames(ServerProcess& server, const Args& a) {
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  a.server = odbs::bench::serverBeside(argv[0]);
-  odbs::bench::parseBenchArgs(
-      argc, argv,
-      {odbs::bench::serverOption(a.server),
-       odbs::bench::runsOption(a.runs),
-       {"--regions", true, [&](const char* v) { a.regions = std::max(1, std::atoi(v)); }},
-       {"--samples", true, [&](const char* v) { a.samples = std::max(1, std::atoi(v)); }},
+  odbs::bench::parseServerBenchArgs(
+      argc, argv, a.server, a.runs,
+      {odbs::bench::intOption("--regions", a.regions),
+       odbs::bench::intOption("--samples", a.samples),
        {"--keep", true, [&](const char* v) { a.keep = v; }}},
       "usage: history_throughput [--server PATH] [--runs N] [--regions R] [--samples S] "
       "[--keep PATH]");

@@ -85,14 +85,11 @@ void compare(ServerProcess& server, const char* what, const std::string& line,
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  a.server = odbs::bench::serverBeside(argv[0]);
-  odbs::bench::parseBenchArgs(
-      argc, argv,
-      {odbs::bench::serverOption(a.server),
-       odbs::bench::runsOption(a.runs),
-       {"--n", true, [&](const char* v) { a.n = std::max(1, std::atoi(v)); }},
+  odbs::bench::parseServerBenchArgs(
+      argc, argv, a.server, a.runs,
+      {odbs::bench::intOption("--n", a.n),
        {"--full", false, [&](const char*) { a.n = 100; }},
-       {"--sets", true, [&](const char* v) { a.sets = std::max(2, std::atoi(v)); }}},
+       odbs::bench::intOption("--sets", a.sets, 2)},
       "usage: model_throughput [--server PATH] [--runs N] [--n N | --full] [--sets K]");
   return a;
 }

@@ -50,12 +50,9 @@ struct Args {
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  a.server = odbs::bench::serverBeside(argv[0]);
-  odbs::bench::parseBenchArgs(
-      argc, argv,
-      {odbs::bench::serverOption(a.server),
-       odbs::bench::runsOption(a.runs),
-       {"--elements", true,
+  odbs::bench::parseServerBenchArgs(
+      argc, argv, a.server, a.runs,
+      {{"--elements", true,
         [&](const char* v) { a.elements = std::max<int64_t>(1, std::atoll(v)); }},
        {"--db", true, [&](const char* v) { a.db = v; }}},
       "usage: field_stream_bench [--server PATH] [--runs N] [--elements N] [--db PATH]");

@@ -40,12 +40,9 @@ struct Args {
 
 Args parseArgs(int argc, char** argv) {
   Args a;
-  a.server = odbs::bench::serverBeside(argv[0]);
-  odbs::bench::parseBenchArgs(
-      argc, argv,
-      {odbs::bench::serverOption(a.server),
-       odbs::bench::runsOption(a.runs),
-       {"--scale", true, [&](const char* v) { a.scale = std::max(0.001, std::atof(v)); }}},
+  odbs::bench::parseServerBenchArgs(
+      argc, argv, a.server, a.runs,
+      {{"--scale", true, [&](const char* v) { a.scale = std::max(0.001, std::atof(v)); }}},
       "usage: pipe_throughput [--server PATH] [--runs N] [--scale F]");
   return a;
 }

@@ -19,6 +19,7 @@
 #include <string_view>
 #include <vector>
 
+#include "bench/bench_args.h"
 #include "bench/bench_util.h"
 #include "bench/gen/generator.h"
 #include "client/client_error.h"
@@ -83,28 +84,21 @@ std::string randomBytes(std::mt19937& random, size_t n) {
   return s;
 }
 
-bool parse(int argc, char** argv, Args* a) {
-  a->server = odbs::bench::serverBeside(argv[0]);
-  for (int i = 1; i + 1 < argc; i += 2) {
-    std::string k = argv[i];
-    if (k == "--server")
-      a->server = argv[i + 1];
-    else if (k == "--commands")
-      a->commands = std::atol(argv[i + 1]);
-    else if (k == "--seed")
-      a->seed = unsigned(std::atol(argv[i + 1]));
-    else
-      return false;
-  }
-  return argc % 2 == 1 && a->commands > 0;
-}
+constexpr const char* kUsage = "usage: soak [--server PATH] [--commands N] [--seed S]";
 
 }  // namespace
 
 int main(int argc, char** argv) {
   Args a;
-  if (!parse(argc, argv, &a)) {
-    std::fprintf(stderr, "usage: soak [--server PATH] [--commands N] [--seed S]\n");
+  a.server = odbs::bench::serverBeside(argv[0]);
+  odbs::bench::parseBenchArgs(
+      argc, argv,
+      {{"--server", true, [&](const char* v) { a.server = v; }},
+       {"--commands", true, [&](const char* v) { a.commands = std::atol(v); }},
+       {"--seed", true, [&](const char* v) { a.seed = unsigned(std::atol(v)); }}},
+      kUsage);
+  if (a.commands <= 0) {
+    std::fprintf(stderr, "%s\n", kUsage);
     return 2;
   }
   fs::path dir;

@@ -17,35 +17,6 @@ Deadline soon() {
   return deadlineIn(1000);
 }
 
-TEST(ReplyKind, FollowsTheDispatchLetters) {
-  struct Case {
-    const char* line;
-    ReplyKind kind;
-  };
-  const Case cases[] = {
-      {"C", ReplyKind::kNone},
-      {"D 0 1 0 a^b", ReplyKind::kNone},
-      {"d 1 1 2 x", ReplyKind::kNone},
-      {"ho 3", ReplyKind::kNone},
-      {"hb name", ReplyKind::kNone},
-      {"irc 1 2 Name", ReplyKind::kNone},
-      {"q", ReplyKind::kExit},
-      {"u /x.odb", ReplyKind::kUpgradeCheck},
-      {"", ReplyKind::kUntilEnd},
-      {"p", ReplyKind::kUntilEnd},
-      {"Z", ReplyKind::kUntilEnd},
-      {"hi /x.odb", ReplyKind::kUntilEnd},
-      {"hr 2 /x.odb", ReplyKind::kUntilEnd},
-      {"h", ReplyKind::kUntilEnd},
-      {"irf /x.odb", ReplyKind::kUntilEnd},
-      {"ir", ReplyKind::kUntilEnd},
-      {"is /x.odb", ReplyKind::kUntilEnd},
-      {"c /x.odb", ReplyKind::kUntilEnd},
-      {"rd /x.odb", ReplyKind::kUntilEnd},
-  };
-  for (const Case& c : cases) EXPECT_EQ(replyKindOf(c.line), c.kind) << '"' << c.line << '"';
-}
-
 TEST(ServerLines, CutAtNewlinesAndAfter4095Bytes) {
   using Lines = std::vector<std::string>;
   EXPECT_EQ(serverLines("p"), (Lines{"p"}));
@@ -92,21 +63,18 @@ TEST(ReadReply, StopsAtTheEndRecordAndKeepsTheWireBytes) {
   EXPECT_EQ(readReply(reader, {ReplyKind::kUntilEnd}, soon()).wireBytes(), test::kEnd);
 }
 
-TEST(ReadReply, UpgradeNeededRecordClosesTheUpgradeCheck) {
+// The upgrade-needed record closes the reply of u, and of u only.
+TEST(ReadReply, UpgradeNeededRecordClosesTheUpgradeCheckOnly) {
   Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
   MemorySource src(concat({upgradeNeeded, test::kEnd}));
   FrameReader reader(src);
-
   Reply check = readReply(reader, {ReplyKind::kUpgradeCheck}, soon());
   EXPECT_EQ(check.wireBytes(), upgradeNeeded);
   EXPECT_EQ(readReply(reader, {ReplyKind::kUpgradeCheck}, soon()).wireBytes(), test::kEnd);
-}
 
-TEST(ReadReply, UpgradeNeededBytesInsideAnotherReplyDoNotCloseIt) {
-  Bytes upgradeNeeded = {0x05, 0x00, '|', 0x01, 0x00, 0x00, 0x00};
-  MemorySource src(concat({upgradeNeeded, test::kEnd}));
-  FrameReader reader(src);
-  EXPECT_EQ(readReply(reader, {ReplyKind::kUntilEnd}, soon()).records.size(), 2u);
+  MemorySource other(concat({upgradeNeeded, test::kEnd}));
+  FrameReader otherReader(other);
+  EXPECT_EQ(readReply(otherReader, {ReplyKind::kUntilEnd}, soon()).records.size(), 2u);
 }
 
 TEST(ReadReply, SilentKindsReadNothing) {

@@ -38,11 +38,11 @@ odb::FieldOutputData fieldOf(const std::string& name, int type, std::vector<std:
   return f;
 }
 
-odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements) {
+odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements, const std::string& instance) {
   std::vector<float> v;
   for (int32_t e : elements) v.push_back(float(10 * sp + e));
   odb::FieldBlockData b =
-      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
+      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v, instance);
   b.sectionPoint = {sp, ""};
   return b;
 }

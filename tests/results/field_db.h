@@ -21,7 +21,8 @@ odb::FieldBlockData elementBlock(const std::string& type, std::vector<int32_t> e
 
 // A scalar S4R block at section point sp, integration point 1 of each element, the value
 // of element e being 10 sp + e.
-odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements);
+odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements = {1, 2},
+                            const std::string& instance = "PART-1-1");
 
 // Adds step name (procedure) with one frame to w.
 void addStepFrame(odb::Writer& w, const std::string& name, const std::string& procedure = "*STATIC",

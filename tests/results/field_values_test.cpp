@@ -107,23 +107,11 @@ TEST(FieldValues, OrientationsOnlyForUpperCase) {
       (Lines{"% 1", "30 S4 -1 -1", "31 e1 n-1 p1 [5]", "34 e2 [6]", "30 S4 -1 -1", "34 e3 [7]"}));
 }
 
-// A shell block at section point sp: elements 1 and 2 (values 10 sp + label), or only the
-// given elements.
-odb::FieldBlockData namedShellAt(int sp, std::vector<int32_t> elements = {1, 2}) {
-  std::vector<float> v;
-  for (int32_t e : elements) v.push_back(float(10 * sp + e));
-  odb::FieldBlockData b =
-      elementBlock("S4R", elements, std::vector<int32_t>(elements.size(), 1), {}, 1, v);
-  b.sectionPoint = {sp, "SP " + std::to_string(sp)};
-  return b;
-}
-
 TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
   odb::FieldBlockData solid = elementBlock("C3D8", {9}, {1}, {}, 1, {100});
-  std::vector<odb::FieldBlockData> five = {namedShellAt(1), namedShellAt(2), namedShellAt(3),
-                                           namedShellAt(4), namedShellAt(5), solid};
-  std::vector<odb::FieldBlockData> four = {namedShellAt(1), namedShellAt(2), namedShellAt(3),
-                                           namedShellAt(4)};
+  std::vector<odb::FieldBlockData> five = {shellAt(1), shellAt(2), shellAt(3),
+                                           shellAt(4), shellAt(5), solid};
+  std::vector<odb::FieldBlockData> four = {shellAt(1), shellAt(2), shellAt(3), shellAt(4)};
   WrittenDatabase db = frameWith({{fieldOf("T5", odb_Enum::SCALAR, {"T"}), five},
                                   {fieldOf("T4", odb_Enum::SCALAR, {"T"}), four}});
   // Blocks without section points first; then the middle point 3 of elements 1 and 2. The
@@ -138,7 +126,7 @@ TEST(FieldValues, MidSurfaceOfFiveAndFourSectionPoints) {
 
 TEST(FieldValues, MidSurfaceSumIsRoundedBeforeHalving) {
   // 3e38 + 3e38 overflows single precision: the sum is infinite before it is halved.
-  odb::FieldBlockData a = namedShellAt(1, {1}), b = namedShellAt(2, {1});
+  odb::FieldBlockData a = shellAt(1, {1}), b = shellAt(2, {1});
   a.data = {3e38f};
   b.data = {3e38f};
   WrittenDatabase db = frameWith({{fieldOf("T", odb_Enum::SCALAR, {"T"}), {a, b}}});

@@ -123,6 +123,9 @@ TEST(HistoryRegion, NumberThenNameAfterSpace) {
   parseHistoryRegion("hr 7", &n, &name);
   EXPECT_EQ(n, 7);
   EXPECT_EQ(name, "");
+  parseHistoryRegion("hr x /d.odb", &n, &name);  // a bad number is 0: every step
+  EXPECT_EQ(n, 0);
+  EXPECT_EQ(name, "/d.odb");
 }
 
 TEST(LineFrom, ShortLinesGiveEmptyText) {

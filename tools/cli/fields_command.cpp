@@ -102,7 +102,7 @@ int fetch(const CliOptions& options, const std::string& serverPath, const Fields
       options, serverPath, lines, req.database,
       [&](const client::RecordView& rec) { decoder.add(rec); }, err);
   values->title = decoder.title();
-  values->rows = decoder.rows();
+  values->rows = decoder.takeRows();
   return code;
 }
 

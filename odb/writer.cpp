@@ -237,23 +237,34 @@ void Writer::checkOpen() const {
   if (closed_) throw std::logic_error("odb writer: the database is already closed");
 }
 
+void Writer::checkModelOpen() const {
+  checkOpen();
+  if (modelWritten_) throw std::logic_error("odb writer: the model is already written");
+}
+
 void Writer::setName(const std::string& name) {
+  checkModelOpen();
   header_.name = name;
 }
 void Writer::setTitle(const std::string& title) {
+  checkModelOpen();
   header_.title = title;
 }
 void Writer::setDescription(const std::string& d) {
+  checkModelOpen();
   header_.description = d;
 }
 void Writer::setAnalysisCode(int code) {
+  checkModelOpen();
   header_.analysisCode = code;
 }
 void Writer::setAssemblyName(const std::string& name) {
+  checkModelOpen();
   assembly_.name = name;
 }
 
 void Writer::setAnnotation(const std::string& key, const std::string& text) {
+  checkModelOpen();
   for (auto& [k, t] : header_.annotations)
     if (k == key) {
       t = text;
@@ -263,7 +274,7 @@ void Writer::setAnnotation(const std::string& key, const std::string& text) {
 }
 
 EntityWriter Writer::addInstance(const std::string& name) {
-  checkOpen();
+  checkModelOpen();
   for (const auto& i : instances_)
     if (i.name == name) bad("duplicate instance '" + name + "'");
   instances_.emplace_back();
@@ -272,6 +283,7 @@ EntityWriter Writer::addInstance(const std::string& name) {
 }
 
 int32_t Writer::addSectionCategory(const SectionCategoryData& category) {
+  checkModelOpen();
   for (const auto& c : header_.sectionCategories)
     if (c.name == category.name) bad("duplicate section category '" + category.name + "'");
   header_.sectionCategories.push_back(category);
@@ -279,17 +291,21 @@ int32_t Writer::addSectionCategory(const SectionCategoryData& category) {
 }
 
 void Writer::addSection(const SectionData& section) {
+  checkModelOpen();
   header_.sections.push_back(section);
 }
 void Writer::addMaterial(const MaterialData& material) {
+  checkModelOpen();
   header_.materials.push_back(material);
 }
 void Writer::addConnectorOrientation(const ConnectorOrientationData& o) {
+  checkModelOpen();
   checkSet(o.region);
   header_.connectorOrientations.push_back(o);
 }
 
 void Writer::addRegionPair(const RegionPairData& pair) {
+  checkModelOpen();
   header_.regionPairs.push_back(pair);
 }
 
@@ -321,17 +337,55 @@ ModelData Writer::model() const {
   return m;
 }
 
-void Writer::close() {
+void Writer::writeModel() {
   checkOpen();
-  ModelData m = header_;
+  if (modelWritten_) return;
+  ModelData m = std::move(header_);
   m.assembly = std::move(assembly_);
   m.instances.assign(std::make_move_iterator(instances_.begin()),
                      std::make_move_iterator(instances_.end()));
   instances_.clear();
-  validateModel(m);
-  results_->finish();
-  results_.reset();
+  try {
+    validateModel(m);
+  } catch (...) {
+    // Nothing written: the writer holds the model as before.
+    assembly_ = std::move(m.assembly);
+    instances_.assign(std::make_move_iterator(m.instances.begin()),
+                      std::make_move_iterator(m.instances.end()));
+    m.instances.clear();
+    header_ = std::move(m);
+    throw;
+  }
   storeModel(file_->root(), m);
+  modelWritten_ = true;
+  // The header fields stay for model().
+  header_ = ModelData();
+  header_.name = m.name;
+  header_.title = m.title;
+  header_.description = m.description;
+  header_.analysisCode = m.analysisCode;
+  header_.annotations = std::move(m.annotations);
+  assembly_ = EntityData();
+  assembly_.name = m.assembly.name;
+}
+
+void Writer::close() {
+  checkOpen();
+  if (!modelWritten_) {
+    // Checked before the results are finished: a bad model writes nothing more.
+    ModelData m = header_;
+    m.assembly = std::move(assembly_);
+    m.instances.assign(std::make_move_iterator(instances_.begin()),
+                       std::make_move_iterator(instances_.end()));
+    instances_.clear();
+    validateModel(m);
+    results_->finish();
+    results_.reset();
+    storeModel(file_->root(), m);
+  } else {
+    results_->finish();
+    results_.reset();
+  }
   file_->close();
   file_.reset();
   // The data reaches the disk before the new name does, and the new name after the rename:

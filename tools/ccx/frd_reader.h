@@ -14,6 +14,7 @@
 namespace odbs::ccx {
 
 constexpr int kFrdValueWidth = 12;          // E12.5 fields of the text format
+constexpr size_t kFrdNodeChunk = 65536;     // nodes handed to the visitor at once
 constexpr size_t kFrdElementChunk = 16384;  // elements handed to the visitor at once
 
 class FrdReader {

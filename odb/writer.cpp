@@ -2,6 +2,7 @@
 
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "odb/format.h"
 #include "odb/h5.h"
@@ -131,7 +132,7 @@ void EntityWriter::addNodeSet(const std::string& name, const std::vector<int32_t
   s.name = name;
   s.type = odb_Enum::NODE_SET;
   s.addMembers(e_->name, labels);
-  addSet(s);
+  addSet(std::move(s));
 }
 
 void EntityWriter::addElementSet(const std::string& name, const std::vector<int32_t>& labels) {
@@ -139,7 +140,7 @@ void EntityWriter::addElementSet(const std::string& name, const std::vector<int3
   s.name = name;
   s.type = odb_Enum::ELEMENT_SET;
   s.addMembers(e_->name, labels);
-  addSet(s);
+  addSet(std::move(s));
 }
 
 void EntityWriter::addSurface(const std::string& name, const std::vector<int32_t>& elementLabels,
@@ -148,23 +149,23 @@ void EntityWriter::addSurface(const std::string& name, const std::vector<int32_t
   s.name = name;
   s.type = odb_Enum::SURFACE_SET;
   s.addMembers(e_->name, elementLabels, faces);
-  addSet(s);
+  addSet(std::move(s));
 }
 
-void EntityWriter::addSet(const SetData& set) {
+void EntityWriter::addSet(SetData set) {
   checkSet(set);
   std::vector<SetData>& list = set.type == odb_Enum::NODE_SET      ? e_->nodeSets
                                : set.type == odb_Enum::ELEMENT_SET ? e_->elementSets
                                                                    : e_->surfaces;
   for (const auto& s : list)
     if (s.name == set.name) bad("duplicate set '" + set.name + "' in '" + e_->name + "'");
-  list.push_back(set);
+  list.push_back(std::move(set));
 }
 
-void EntityWriter::addSectionAssignment(const std::string& sectionName, const SetData& region,
+void EntityWriter::addSectionAssignment(const std::string& sectionName, SetData region,
                                         const SectionPlacement& placement) {
   checkSet(region);
-  e_->sectionAssignments.push_back({sectionName, region, placement});
+  e_->sectionAssignments.push_back({sectionName, std::move(region), placement});
 }
 
 namespace {

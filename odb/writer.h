@@ -62,8 +62,9 @@ class EntityWriter {
                   const std::vector<int32_t>& faces);
   // A set of any form, for example an assembly-level set whose members lie in several
   // instances (SetData::addMembers per instance).
-  void addSet(const SetData& set);
-  void addSectionAssignment(const std::string& sectionName, const SetData& region,
+  // The set is taken by value: a temporary moves in without a copy.
+  void addSet(SetData set);
+  void addSectionAssignment(const std::string& sectionName, SetData region,
                             const SectionPlacement& placement = {});
 
   const std::string& name() const { return e_->name; }

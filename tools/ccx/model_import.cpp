@@ -278,7 +278,7 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     }
     odb::SetData set = makeSet(s.name, odb_Enum::SURFACE_SET, labels);
     set.faces = faces;
-    part.addSet(set);
+    part.addSet(std::move(set));
   }
 }
 

@@ -52,7 +52,7 @@ void FrdReader::readNodes(std::string_view line) {
         std::min<size_t>(static_cast<size_t>(checkedCount(count, 10, "nodes")), kFrdNodeChunk));
     while (true) {
       pass(false);
-      std::string_view r = nextRow(row_, "a node line or -3 ending the node block");
+      std::string_view r = nextRow("a node line or -3 ending the node block");
       if (startsWith(trim(r), "-3")) break;
       if (!startsWith(r, " -1")) fail("a node line starting with -1", std::string(r));
       FrdNode node;
@@ -116,10 +116,9 @@ void FrdReader::readElements(std::string_view line) {
                                       kFrdElementChunk));
     while (true) {
       pass(false);
-      const std::string& row = nextRow(row_, "an element line or -3 ending the element block");
-      std::string_view r = row;
+      std::string_view r = nextRow("an element line or -3 ending the element block");
       if (startsWith(trim(r), "-3")) break;
-      if (!startsWith(r, " -1")) fail("an element line starting with -1", row);
+      if (!startsWith(r, " -1")) fail("an element line starting with -1", std::string(r));
       FrdElement e;
       e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
       e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
@@ -128,13 +127,12 @@ void FrdReader::readElements(std::string_view line) {
       auto material = toInteger(column(r, 13 + w, 5));
       e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
-      if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      if (nodes < 0) fail("a known element type code (1 to 12)", std::string(r));
       e.nodes.reserve(nodes);
       while (static_cast<int>(e.nodes.size()) < nodes) {
-        const std::string& more = nextRow(more_, "a -2 line with the nodes of an element");
-        std::string_view m = more;
+        std::string_view m = nextRow("a -2 line with the nodes of an element");
         if (!startsWith(m, " -2"))
-          fail("a -2 line with the nodes of element " + std::to_string(e.label), more);
+          fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(m));
         for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
           if (trim(column(m, at, w)).empty()) break;
           e.nodes.push_back(static_cast<int32_t>(integerAt(m, at, w, "a node label")));

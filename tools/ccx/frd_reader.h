@@ -32,11 +32,12 @@ class FrdReader {
     throw ParseError(in_.path() + " (byte offset " + std::to_string(in_.offset()) + ")", 0,
                      expected, "end of file");
   }
-  // The next line into buffer (kept for its capacity), or ParseError naming what was
+  // The next line (a view valid until the next read), or ParseError naming what was
   // expected.
-  const std::string& nextRow(std::string& buffer, const char* expected) {
-    if (!in_.nextLine(buffer)) fail(expected, "end of file");
-    return buffer;
+  std::string_view nextRow(const char* expected) {
+    std::string_view row;
+    if (!in_.nextLine(row)) fail(expected, "end of file");
+    return row;
   }
   std::string requireLine(const std::string& expected) {
     std::string line;
@@ -77,8 +78,7 @@ class FrdReader {
   bool headerSent_ = false;
   int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
   bool binarySeen_ = false;
-  int64_t lineStart_ = 0;   // offset of the line being handled
-  std::string row_, more_;  // the lines being read, kept for their capacity
+  int64_t lineStart_ = 0;  // offset of the line being handled
 };
 
 }  // namespace odbs::ccx

@@ -113,27 +113,36 @@ bool parseFloatField(std::string_view field, float* out) {
 
 namespace {
 
+bool isBlank(char c) {
+  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+}
+
 // A decimal integer with blanks around it and an optional sign, as std::from_chars would
-// read it but without its generality: the hot path of every label in a large mesh.
+// read it but without its generality: the hot path of every label in a large mesh. One pass:
+// leading blanks, the digits, then only blanks may follow.
 bool parseInteger(const char* b, const char* e, long long* out) {
-  while (b < e && (*b == ' ' || *b == '\t' || *b == '\r' || *b == '\n')) ++b;
-  while (e > b && (e[-1] == ' ' || e[-1] == '\t' || e[-1] == '\r' || e[-1] == '\n')) --e;
+  while (b < e && *b == ' ') ++b;
+  while (b < e && isBlank(*b)) ++b;
   bool negative = false;
   if (b < e && (*b == '+' || *b == '-')) negative = *b++ == '-';
-  if (b == e || e - b > 18) {
-    // Empty, or long enough to overflow: the general parser decides.
-    if (b == e) return false;
-    if (negative) --b;
-    auto [end, ec] = std::from_chars(b, e, *out);
-    return ec == std::errc() && end == e;
-  }
-  long long value = 0;
-  for (; b < e; ++b) {
+  const char* digits = b;
+  unsigned long long value = 0;
+  while (b < e) {
     unsigned digit = static_cast<unsigned char>(*b) - '0';
-    if (digit > 9) return false;
+    if (digit > 9) break;
     value = value * 10 + digit;
+    ++b;
   }
-  *out = negative ? -value : value;
+  const char* end = b;
+  while (b < e && isBlank(*b)) ++b;
+  if (b != e || end == digits) return false;  // something else follows, or no digits
+  if (end - digits > 18) {
+    // Long enough to overflow: the general parser decides.
+    const char* from = negative ? digits - 1 : digits;
+    auto [stop, ec] = std::from_chars(from, end, *out);
+    return ec == std::errc() && stop == end;
+  }
+  *out = negative ? -static_cast<long long>(value) : static_cast<long long>(value);
   return true;
 }
 

@@ -134,8 +134,13 @@ void FrdReader::readElements(std::string_view line) {
         if (!startsWith(m, " -2"))
           fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(m));
         for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
-          if (trim(column(m, at, w)).empty()) break;
-          e.nodes.push_back(static_cast<int32_t>(integerAt(m, at, w, "a node label")));
+          long long label = 0;
+          std::string_view field = column(m, at, w);
+          if (!parseIntField(field, &label)) {
+            if (trim(field).empty()) break;  // the line's labels end early
+            fail("a node label", std::string(m));
+          }
+          e.nodes.push_back(static_cast<int32_t>(label));
         }
       }
       elements.push_back(std::move(e));

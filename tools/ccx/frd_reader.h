@@ -47,9 +47,9 @@ class FrdReader {
   // what names the field in the ParseError for a bad one (a plain text: no string is built
   // for the good case).
   long long integerAt(std::string_view line, size_t begin, size_t width, const char* what) {
-    auto v = toInteger(column(line, begin, width));
-    if (!v) fail(what, std::string(line));
-    return *v;
+    long long v = 0;
+    if (!parseIntField(column(line, begin, width), &v)) fail(what, std::string(line));
+    return v;
   }
   long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i, const char* what,
                          std::string_view line) {

@@ -7,22 +7,10 @@
 
 namespace odbs::ccx {
 
-std::string_view trim(std::string_view s) {
-  size_t b = 0, e = s.size();
-  while (b < e && (s[b] == ' ' || s[b] == '\t' || s[b] == '\r' || s[b] == '\n')) ++b;
-  while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t' || s[e - 1] == '\r' || s[e - 1] == '\n'))
-    --e;
-  return s.substr(b, e - b);
-}
-
 std::string upper(std::string_view s) {
   std::string out(s);
   for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
   return out;
-}
-
-bool startsWith(std::string_view s, std::string_view prefix) {
-  return s.size() >= prefix.size() && s.compare(0, prefix.size(), prefix) == 0;
 }
 
 std::vector<std::string> splitCommas(std::string_view s) {
@@ -111,56 +99,13 @@ bool parseFloatField(std::string_view field, float* out) {
   return true;
 }
 
-namespace {
+namespace text_detail {
 
-bool isBlank(char c) {
-  return c == ' ' || c == '\t' || c == '\r' || c == '\n';
+bool parseLongInteger(const char* b, const char* e, long long* out) {
+  auto [stop, ec] = std::from_chars(b, e, *out);
+  return ec == std::errc() && stop == e;
 }
 
-// A decimal integer with blanks around it and an optional sign, as std::from_chars would
-// read it but without its generality: the hot path of every label in a large mesh. One pass:
-// leading blanks, the digits, then only blanks may follow.
-bool parseInteger(const char* b, const char* e, long long* out) {
-  while (b < e && *b == ' ') ++b;
-  while (b < e && isBlank(*b)) ++b;
-  bool negative = false;
-  if (b < e && (*b == '+' || *b == '-')) negative = *b++ == '-';
-  const char* digits = b;
-  unsigned long long value = 0;
-  while (b < e) {
-    unsigned digit = static_cast<unsigned char>(*b) - '0';
-    if (digit > 9) break;
-    value = value * 10 + digit;
-    ++b;
-  }
-  const char* end = b;
-  while (b < e && isBlank(*b)) ++b;
-  if (b != e || end == digits) return false;  // something else follows, or no digits
-  if (end - digits > 18) {
-    // Long enough to overflow: the general parser decides.
-    const char* from = negative ? digits - 1 : digits;
-    auto [stop, ec] = std::from_chars(from, end, *out);
-    return ec == std::errc() && stop == end;
-  }
-  *out = negative ? -static_cast<long long>(value) : static_cast<long long>(value);
-  return true;
-}
-
-}  // namespace
-
-bool parseIntField(std::string_view field, long long* out) {
-  return parseInteger(field.data(), field.data() + field.size(), out);
-}
-
-std::optional<long long> toInteger(std::string_view s) {
-  long long value = 0;
-  if (!parseInteger(s.data(), s.data() + s.size(), &value)) return std::nullopt;
-  return value;
-}
-
-std::string_view column(std::string_view line, size_t begin, size_t width) {
-  if (begin >= line.size()) return {};
-  return line.substr(begin, width);
-}
+}  // namespace text_detail
 
 }  // namespace odbs::ccx

@@ -275,9 +275,12 @@ void Writer::setAnnotation(const std::string& key, const std::string& text) {
 }
 
 EntityWriter Writer::addInstance(const std::string& name) {
-  checkModelOpen();
+  checkOpen();
   for (const auto& i : instances_)
     if (i.name == name) bad("duplicate instance '" + name + "'");
+  for (const auto& written : writtenInstances_)
+    if (written == name) bad("duplicate instance '" + name + "'");
+  checkModelOpen();
   instances_.emplace_back();
   instances_.back().name = name;
   return EntityWriter(&instances_.back());
@@ -368,6 +371,7 @@ void Writer::writeModel() {
   header_.annotations = std::move(m.annotations);
   assembly_ = EntityData();
   assembly_.name = m.assembly.name;
+  for (const EntityData& instance : m.instances) writtenInstances_.push_back(instance.name);
 }
 
 void Writer::close() {

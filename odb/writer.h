@@ -123,10 +123,11 @@ class Writer {
 
   // Checks the model added so far as close() does, writes it to the file and frees it: a
   // large model need not stay in memory beside the results. Afterwards the model calls
-  // (setters, addInstance, addSection...) throw std::logic_error and EntityWriter handles
-  // are void; results may still be added. A second call does nothing; close() writes the model
-  // when nobody has called it. Throws std::invalid_argument as close() would for a bad
-  // model, and then writes nothing and keeps the model.
+  // (setters, addInstance, addSection...) throw std::logic_error (addInstance of a name
+  // already used: std::invalid_argument, as before) and EntityWriter handles are void;
+  // results may still be added. A second call does nothing; close() writes the model when
+  // nobody has called it. Throws std::invalid_argument as close() would for a bad model,
+  // and then writes nothing and keeps the model.
   void writeModel();
 
   // Writes the model (unless writeModel did), closes the file, syncs it to the disk and renames it
@@ -146,6 +147,7 @@ class Writer {
   ModelData header_;
   EntityData assembly_;
   std::deque<EntityData> instances_;
+  std::vector<std::string> writtenInstances_;  // names of the instances writeModel wrote
   std::unique_ptr<ResultsWriter> results_;
   bool closed_ = false;
   bool modelWritten_ = false;

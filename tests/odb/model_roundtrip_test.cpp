@@ -194,6 +194,7 @@ TEST_F(ModelRoundTrip, CopyReproducesTheModel) {
         w.writeModel();
         EXPECT_THROW(w.setTitle("late"), std::logic_error);
         EXPECT_THROW(w.addInstance("LATE"), std::logic_error);
+        EXPECT_THROW(w.addInstance("PART-1-1"), std::invalid_argument);  // a duplicate still
         odb::StepData step;
         step.name = "Step-1";
         w.addStep(step);

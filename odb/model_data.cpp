@@ -6,11 +6,20 @@ namespace odb {
 
 void ElementData::add(const std::string& typeName, int32_t label, const int32_t* nodes, int count,
                       int32_t category) {
-  auto it = std::find(typeNames.begin(), typeNames.end(), typeName);
-  if (it == typeNames.end()) it = typeNames.insert(typeNames.end(), typeName);
+  // Runs of one type are the rule: the previous element's type is tried first.
+  int32_t type = -1;
+  if (!typeIndex.empty() && typeIndex.back() >= 0 &&
+      static_cast<size_t>(typeIndex.back()) < typeNames.size() &&
+      typeNames[typeIndex.back()] == typeName) {
+    type = typeIndex.back();
+  } else {
+    auto it = std::find(typeNames.begin(), typeNames.end(), typeName);
+    if (it == typeNames.end()) it = typeNames.insert(typeNames.end(), typeName);
+    type = static_cast<int32_t>(it - typeNames.begin());
+  }
   if (offsets.empty()) offsets.push_back(0);
   labels.push_back(label);
-  typeIndex.push_back(static_cast<int32_t>(it - typeNames.begin()));
+  typeIndex.push_back(type);
   connectivity.insert(connectivity.end(), nodes, nodes + count);
   offsets.push_back(static_cast<int64_t>(connectivity.size()));
   categoryIndex.push_back(category);

@@ -2,6 +2,7 @@
 
 #include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "odb/format.h"
 #include "odb/h5.h"
@@ -131,7 +132,7 @@ void EntityWriter::addNodeSet(const std::string& name, const std::vector<int32_t
   s.name = name;
   s.type = odb_Enum::NODE_SET;
   s.addMembers(e_->name, labels);
-  addSet(s);
+  addSet(std::move(s));
 }
 
 void EntityWriter::addElementSet(const std::string& name, const std::vector<int32_t>& labels) {
@@ -139,7 +140,7 @@ void EntityWriter::addElementSet(const std::string& name, const std::vector<int3
   s.name = name;
   s.type = odb_Enum::ELEMENT_SET;
   s.addMembers(e_->name, labels);
-  addSet(s);
+  addSet(std::move(s));
 }
 
 void EntityWriter::addSurface(const std::string& name, const std::vector<int32_t>& elementLabels,
@@ -148,23 +149,23 @@ void EntityWriter::addSurface(const std::string& name, const std::vector<int32_t
   s.name = name;
   s.type = odb_Enum::SURFACE_SET;
   s.addMembers(e_->name, elementLabels, faces);
-  addSet(s);
+  addSet(std::move(s));
 }
 
-void EntityWriter::addSet(const SetData& set) {
+void EntityWriter::addSet(SetData set) {
   checkSet(set);
   std::vector<SetData>& list = set.type == odb_Enum::NODE_SET      ? e_->nodeSets
                                : set.type == odb_Enum::ELEMENT_SET ? e_->elementSets
                                                                    : e_->surfaces;
   for (const auto& s : list)
     if (s.name == set.name) bad("duplicate set '" + set.name + "' in '" + e_->name + "'");
-  list.push_back(set);
+  list.push_back(std::move(set));
 }
 
-void EntityWriter::addSectionAssignment(const std::string& sectionName, const SetData& region,
+void EntityWriter::addSectionAssignment(const std::string& sectionName, SetData region,
                                         const SectionPlacement& placement) {
   checkSet(region);
-  e_->sectionAssignments.push_back({sectionName, region, placement});
+  e_->sectionAssignments.push_back({sectionName, std::move(region), placement});
 }
 
 namespace {
@@ -237,23 +238,34 @@ void Writer::checkOpen() const {
   if (closed_) throw std::logic_error("odb writer: the database is already closed");
 }
 
+void Writer::checkModelOpen() const {
+  checkOpen();
+  if (modelWritten_) throw std::logic_error("odb writer: the model is already written");
+}
+
 void Writer::setName(const std::string& name) {
+  checkModelOpen();
   header_.name = name;
 }
 void Writer::setTitle(const std::string& title) {
+  checkModelOpen();
   header_.title = title;
 }
 void Writer::setDescription(const std::string& d) {
+  checkModelOpen();
   header_.description = d;
 }
 void Writer::setAnalysisCode(int code) {
+  checkModelOpen();
   header_.analysisCode = code;
 }
 void Writer::setAssemblyName(const std::string& name) {
+  checkModelOpen();
   assembly_.name = name;
 }
 
 void Writer::setAnnotation(const std::string& key, const std::string& text) {
+  checkModelOpen();
   for (auto& [k, t] : header_.annotations)
     if (k == key) {
       t = text;
@@ -266,12 +278,16 @@ EntityWriter Writer::addInstance(const std::string& name) {
   checkOpen();
   for (const auto& i : instances_)
     if (i.name == name) bad("duplicate instance '" + name + "'");
+  for (const auto& written : writtenInstances_)
+    if (written == name) bad("duplicate instance '" + name + "'");
+  checkModelOpen();
   instances_.emplace_back();
   instances_.back().name = name;
   return EntityWriter(&instances_.back());
 }
 
 int32_t Writer::addSectionCategory(const SectionCategoryData& category) {
+  checkModelOpen();
   for (const auto& c : header_.sectionCategories)
     if (c.name == category.name) bad("duplicate section category '" + category.name + "'");
   header_.sectionCategories.push_back(category);
@@ -279,17 +295,21 @@ int32_t Writer::addSectionCategory(const SectionCategoryData& category) {
 }
 
 void Writer::addSection(const SectionData& section) {
+  checkModelOpen();
   header_.sections.push_back(section);
 }
 void Writer::addMaterial(const MaterialData& material) {
+  checkModelOpen();
   header_.materials.push_back(material);
 }
 void Writer::addConnectorOrientation(const ConnectorOrientationData& o) {
+  checkModelOpen();
   checkSet(o.region);
   header_.connectorOrientations.push_back(o);
 }
 
 void Writer::addRegionPair(const RegionPairData& pair) {
+  checkModelOpen();
   header_.regionPairs.push_back(pair);
 }
 
@@ -321,17 +341,56 @@ ModelData Writer::model() const {
   return m;
 }
 
-void Writer::close() {
+void Writer::writeModel() {
   checkOpen();
-  ModelData m = header_;
+  if (modelWritten_) return;
+  ModelData m = std::move(header_);
   m.assembly = std::move(assembly_);
   m.instances.assign(std::make_move_iterator(instances_.begin()),
                      std::make_move_iterator(instances_.end()));
   instances_.clear();
-  validateModel(m);
-  results_->finish();
-  results_.reset();
+  try {
+    validateModel(m);
+  } catch (...) {
+    // Nothing written: the writer holds the model as before.
+    assembly_ = std::move(m.assembly);
+    instances_.assign(std::make_move_iterator(m.instances.begin()),
+                      std::make_move_iterator(m.instances.end()));
+    m.instances.clear();
+    header_ = std::move(m);
+    throw;
+  }
   storeModel(file_->root(), m);
+  modelWritten_ = true;
+  // The header fields stay for model().
+  header_ = ModelData();
+  header_.name = m.name;
+  header_.title = m.title;
+  header_.description = m.description;
+  header_.analysisCode = m.analysisCode;
+  header_.annotations = std::move(m.annotations);
+  assembly_ = EntityData();
+  assembly_.name = m.assembly.name;
+  for (const EntityData& instance : m.instances) writtenInstances_.push_back(instance.name);
+}
+
+void Writer::close() {
+  checkOpen();
+  if (!modelWritten_) {
+    // Checked before the results are finished: a bad model writes nothing more.
+    ModelData m = header_;
+    m.assembly = std::move(assembly_);
+    m.instances.assign(std::make_move_iterator(instances_.begin()),
+                       std::make_move_iterator(instances_.end()));
+    instances_.clear();
+    validateModel(m);
+    results_->finish();
+    results_.reset();
+    storeModel(file_->root(), m);
+  } else {
+    results_->finish();
+    results_.reset();
+  }
   file_->close();
   file_.reset();
   // The data reaches the disk before the new name does, and the new name after the rename:

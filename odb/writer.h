@@ -8,10 +8,11 @@
 //   part.addNodeSet("FIX", {1, 2});
 //   w.close();                                    // renames the file to job.odb
 //
-// Model data is kept in memory and written by close(); results (steps, frames, field
-// output, history: Writer::addStep and the calls after it) go to the file as they are
-// added. Nothing appears under the final name until close() succeeds: a Writer destroyed
-// without close() (an exception, a crash) removes or leaves only its temporary file.
+// Model data is kept in memory and written by close(), or earlier by writeModel() (which
+// then frees it); results (steps, frames, field output, history: Writer::addStep and the
+// calls after it) go to the file as they are added. Nothing appears under the final name until
+// close() succeeds: a Writer destroyed without close() (an exception, a crash) removes or leaves
+// only its temporary file.
 //
 // Every call validates its arguments and throws std::invalid_argument when they are
 // inconsistent (array sizes, duplicate names, calls out of order); close() checks the
@@ -36,7 +37,7 @@ class File;
 class ResultsWriter;
 
 // Adds the contents of one part instance or of the root assembly. A handle into its
-// Writer: valid while the Writer lives.
+// Writer: valid while the Writer lives and until Writer::writeModel.
 class EntityWriter {
  public:
   explicit EntityWriter(EntityData* e) : e_(e) {}
@@ -61,8 +62,9 @@ class EntityWriter {
                   const std::vector<int32_t>& faces);
   // A set of any form, for example an assembly-level set whose members lie in several
   // instances (SetData::addMembers per instance).
-  void addSet(const SetData& set);
-  void addSectionAssignment(const std::string& sectionName, const SetData& region,
+  // The set is taken by value: a temporary moves in without a copy.
+  void addSet(SetData set);
+  void addSectionAssignment(const std::string& sectionName, SetData region,
                             const SectionPlacement& placement = {});
 
   const std::string& name() const { return e_->name; }
@@ -119,23 +121,36 @@ class Writer {
   void addFieldBlock(const FieldBlockData& block);
   void addHistoryRegion(const HistoryRegionData& region);
 
-  // Writes the model, closes the file, syncs it to the disk and renames it to the final
-  // path (replacing a file there), then syncs the folder. After close() the writer
+  // Checks the model added so far as close() does, writes it to the file and frees it: a
+  // large model need not stay in memory beside the results. Afterwards the model calls
+  // (setters, addInstance, addSection...) throw std::logic_error (addInstance of a name
+  // already used: std::invalid_argument, as before) and EntityWriter handles are void;
+  // results may still be added. A second call does nothing; close() writes the model when
+  // nobody has called it. Throws std::invalid_argument as close() would for a bad model,
+  // and then writes nothing and keeps the model.
+  void writeModel();
+
+  // Writes the model (unless writeModel did), closes the file, syncs it to the disk and renames it
+  // to the final path (replacing a file there), then syncs the folder. After close() the writer
   // accepts no more calls; when close() throws, the temporary file is gone.
   void close();
 
-  // Everything added so far (used by copies and upgrades).
+  // Everything added so far (used by copies and upgrades); only the header fields after
+  // writeModel.
   ModelData model() const;
 
  private:
   void checkOpen() const;
+  void checkModelOpen() const;
   std::string path_, tmpPath_;
   std::unique_ptr<h5::File> file_;
   ModelData header_;
   EntityData assembly_;
   std::deque<EntityData> instances_;
+  std::vector<std::string> writtenInstances_;  // names of the instances writeModel wrote
   std::unique_ptr<ResultsWriter> results_;
   bool closed_ = false;
+  bool modelWritten_ = false;
 };
 
 // Checks a whole model as Writer does and throws std::invalid_argument at the first fault.

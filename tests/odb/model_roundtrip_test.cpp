@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <stdexcept>
 
 #include "odb/model_copy.h"
 #include "odb/odb.h"
@@ -180,16 +181,36 @@ TEST_F(ModelRoundTrip, Materials) {
   EXPECT_EQ(c["EMPTY"]->elastic(), nullptr);
 }
 
+// Once through close() alone, once with the model written ahead of a step (writeModel):
+// both copies hold the model, and the early one takes no model calls afterwards.
 TEST_F(ModelRoundTrip, CopyReproducesTheModel) {
-  std::string copy = odbtest::tempPath("copy.odb");
-  odb::writeModel(copy, odb::readModel(*odb_));
-  odb_Odb& again = openOdb(copy, true);
-  odb::ModelData a = odb::readModel(*odb_), b = odb::readModel(again);
-  EXPECT_EQ(a.instances.size(), b.instances.size());
-  EXPECT_EQ(a.instances[1].elements.connectivity, b.instances[1].elements.connectivity);
-  EXPECT_EQ(a.assembly.surfaces[0].faces, b.assembly.surfaces[0].faces);
-  closeOdb(again);
-  std::remove(copy.c_str());
+  for (bool early : {false, true}) {
+    SCOPED_TRACE(early ? "writeModel before a step" : "close only");
+    std::string copy = odbtest::tempPath("copy.odb");
+    {
+      odb::Writer w(copy);
+      odb::addModel(w, odb::readModel(*odb_));
+      if (early) {
+        w.writeModel();
+        EXPECT_THROW(w.setTitle("late"), std::logic_error);
+        EXPECT_THROW(w.addInstance("LATE"), std::logic_error);
+        EXPECT_THROW(w.addInstance("PART-1-1"), std::invalid_argument);  // a duplicate still
+        odb::StepData step;
+        step.name = "Step-1";
+        w.addStep(step);
+      }
+      w.close();
+    }
+    odb_Odb& again = openOdb(copy, true);
+    odb::ModelData a = odb::readModel(*odb_), b = odb::readModel(again);
+    EXPECT_EQ(b.title, a.title);
+    EXPECT_EQ(a.instances.size(), b.instances.size());
+    EXPECT_EQ(a.instances[1].elements.connectivity, b.instances[1].elements.connectivity);
+    EXPECT_EQ(a.assembly.surfaces[0].faces, b.assembly.surfaces[0].faces);
+    EXPECT_EQ(again.steps().size(), early ? 1 : 0);
+    closeOdb(again);
+    std::remove(copy.c_str());
+  }
 }
 
 TEST_F(ModelRoundTrip, RegionPairsInDefinitionOrder) {
@@ -243,7 +264,8 @@ TEST(Writer, RejectsInconsistentInputAndLeavesNoFile) {
     EXPECT_THROW(p.addNodes({1, 2}, {0.f, 0.f, 0.f}), std::invalid_argument);
     EXPECT_THROW(w.addInstance("P"), std::invalid_argument);
     EXPECT_THROW(p.addElements("C3D8", {1}, 8, {1, 2}), std::invalid_argument);
-    p.addElement("B31", 1, {1, 2}, 4);  // unknown category: caught at close
+    p.addElement("B31", 1, {1, 2}, 4);                    // unknown category: caught at close
+    EXPECT_THROW(w.writeModel(), std::invalid_argument);  // and the model stays
     EXPECT_THROW(w.close(), std::invalid_argument);
   }
   EXPECT_FALSE(std::ifstream(path).good());

@@ -92,13 +92,12 @@ Expansion::Expansion(const Deck& deck, std::string resultPath)
   }
 }
 
-void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
+void Expansion::addNodes(const std::vector<FrdNode>& nodes) {
   // The result file writes coordinates with five or six significant digits (or as single
   // precision): a shared node may differ from the deck by that much of the model's size.
   const double tolerance = 1e-4 * std::max(extent_, 1e-30);
-  size_t moved = 0, shared = 0;
-  const FrdNode* first = nullptr;
-  const Node* firstDeck = nullptr;
+  NodeScan& scan = nodeScan_;
+  scan.pending = true;
   for (const FrdNode& n : nodes) {
     frdNodes_.insert(n.label);
     uint32_t index = deckNodeIndex_.find(n.label);
@@ -106,13 +105,22 @@ void Expansion::nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
       extraNodes_.emplace(n.label, n);
       continue;
     }
-    ++shared;
+    ++scan.shared;
     const Node& d = deck_.nodes[index];
     if (std::fabs(d.x - n.x) > tolerance || std::fabs(d.y - n.y) > tolerance ||
         std::fabs(d.z - n.z) > tolerance) {
-      if (moved++ == 0) first = &n, firstDeck = &d;
+      if (scan.moved++ == 0) scan.first = n, scan.firstDeck = index;
     }
   }
+}
+
+void Expansion::finishNodes(Warnings& warnings) {
+  if (!nodeScan_.pending) return;
+  const NodeScan scan = nodeScan_;
+  nodeScan_ = NodeScan();
+  const size_t moved = scan.moved, shared = scan.shared;
+  const FrdNode* first = &scan.first;
+  const Node* firstDeck = moved > 0 ? &deck_.nodes[scan.firstDeck] : nullptr;
   // The solver itself moves a few nodes (contact adjustment): a tenth of the shared nodes
   // elsewhere is another model.
   if (moved > 0 && moved * 10 <= shared) {

@@ -49,7 +49,14 @@ class Expansion {
   // splits elements with new nodes at pre-tension sections); expanded elements whose
   // layout is not the expected one are reported with one warning and their values stay on the
   // expanded instance only.
-  void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings);
+  // The nodes may come in parts (addNodes, in file order), then finishNodes; nodes() does
+  // both at once. finishNodes without nodes added since the last one does nothing.
+  void addNodes(const std::vector<FrdNode>& nodes);
+  void finishNodes(Warnings& warnings);
+  void nodes(const std::vector<FrdNode>& nodes, Warnings& warnings) {
+    addNodes(nodes);
+    finishNodes(warnings);
+  }
   // The elements may come in parts (addElements, in file order), then finishElements;
   // elements() does both at once.
   void addElements(const std::vector<FrdElement>& elements);
@@ -78,6 +85,15 @@ class Expansion {
   LabelIndex deckNodeIndex_;  // deck node label -> its index in deck_.nodes
   void addToMesh(const FrdElement& element, LabelBits& meshNodes);
 
+  // What addNodes has found so far: shared nodes, those of them that lie elsewhere, and the
+  // first of those with its deck node's index.
+  struct NodeScan {
+    bool pending = false;
+    size_t moved = 0, shared = 0;
+    FrdNode first;
+    uint32_t firstDeck = 0;
+  };
+  NodeScan nodeScan_;
   std::unordered_map<int32_t, FrdNode> extraNodes_;  // result file nodes the deck lacks
   LabelBits frdNodes_;                               // every node of the result file
   LabelBits expandedNodes_;

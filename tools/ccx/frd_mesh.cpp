@@ -15,13 +15,22 @@ void FrdReader::readNodes(std::string_view line) {
       tokens.size() < 3 ? 0 : tokenInteger(tokens, tokens.size() - 2, "a node count", line);
   int format = static_cast<int>(tokenInteger(tokens, tokens.size() - 1, "a format code", line));
   std::vector<FrdNode> nodes;
+  // Hands a full part to the visitor and starts the next.
+  auto pass = [&](bool last) {
+    if (nodes.size() >= kFrdNodeChunk || (last && !nodes.empty())) {
+      visitor_.nodes(std::move(nodes));
+      nodes.clear();
+    }
+  };
   if (format == 2 || format == 3) {
     binarySeen_ = true;
     bool doubles = format == 3;
     size_t valueBytes = doubles ? 8 : 4;
     int64_t n = checkedCount(count, 4 + 3 * valueBytes, "nodes");
-    nodes.resize(n);
-    for (FrdNode& node : nodes) {
+    nodes.reserve(std::min<size_t>(n, kFrdNodeChunk));
+    for (int64_t k = 0; k < n; ++k) {
+      pass(false);
+      FrdNode& node = nodes.emplace_back();
       unsigned char record[28];
       if (!in_.readBytes(record, 4 + 3 * valueBytes))
         failBinary(std::to_string(n) + " binary node records");
@@ -39,18 +48,19 @@ void FrdReader::readNodes(std::string_view line) {
     }
   } else if (format == 0 || format == 1) {
     int w = format == 0 ? 5 : 10;
-    nodes.reserve(static_cast<size_t>(checkedCount(count, 10, "nodes")));
+    nodes.reserve(
+        std::min<size_t>(static_cast<size_t>(checkedCount(count, 10, "nodes")), kFrdNodeChunk));
     while (true) {
-      const std::string& row = nextRow(row_, "a node line or -3 ending the node block");
-      std::string_view r = row;
+      pass(false);
+      std::string_view r = nextRow("a node line or -3 ending the node block");
       if (startsWith(trim(r), "-3")) break;
-      if (!startsWith(r, " -1")) fail("a node line starting with -1", row);
+      if (!startsWith(r, " -1")) fail("a node line starting with -1", std::string(r));
       FrdNode node;
       node.label = static_cast<int32_t>(integerAt(r, 3, w, "a node label"));
       double* xyz[3] = {&node.x, &node.y, &node.z};
       for (int i = 0; i < 3; ++i) {
         auto v = toDouble(column(r, 3 + w + kFrdValueWidth * i, kFrdValueWidth));
-        if (!v) fail("three node coordinates", row);
+        if (!v) fail("three node coordinates", std::string(r));
         *xyz[i] = *v;
       }
       nodes.push_back(node);
@@ -58,7 +68,8 @@ void FrdReader::readNodes(std::string_view line) {
   } else {
     fail("node block format 0, 1, 2 or 3", std::to_string(format));
   }
-  visitor_.nodes(std::move(nodes));
+  pass(true);
+  visitor_.nodesEnd();
 }
 
 void FrdReader::readElements(std::string_view line) {
@@ -105,10 +116,9 @@ void FrdReader::readElements(std::string_view line) {
                                       kFrdElementChunk));
     while (true) {
       pass(false);
-      const std::string& row = nextRow(row_, "an element line or -3 ending the element block");
-      std::string_view r = row;
+      std::string_view r = nextRow("an element line or -3 ending the element block");
       if (startsWith(trim(r), "-3")) break;
-      if (!startsWith(r, " -1")) fail("an element line starting with -1", row);
+      if (!startsWith(r, " -1")) fail("an element line starting with -1", std::string(r));
       FrdElement e;
       e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
       e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
@@ -117,16 +127,20 @@ void FrdReader::readElements(std::string_view line) {
       auto material = toInteger(column(r, 13 + w, 5));
       e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
-      if (nodes < 0) fail("a known element type code (1 to 12)", row);
+      if (nodes < 0) fail("a known element type code (1 to 12)", std::string(r));
       e.nodes.reserve(nodes);
       while (static_cast<int>(e.nodes.size()) < nodes) {
-        const std::string& more = nextRow(more_, "a -2 line with the nodes of an element");
-        std::string_view m = more;
+        std::string_view m = nextRow("a -2 line with the nodes of an element");
         if (!startsWith(m, " -2"))
-          fail("a -2 line with the nodes of element " + std::to_string(e.label), more);
+          fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(m));
         for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
-          if (trim(column(m, at, w)).empty()) break;
-          e.nodes.push_back(static_cast<int32_t>(integerAt(m, at, w, "a node label")));
+          long long label = 0;
+          std::string_view field = column(m, at, w);
+          if (!parseIntField(field, &label)) {
+            if (trim(field).empty()) break;  // the line's labels end early
+            fail("a node label", std::string(m));
+          }
+          e.nodes.push_back(static_cast<int32_t>(label));
         }
       }
       elements.push_back(std::move(e));

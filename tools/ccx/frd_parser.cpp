@@ -165,20 +165,20 @@ void FrdReader::readResult(std::string_view line) {
 }
 
 void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
-  // The hot loop of a large result file: fixed columns parsed in place, one line buffer.
+  // The hot loop of a large result file: fixed columns parsed in place, in lines that are
+  // views of the read buffer.
   const int stored = block.storedCount();
   block.nodes.reserve(static_cast<size_t>(rows));
   block.values.reserve(static_cast<size_t>(rows) * stored);
-  std::string& row = row_;
   while (true) {
-    if (!in_.nextLine(row)) fail("a -1 value line or -3 ending block " + block.name, "end of file");
-    std::string_view r = row;
+    std::string_view r;
+    if (!in_.nextLine(r)) fail("a -1 value line or -3 ending block " + block.name, "end of file");
     if (!startsWith(r, " -1")) {
       if (startsWith(trim(r), "-3")) break;
-      fail("a -1 value line of block " + block.name, row);
+      fail("a -1 value line of block " + block.name, std::string(r));
     }
     long long label = 0;
-    if (!parseIntField(column(r, 3, labelWidth), &label)) fail("a node label", row);
+    if (!parseIntField(column(r, 3, labelWidth), &label)) fail("a node label", std::string(r));
     block.nodes.push_back(static_cast<int32_t>(label));
     // Six values per line; more go on in -2 lines.
     int got = 0;
@@ -188,16 +188,17 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
         if (!parseFloatField(column(r, 3 + labelWidth + kFrdValueWidth * i, kFrdValueWidth), &v)) {
           fail(std::to_string(stored) + " values of block " + block.name + " for node " +
                    std::to_string(block.nodes.back()),
-               row);
+               std::string(r));
         }
         block.values.push_back(v);
       }
       if (got == stored) break;
-      if (!in_.nextLine(row)) {
+      if (!in_.nextLine(r)) {
         fail("a -2 line with more values of block " + block.name, "end of file");
       }
-      r = row;
-      if (!startsWith(r, " -2")) fail("a -2 line with more values of block " + block.name, row);
+      if (!startsWith(r, " -2")) {
+        fail("a -2 line with more values of block " + block.name, std::string(r));
+      }
     }
   }
 }

@@ -25,9 +25,11 @@ class FrdVisitor {
  public:
   virtual ~FrdVisitor() = default;
   virtual void header(const FrdHeader&) {}
+  // The nodes of a node block and the elements of an element block come in parts of at
+  // most kFrdNodeChunk and kFrdElementChunk (so that a large mesh is never held twice),
+  // then nodesEnd and elementsEnd.
   virtual void nodes(std::vector<FrdNode>&&) {}
-  // The elements of an element block come in parts of at most kFrdElementChunk (so that a
-  // large mesh is never held twice), then elementsEnd.
+  virtual void nodesEnd() {}
   virtual void elements(std::vector<FrdElement>&&) {}
   virtual void elementsEnd() {}
   virtual void block(FrdBlock&&) {}

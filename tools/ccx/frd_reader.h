@@ -14,6 +14,7 @@
 namespace odbs::ccx {
 
 constexpr int kFrdValueWidth = 12;          // E12.5 fields of the text format
+constexpr size_t kFrdNodeChunk = 65536;     // nodes handed to the visitor at once
 constexpr size_t kFrdElementChunk = 16384;  // elements handed to the visitor at once
 
 class FrdReader {
@@ -31,11 +32,12 @@ class FrdReader {
     throw ParseError(in_.path() + " (byte offset " + std::to_string(in_.offset()) + ")", 0,
                      expected, "end of file");
   }
-  // The next line into buffer (kept for its capacity), or ParseError naming what was
+  // The next line (a view valid until the next read), or ParseError naming what was
   // expected.
-  const std::string& nextRow(std::string& buffer, const char* expected) {
-    if (!in_.nextLine(buffer)) fail(expected, "end of file");
-    return buffer;
+  std::string_view nextRow(const char* expected) {
+    std::string_view row;
+    if (!in_.nextLine(row)) fail(expected, "end of file");
+    return row;
   }
   std::string requireLine(const std::string& expected) {
     std::string line;
@@ -45,9 +47,9 @@ class FrdReader {
   // what names the field in the ParseError for a bad one (a plain text: no string is built
   // for the good case).
   long long integerAt(std::string_view line, size_t begin, size_t width, const char* what) {
-    auto v = toInteger(column(line, begin, width));
-    if (!v) fail(what, std::string(line));
-    return *v;
+    long long v = 0;
+    if (!parseIntField(column(line, begin, width), &v)) fail(what, std::string(line));
+    return v;
   }
   long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i, const char* what,
                          std::string_view line) {
@@ -76,8 +78,7 @@ class FrdReader {
   bool headerSent_ = false;
   int step_ = 0, increment_ = 0, counter_ = 0, mode_ = 0;
   bool binarySeen_ = false;
-  int64_t lineStart_ = 0;   // offset of the line being handled
-  std::string row_, more_;  // the lines being read, kept for their capacity
+  int64_t lineStart_ = 0;  // offset of the line being handled
 };
 
 }  // namespace odbs::ccx

@@ -38,6 +38,7 @@ class CountingSink : public ResultSink {
     summary_.expandedElements = static_cast<int64_t>(mesh.elements.size());
     next_.expandedMesh(mesh);
   }
+  void meshRead() override { next_.meshRead(); }
   void step(int index, const PlannedStep& step) override {
     ++summary_.steps;
     next_.step(index, step);
@@ -65,6 +66,7 @@ class ProgressRelay : public FrdVisitor {
                 ImportSummary& summary)
       : import_(import), path_(path), progress_(progress), summary_(summary) {}
   void nodes(std::vector<FrdNode>&& n) override { import_.nodes(std::move(n)); }
+  void nodesEnd() override { import_.nodesEnd(); }
   void elements(std::vector<FrdElement>&& e) override { import_.elements(std::move(e)); }
   void elementsEnd() override { import_.elementsEnd(); }
   void block(FrdBlock&& b) override {
@@ -124,9 +126,10 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
                                          "without a result file they are not imported");
   }
 
-  // The model is kept by the writer until it closes; the results go to the file frame by
-  // frame while the result file is read. Until close() the file has a temporary name, and
-  // a failure on the way (a damaged result file) removes it: no database is written.
+  // The model goes to the file once the result file's mesh is read, or at the first step
+  // (the database sink asks the writer to write it and let it go); the results follow frame by
+  // frame while the result file is read. Until close() the file has a temporary name, and a failure
+  // on the way (a damaged result file) removes it: no database is written.
   platform::FileStat resultFile;
   if (progress && !request.results.empty() && platform::statFile(request.results, &resultFile) &&
       resultFile.size > kLargeInput) {

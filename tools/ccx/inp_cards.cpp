@@ -53,7 +53,7 @@ int64_t CardReader::topOffset() const {
   return stack_.empty() ? topSize_ : stack_.front()->offset();
 }
 
-bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
+bool CardReader::nextMeaningful(std::string_view& line, SourceRef& where) {
   while (!stack_.empty()) {
     SourceReader& in = *stack_.back();
     if (!in.nextLine(line)) {
@@ -63,12 +63,12 @@ bool CardReader::nextMeaningful(std::string& line, SourceRef& where) {
     }
     std::string_view t = trim(line);
     if (t.empty() || startsWith(t, "**")) continue;
-    where.file = in.path();
+    if (where.file != in.path()) where.file = in.path();
     where.line = in.lineNumber();
     if (!in.lineEnded() && !isKeywordLine(line)) {
       throw ParseError(where.file, where.line,
                        "a line end after this data line (the file ends inside it: cut short?)",
-                       line);
+                       std::string(line));
     }
     return true;
   }
@@ -83,7 +83,9 @@ bool CardReader::nextCard(Card& card) {
       line = pending_;
       where = pendingWhere_;
       hasPending_ = false;
-    } else if (!nextMeaningful(line, where)) {
+    } else if (std::string_view view; nextMeaningful(view, where)) {
+      line.assign(view);
+    } else {
       if (!seenCard_ && stray_ > 0) {
         throw ParseError(strayWhere_.file, strayWhere_.line,
                          "a keyword line (starting with '*') first", strayText_);
@@ -104,7 +106,7 @@ bool CardReader::nextCard(Card& card) {
     // A keyword line ending with a comma goes on in the next line.
     std::string text(trim(line));
     while (!text.empty() && text.back() == ',') {
-      std::string more;
+      std::string_view more;
       SourceRef moreWhere;
       if (!nextMeaningful(more, moreWhere)) break;
       if (isKeywordLine(more)) {
@@ -162,7 +164,7 @@ void CardReader::openInclude(const Card& card) {
 
 bool CardReader::nextData(DataLine& line) {
   if (hasPending_) return false;
-  std::string& text = text_;
+  std::string_view text;
   SourceRef& where = where_;
   if (!nextMeaningful(text, where)) return false;
   if (isKeywordLine(text)) {
@@ -174,7 +176,7 @@ bool CardReader::nextData(DataLine& line) {
   splitCommasInto(text, line.fields);
   line.endsWithComma = line.fields.size() > 1 && line.fields.back().empty();
   if (line.endsWithComma) line.fields.pop_back();
-  line.where.file = where.file;
+  if (line.where.file != where.file) line.where.file = where.file;
   line.where.line = where.line;
   return true;
 }

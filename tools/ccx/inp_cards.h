@@ -57,13 +57,13 @@ class CardReader {
   // Reads the next line that is neither blank nor a comment, following includes. A data
   // line that its file cuts off (no line end after it) throws ParseError: the deck was cut
   // short, and the line may have lost fields.
-  bool nextMeaningful(std::string& line, SourceRef& where);
+  // The line is a view valid until the next read.
+  bool nextMeaningful(std::string_view& line, SourceRef& where);
   void openInclude(const Card& card);
 
   std::vector<std::unique_ptr<SourceReader>> stack_;
   std::string pending_;  // a keyword line that ended the previous card's data
-  std::string text_;     // the data line being split, kept for its capacity
-  SourceRef where_;      // and where it stands
+  SourceRef where_;      // where the data line being split stands
   SourceRef pendingWhere_;
   bool hasPending_ = false;
   bool seenCard_ = false;  // a keyword line came

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <map>
 #include <optional>
-#include <unordered_map>
 
+#include "tools/ccx/label_index.h"
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
@@ -179,7 +179,7 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
   odb::EntityWriter part = writer.addInstance(kInstanceName);
 
   // Sections and their categories; the first section that names an element wins.
-  std::unordered_map<int32_t, int32_t> categoryOfElement;
+  LabelIndex categoryOfElement;            // element label -> section category
   std::map<std::string, int> sectionUses;  // a second section on one set gets "-2"
   for (const Section& s : deck.sections) {
     odb::SectionData section;
@@ -201,6 +201,7 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     if (uses > 1) category.name += " " + std::to_string(uses);
     int32_t index = writer.addSectionCategory(category);
     const LabelSet* set = deck.elementSet(s.elset);
+    categoryOfElement.reserve(deck.elements.size());
     for (int32_t label : set->labels) categoryOfElement.emplace(label, index);
     part.addSectionAssignment(section.name, makeSet(s.elset, odb_Enum::ELEMENT_SET, set->labels),
                               placementOf(s));
@@ -240,10 +241,17 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     nodes.coordinates.push_back(static_cast<float>(n.z));
   }
   odb::ElementData& elements = part.data()->elements;
+  size_t connectivity = 0;
+  for (const Element& e : deck.elements) connectivity += e.nodes.size();
+  elements.labels.reserve(deck.elements.size());
+  elements.typeIndex.reserve(deck.elements.size());
+  elements.categoryIndex.reserve(deck.elements.size());
+  elements.offsets.reserve(deck.elements.size() + 1);
+  elements.connectivity.reserve(connectivity);
   for (const Element& e : deck.elements) {
-    auto it = categoryOfElement.find(e.label);
+    uint32_t category = categoryOfElement.find(e.label);
     elements.add(e.type, e.label, e.nodes.data(), static_cast<int>(e.nodes.size()),
-                 it == categoryOfElement.end() ? -1 : it->second);
+                 category == LabelIndex::kNone ? -1 : static_cast<int32_t>(category));
   }
 
   for (const LabelSet& s : deck.nodeSets)
@@ -270,7 +278,7 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     }
     odb::SetData set = makeSet(s.name, odb_Enum::SURFACE_SET, labels);
     set.faces = faces;
-    part.addSet(set);
+    part.addSet(std::move(set));
   }
 }
 

@@ -35,6 +35,7 @@ void OdbSink::step(int, const PlannedStep& step) {
   data.domain = step.domain;
   data.totalTime = step.startTime;
   domain_ = step.domain;
+  writer_.writeModel();  // done at meshRead unless the result file has no mesh
   writer_.addStep(data);
 }
 

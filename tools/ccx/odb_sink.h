@@ -22,6 +22,9 @@ class OdbSink : public ResultSink {
   OdbSink(const Deck& deck, odb::Writer& writer);
 
   void expandedMesh(const ExpandedMesh& mesh) override;
+  // The model is complete: the writer writes it and lets it go (at the first step when the
+  // result file has no mesh).
+  void meshRead() override { writer_.writeModel(); }
   void step(int index, const PlannedStep& step) override;
   void frame(int step, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
              std::vector<PointField>&& points) override;

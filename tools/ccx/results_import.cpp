@@ -38,16 +38,23 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
 }
 
 void ResultImport::nodes(std::vector<FrdNode>&& nodes) {
-  expansion_.nodes(nodes, warnings_);
+  expansion_.addNodes(nodes);
+}
+
+void ResultImport::nodesEnd() {
+  expansion_.finishNodes(warnings_);
 }
 
 void ResultImport::elements(std::vector<FrdElement>&& elements) {
+  expansion_.finishNodes(warnings_);
   expansion_.addElements(elements);
 }
 
 void ResultImport::elementsEnd() {
+  expansion_.finishNodes(warnings_);
   expansion_.finishElements(warnings_);
   if (!expansion_.mesh().empty()) sink_.expandedMesh(expansion_.mesh());
+  sink_.meshRead();
 }
 
 void ResultImport::openStepsUpTo(int step) {
@@ -61,6 +68,7 @@ void ResultImport::openStepsUpTo(int step) {
 }
 
 void ResultImport::block(FrdBlock&& block) {
+  expansion_.finishNodes(warnings_);
   FramePlan::Place place = plan_.frameOf(block);
   if (place.step < openStep_) {
     throw InputError(block.location + ": result block " + block.name + " of step " +
@@ -263,6 +271,7 @@ void ResultImport::closeFrame() {
 }
 
 void ResultImport::finish() {
+  expansion_.finishNodes(warnings_);
   closeFrame();
   openStepsUpTo(static_cast<int>(plan_.steps().size()) - 1);
   if (stepsOpened_ > 0) sink_.history(stepsOpened_ - 1, history_[stepsOpened_ - 1].regions());

@@ -44,6 +44,9 @@ class ResultSink {
   virtual ~ResultSink() = default;
   // The solver's expanded elements, before the first step; not called when there are none.
   virtual void expandedMesh(const ExpandedMesh&) {}
+  // The result file's mesh is read and checked (after expandedMesh): nothing more joins the
+  // model. Not called for a result file without an element block.
+  virtual void meshRead() {}
   // A step begins; called for every step of the deck, in order, before its frames.
   virtual void step(int index, const PlannedStep& step) = 0;
   // A complete frame of the step last begun, with its field outputs.
@@ -58,7 +61,10 @@ class ResultImport : public FrdVisitor {
   ResultImport(const Deck& deck, const DatFile& prints, const std::string& resultPath,
                ResultSink& sink, Warnings& warnings);
 
+  // The node check ends at nodesEnd, or at the next call of another kind when nodesEnd does
+  // not come (a caller that hands over all nodes at once).
   void nodes(std::vector<FrdNode>&& nodes) override;
+  void nodesEnd() override;
   void elements(std::vector<FrdElement>&& elements) override;
   void elementsEnd() override;
   void block(FrdBlock&& block) override;

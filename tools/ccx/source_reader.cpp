@@ -7,7 +7,7 @@
 
 namespace odbs::ccx {
 
-SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 16) {
+SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 18) {
   // Devices and pipes never end or cannot seek: only regular files are input.
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) {
@@ -55,6 +55,25 @@ bool SourceReader::nextLine(std::string& line) {
     if (!fill()) break;
   }
   if (!line.empty() && line.back() == '\r') line.pop_back();
+  return true;
+}
+
+bool SourceReader::nextLine(std::string_view& line) {
+  if (!fill()) return false;
+  const char* start = buf_.data() + pos_;
+  const void* nl = std::memchr(start, '\n', end_ - pos_);
+  if (!nl) {
+    if (!nextLine(spill_)) return false;
+    line = spill_;
+    return true;
+  }
+  size_t n = static_cast<const char*>(nl) - start;
+  ++line_;
+  pos_ += n + 1;
+  offset_ += static_cast<int64_t>(n + 1);
+  lineEnded_ = true;
+  if (n > 0 && start[n - 1] == '\r') --n;
+  line = std::string_view(start, n);
   return true;
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace odbs::ccx {
@@ -29,6 +30,9 @@ class SourceReader {
 
   // Reads the next line into line (without its end). Returns false at the end of the file.
   bool nextLine(std::string& line);
+  // The same as a view: into the read buffer when the line lies whole in it (no copy), else
+  // into a string of the reader's own. Valid until the next nextLine or readBytes.
+  bool nextLine(std::string_view& line);
   // Whether the line last returned by nextLine ended with a line end ('\n'); false for a
   // last line that the file cuts off.
   bool lineEnded() const { return lineEnded_; }
@@ -41,6 +45,7 @@ class SourceReader {
   std::string path_;
   std::ifstream in_;
   std::vector<char> buf_;
+  std::string spill_;  // a line that crosses the end of the buffer
   size_t pos_ = 0, end_ = 0;
   int64_t line_ = 0;
   int64_t offset_ = 0;

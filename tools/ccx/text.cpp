@@ -4,25 +4,14 @@
 
 #include <cctype>
 #include <charconv>
+#include <cstdint>
 
 namespace odbs::ccx {
-
-std::string_view trim(std::string_view s) {
-  size_t b = 0, e = s.size();
-  while (b < e && (s[b] == ' ' || s[b] == '\t' || s[b] == '\r' || s[b] == '\n')) ++b;
-  while (e > b && (s[e - 1] == ' ' || s[e - 1] == '\t' || s[e - 1] == '\r' || s[e - 1] == '\n'))
-    --e;
-  return s.substr(b, e - b);
-}
 
 std::string upper(std::string_view s) {
   std::string out(s);
   for (char& c : out) c = static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
   return out;
-}
-
-bool startsWith(std::string_view s, std::string_view prefix) {
-  return s.size() >= prefix.size() && s.compare(0, prefix.size(), prefix) == 0;
 }
 
 std::vector<std::string> splitCommas(std::string_view s) {
@@ -72,12 +61,58 @@ std::vector<std::string_view> splitBlanks(std::string_view s) {
   return out;
 }
 
+namespace {
+
+// Short decimals, the solver's own form "-1.23456E+02" among them: with few enough digits
+// (exact in the type) and a power of ten small enough (exact too), one multiplication or
+// division rounds the decimal once, as the general parser would. False for any other
+// form, which the general parser then reads.
+template <typename T>
+bool parseShortNumber(const char* b, const char* e, T* out) {
+  constexpr bool kFloat = sizeof(T) == sizeof(float);
+  constexpr int kMaxDigits = kFloat ? 7 : 15;  // below 2^24 and 2^53
+  constexpr int kMaxPower = kFloat ? 10 : 22;  // 5^10 < 2^24, 5^22 < 2^53
+  static const T kPowers[] = {T(1e0),  T(1e1),  T(1e2),  T(1e3),  T(1e4),  T(1e5),
+                              T(1e6),  T(1e7),  T(1e8),  T(1e9),  T(1e10), T(1e11),
+                              T(1e12), T(1e13), T(1e14), T(1e15), T(1e16), T(1e17),
+                              T(1e18), T(1e19), T(1e20), T(1e21), T(1e22)};
+  bool negative = b < e && *b == '-';
+  if (negative) ++b;
+  uint64_t mantissa = 0;
+  int digits = 0, fraction = 0;
+  for (; b < e && *b >= '0' && *b <= '9'; ++b, ++digits) mantissa = mantissa * 10 + (*b - '0');
+  if (b < e && *b == '.') {
+    for (++b; b < e && *b >= '0' && *b <= '9'; ++b, ++digits, ++fraction)
+      mantissa = mantissa * 10 + (*b - '0');
+  }
+  if (digits == 0 || digits > kMaxDigits) return false;
+  int exponent = 0;
+  if (b < e && (*b == 'E' || *b == 'e')) {
+    ++b;
+    bool minus = b < e && *b == '-';
+    if (b < e && (*b == '-' || *b == '+')) ++b;
+    if (b == e || e - b > 3) return false;
+    for (; b < e && *b >= '0' && *b <= '9'; ++b) exponent = exponent * 10 + (*b - '0');
+    if (minus) exponent = -exponent;
+  }
+  if (b != e) return false;
+  int power = exponent - fraction;
+  if (power < -kMaxPower || power > kMaxPower) return false;
+  T value = static_cast<T>(mantissa);
+  value = power < 0 ? value / kPowers[-power] : value * kPowers[power];
+  *out = negative ? -value : value;
+  return true;
+}
+
+}  // namespace
+
 std::optional<double> toDouble(std::string_view s) {
   s = trim(s);
   if (s.empty() || s.size() > 64) return std::nullopt;
   {
-    // The common form first, without copying.
+    // The common forms first, without copying.
     double value = 0;
+    if (parseShortNumber(s.data(), s.data() + s.size(), &value)) return value;
     auto [end, ec] = fast_float::from_chars(s.data(), s.data() + s.size(), value);
     if (ec == std::errc() && end == s.data() + s.size()) return value;
   }
@@ -103,6 +138,7 @@ bool parseFloatField(std::string_view field, float* out) {
   while (b < e && *b == ' ') ++b;
   while (e > b && (e[-1] == ' ' || e[-1] == '\r')) --e;
   if (b == e) return false;
+  if (parseShortNumber(b, e, out)) return true;
   auto [end, ec] = fast_float::from_chars(b, e, *out);
   if (ec == std::errc() && end == e) return true;
   auto slow = toDouble(std::string_view(b, e - b));  // '+' signs, 'D' exponents
@@ -111,47 +147,13 @@ bool parseFloatField(std::string_view field, float* out) {
   return true;
 }
 
-namespace {
+namespace text_detail {
 
-// A decimal integer with blanks around it and an optional sign, as std::from_chars would
-// read it but without its generality: the hot path of every label in a large mesh.
-bool parseInteger(const char* b, const char* e, long long* out) {
-  while (b < e && (*b == ' ' || *b == '\t' || *b == '\r' || *b == '\n')) ++b;
-  while (e > b && (e[-1] == ' ' || e[-1] == '\t' || e[-1] == '\r' || e[-1] == '\n')) --e;
-  bool negative = false;
-  if (b < e && (*b == '+' || *b == '-')) negative = *b++ == '-';
-  if (b == e || e - b > 18) {
-    // Empty, or long enough to overflow: the general parser decides.
-    if (b == e) return false;
-    if (negative) --b;
-    auto [end, ec] = std::from_chars(b, e, *out);
-    return ec == std::errc() && end == e;
-  }
-  long long value = 0;
-  for (; b < e; ++b) {
-    unsigned digit = static_cast<unsigned char>(*b) - '0';
-    if (digit > 9) return false;
-    value = value * 10 + digit;
-  }
-  *out = negative ? -value : value;
-  return true;
+bool parseLongInteger(const char* b, const char* e, long long* out) {
+  auto [stop, ec] = std::from_chars(b, e, *out);
+  return ec == std::errc() && stop == e;
 }
 
-}  // namespace
-
-bool parseIntField(std::string_view field, long long* out) {
-  return parseInteger(field.data(), field.data() + field.size(), out);
-}
-
-std::optional<long long> toInteger(std::string_view s) {
-  long long value = 0;
-  if (!parseInteger(s.data(), s.data() + s.size(), &value)) return std::nullopt;
-  return value;
-}
-
-std::string_view column(std::string_view line, size_t begin, size_t width) {
-  if (begin >= line.size()) return {};
-  return line.substr(begin, width);
-}
+}  // namespace text_detail
 
 }  // namespace odbs::ccx

@@ -89,9 +89,7 @@ TEST(Repository, KeyedByPathInKeyOrderWithLock) {
   EXPECT_EQ(repo.size(), 2);
   EXPECT_TRUE(repo.isMember(a));
   EXPECT_EQ(&repo.get(a), &oa);
-  std::vector<std::string> keys;
-  for (odb_OdbRepositoryIT it(repo); !it.isDone(); it.next()) keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{b, a}));
+  EXPECT_EQ(odbtest::keysOf<odb_OdbRepositoryIT>(repo), (std::vector<std::string>{b, a}));
 
   repo.remove(a);
   EXPECT_FALSE(repo.isMember(a));

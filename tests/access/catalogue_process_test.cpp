@@ -167,7 +167,8 @@ TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
   ASSERT_TRUE(platform::createEmptyFile(base_ + "_lock"));
   EXPECT_EQ(catalogue("fd"), first);
   EXPECT_FALSE(platform::fileReadable(base_));
-  EXPECT_TRUE(platform::fileReadable(base_ + "_lock"));
+  EXPECT_FALSE(platform::fileReadable(base_ + "_tmp"));
+  EXPECT_TRUE(platform::fileReadable(base_ + "_lock"));  // not ours to remove
 }
 
 TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {

@@ -72,19 +72,8 @@ TEST_F(RegistryProcessTest, UpgradeCheckOpenAndClose) {
   EXPECT_EQ(server->request("c " + now).wireBytes(), kEnd);
 }
 
-TEST_F(RegistryProcessTest, QuitWithTwoDatabasesOpen) {
-  std::string a = current("qa.odb"), b = current("qb.odb");
-  auto server = startServer();
-  server->request("o " + b);
-  server->request("o " + a);
-  server->request("l");
-  server->send("q");
-  EXPECT_EQ(server->waitExit(kTimeoutMs), 0);
-  EXPECT_TRUE(server->readToEnd().empty());
-}
-
 // With two databases open, the watchdog removes the catalogue's companions on the
-// parent's end; q leaves them. Either way the server exits with status 0.
+// parent's end; q leaves them and writes nothing. Either way the server exits with status 0.
 TEST_F(RegistryProcessTest, ParentExitRemovesCatalogueCompanionsQuitDoesNot) {
   for (bool byParent : {true, false}) {
     std::string base = file(byParent ? "cat-parent" : "cat-quit");
@@ -106,6 +95,9 @@ TEST_F(RegistryProcessTest, ParentExitRemovesCatalogueCompanionsQuitDoesNot) {
       server->send("q");
     }
     EXPECT_EQ(server->waitExit(3000), 0);
+    if (!byParent) {
+      EXPECT_TRUE(server->readToEnd().empty());
+    }
     EXPECT_NE(platform::fileReadable(base + "_tmp"), byParent);
     EXPECT_NE(platform::fileReadable(base + "_lock"), byParent);
     platform::killProcess(parent);

@@ -31,9 +31,10 @@ odb::ModelData assignedModel() {
   odb::EntityData part;
   part.name = "PART-1";
   part.nodes = nodeLine(4);
-  part.sectionAssignments = {
-      {"Section-SHELL", setOf("SKIN", ELEMENT_SET, "PART-1", {1, 2}), {true, 0.5f, 0.f, true, 2.f}},
-      {"MISSING", setOf("X", ELEMENT_SET, "PART-1", {3}), {}}};
+  part.sectionAssignments = {{"Section-SHELL",
+                              setOf("SKIN", ELEMENT_SET, "PART-1", {1, 2}),
+                              {true, 0.5f, 0.25f, true, 2.f}},
+                             {"MISSING", setOf("X", ELEMENT_SET, "PART-1", {3}), {}}};
   m.instances.push_back(part);
   m.assembly.sectionAssignments = {
       {"P7", setOf("ROOTSET", ELEMENT_SET, "PART-1", {4}), {false, 9.f, 9.f, true, 1.5f}}};
@@ -48,56 +49,23 @@ TEST(SectionAssignments, SingleInstanceRecordsByHand) {
   TestDatabase db(assignedModel());
   // SHELL numbers 1 (P7 keeps 7); MISSING names no section: 0. Flags 1 offset, 2 thickness;
   // an absent offset is sent as zeros whatever the database holds.
-  Bytes want = Frames(1)
-                   .text("is")
-                   .begin(2)
-                   .i32(0)
-                   .begin('T')
-                   .i32(1)
-                   .text("SHELL")
-                   .i32(3)
-                   .f32(0.5f)
-                   .f32(0.f)
-                   .f32(2.f)
-                   .begin(6)
-                   .text("SKIN")
-                   .begin(9)
-                   .i32(1)
-                   .i32(2)
-                   .begin(11)
-                   .begin('T')
-                   .i32(0)
-                   .text("MISSING")
-                   .i32(0)
-                   .f32(0.f)
-                   .f32(0.f)
-                   .f32(0.f)
-                   .begin(6)
-                   .text("X")
-                   .begin(9)
-                   .i32(3)
-                   .begin(11)
-                   .begin('T')
-                   .i32(7)
-                   .text("P7")
-                   .i32(2)
-                   .f32(0.f)
-                   .f32(0.f)
-                   .f32(1.5f)
-                   .begin(6)
-                   .text("ROOTSET")
-                   .begin(9)
-                   .i32(4)
-                   .begin(11)
-                   .bytes();
+  Frames want(1);
+  want.text("is").begin(2).i32(0);
+  want.begin('T').i32(1).text("SHELL").i32(3).f32(0.5f).f32(0.25f).f32(2.f);
+  want.begin(6).text("SKIN").begin(9).i32(1).i32(2).begin(11);
+  want.begin('T').i32(0).text("MISSING").i32(0).f32(0.f).f32(0.f).f32(0.f);
+  want.begin(6).text("X").begin(9).i32(3).begin(11);
+  want.begin('T').i32(7).text("P7").i32(2).f32(0.f).f32(0.f).f32(1.5f);
+  want.begin(6).text("ROOTSET").begin(9).i32(4).begin(11);
   Bytes got = assignmentsReply(db);
-  EXPECT_EQ(frameLines(got), frameLines(want));
+  EXPECT_EQ(frameLines(got), frameLines(want.bytes()));
 
   client::SectionAssignmentRecord a = client::decodeSectionAssignment(splitRecords(got)[2]);
   EXPECT_EQ(a.number, 1u);
   EXPECT_EQ(a.name, "SHELL");
   EXPECT_TRUE(a.hasOffset);
   EXPECT_EQ(a.offset1, 0.5f);
+  EXPECT_EQ(a.offset2, 0.25f);
   EXPECT_TRUE(a.hasThickness);
   EXPECT_EQ(a.thickness, 2.f);
 }

@@ -144,12 +144,7 @@ TEST(SendSets, UnreadableInstanceSetSendsHeaderAndEndAndTheWalkGoesOn) {
   m.instances[0].nodeSets = {setOf("BAD", NODE_SET, "PART-1", {1}),
                              setOf("GOOD", NODE_SET, "PART-1", {2})};
   m.instances[0].elementSets.clear();
-  TestDatabase db(m, [](const std::string& path) {
-    odb::h5::File f = odb::h5::File::open(path, false);
-    odb::h5::Group sets = f.root().open("assembly/instances/0/node_sets");
-    sets.remove("member_counts");  // BAD's members run past the end of the list
-    sets.write("member_counts", std::vector<int64_t>{1000, 1});
-  });
+  TestDatabase db(m, firstSetUnreadable("assembly/instances/0/node_sets"));  // BAD
   Expected e;
   e.set(5, "BAD", {}).set(5, "GOOD", {2});
   EXPECT_EQ(frameLines(setsReply(db, 0, false)), frameLines(e.bytes()));

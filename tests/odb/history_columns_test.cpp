@@ -127,11 +127,9 @@ TEST_F(HistoryColumns, OneRegionIsReadWithoutTheOthers) {
   {  // Damage the samples of the columns that only the other regions use.
     odb::h5::File f = odb::h5::File::open(path_, false);
     odb::h5::Group columns = f.root().open("steps/0/history/columns");
-    for (const char* c : {"2"}) {  // column 2 is SF (U2, U1, SF, RF3 in order of first use)
-      odb::h5::Group g = columns.open(c);
-      g.remove("values");
-      g.write("values", std::vector<int32_t>{1});
-    }
+    odb::h5::Group sf = columns.open("2");  // U2, U1, SF, RF3 in order of first use
+    sf.remove("values");
+    sf.write("values", std::vector<int32_t>{1});
   }
   odb_Odb& odb = openOdb(path_, true);
   const odb_HistoryRegionRepository& r = odb.steps()["Step-1"].historyRegions();

@@ -1,6 +1,7 @@
 #include "tests/odb/legacy_v1_writer.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "odb/format.h"
 #include "odb/model_store.h"
@@ -71,48 +72,42 @@ void storeRegion(const Group& g, const odb::HistoryRegionData& r) {
   g.writeStrings(name::kOutputNames, names);
 }
 
+// The current model layout under the given format version.
 Group writeModel(odb::h5::File& f, const odb::ModelData& m, int version) {
   Group root = f.root();
   root.setString(name::kFormat, odb::kFormatTag);
   root.setInt(name::kFormatVersion, version);
   odb::storeModel(root, m);
-  Group a = root.open(name::kAssembly);
-  storeSetGroups(a, m.assembly);
-  for (size_t i = 0; i < m.instances.size(); ++i)
-    storeSetGroups(a.open(std::string(name::kInstances) + "/" + std::to_string(i)), m.instances[i]);
   return root;
 }
 
-void dropPlacements(const Group& entity) {
-  Group g = entity.open(name::kSectionAssignments);
-  g.remove(name::kPlacementFlags);
-  g.remove(name::kOffsets);
-  g.remove(name::kThicknesses);
+// Runs change on the group and data of the assembly, then of each instance.
+void eachEntity(const Group& root, const odb::ModelData& m,
+                const std::function<void(const Group&, const odb::EntityData&)>& change) {
+  Group a = root.open(name::kAssembly);
+  change(a, m.assembly);
+  for (size_t i = 0; i < m.instances.size(); ++i)
+    change(a.open(std::string(name::kInstances) + "/" + std::to_string(i)), m.instances[i]);
 }
 
 }  // namespace
 
 void writeVersion3(const std::string& path, const odb::ModelData& m) {
   odb::h5::File f = odb::h5::File::create(path);
-  Group root = f.root();
-  root.setString(name::kFormat, odb::kFormatTag);
-  root.setInt(name::kFormatVersion, 3);
-  odb::storeModel(root, m);
-  Group a = root.open(name::kAssembly);
-  dropPlacements(a);
-  for (size_t i = 0; i < m.instances.size(); ++i)
-    dropPlacements(a.open(std::string(name::kInstances) + "/" + std::to_string(i)));
+  eachEntity(writeModel(f, m, 3), m, [](const Group& g, const odb::EntityData&) {
+    Group assignments = g.open(name::kSectionAssignments);
+    for (const char* placement : {name::kPlacementFlags, name::kOffsets, name::kThicknesses})
+      assignments.remove(placement);
+  });
   f.close();
 }
 
 void writeVersion1(const std::string& path, const odb::ModelData& m) {
   odb::h5::File f = odb::h5::File::create(path);
-  Group root = writeModel(f, m, 1);
-  padConnectivity(root.open(name::kAssembly), m.assembly.elements);
-  for (size_t i = 0; i < m.instances.size(); ++i)
-    padConnectivity(
-        root.open(std::string(name::kAssembly) + "/" + name::kInstances + "/" + std::to_string(i)),
-        m.instances[i].elements);
+  eachEntity(writeModel(f, m, 1), m, [](const Group& g, const odb::EntityData& e) {
+    storeSetGroups(g, e);
+    padConnectivity(g, e.elements);
+  });
   f.close();
 }
 
@@ -120,6 +115,7 @@ void writeVersion2(const std::string& path, const odb::ModelData& m, const odb::
                    const std::vector<odb::HistoryRegionData>& history) {
   odb::h5::File f = odb::h5::File::create(path);
   Group root = writeModel(f, m, 2);
+  eachEntity(root, m, storeSetGroups);
   Group steps = root.create(name::kSteps);
   Group s = steps.create("0");
   odb::storeStepHeader(s, step);

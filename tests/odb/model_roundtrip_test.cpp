@@ -28,12 +28,6 @@ class ModelRoundTrip : public ::testing::Test {
 };
 std::string ModelRoundTrip::path_;
 
-std::vector<std::string> keysOf(const odb_SetRepository& r) {
-  std::vector<std::string> k;
-  for (odb_SetRepositoryIT it(r); !it.isDone(); it.next()) k.push_back(it.currentKey());
-  return k;
-}
-
 TEST_F(ModelRoundTrip, HeaderAndAnnotations) {
   EXPECT_EQ(odb_->name(), "sample");
   EXPECT_EQ(odb_->path(), path_);
@@ -47,10 +41,8 @@ TEST_F(ModelRoundTrip, HeaderAndAnnotations) {
 TEST_F(ModelRoundTrip, InstancesInKeyOrderWithNodesAndElements) {
   const odb_Assembly& a = odb_->rootAssembly();
   EXPECT_EQ(a.name(), "ASSEMBLY");
-  std::vector<std::string> names;
-  for (odb_InstanceRepositoryIT it(a.instances()); !it.isDone(); it.next())
-    names.push_back(it.currentKey());
-  EXPECT_EQ(names, (std::vector<std::string>{"PART-1-1", "PART-2-1"}));
+  EXPECT_EQ(odbtest::keysOf<odb_InstanceRepositoryIT>(a.instances()),
+            (std::vector<std::string>{"PART-1-1", "PART-2-1"}));
 
   const odb_Instance& p1 = a.instances()["PART-1-1"];
   odb_SequenceNode nodes = p1.nodes();
@@ -80,7 +72,8 @@ TEST_F(ModelRoundTrip, InstancesInKeyOrderWithNodesAndElements) {
 TEST_F(ModelRoundTrip, SetsAndSurfaces) {
   const odb_Assembly& a = odb_->rootAssembly();
   const odb_Instance& p1 = a.instances()["PART-1-1"];
-  EXPECT_EQ(keysOf(p1.nodeSets()), (std::vector<std::string>{"COUPLING_A", "FIX"}));
+  EXPECT_EQ(odbtest::keysOf<odb_SetRepositoryIT>(p1.nodeSets()),
+            (std::vector<std::string>{"COUPLING_A", "FIX"}));
   const odb_Set& fix = p1.nodeSets()["FIX"];
   EXPECT_EQ(fix.type(), odb_Enum::NODE_SET);
   EXPECT_EQ(fix.nodes().size(), 4);
@@ -119,10 +112,8 @@ TEST_F(ModelRoundTrip, AssignmentsOrientationsAndCategories) {
   EXPECT_FALSE(co.hasCsys2());
 
   const odb_SectionCategoryRepository& cats = odb_->sectionCategories();
-  std::vector<std::string> keys;
-  for (odb_SectionCategoryRepositoryIT it(cats); !it.isDone(); it.next())
-    keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{"shell < elset = SKIN", "solid < elset = SOLID"}));
+  EXPECT_EQ(odbtest::keysOf<odb_SectionCategoryRepositoryIT>(cats),
+            (std::vector<std::string>{"shell < elset = SKIN", "solid < elset = SOLID"}));
   const odb_Sequence<odb_SectionPoint>& sp = cats["shell < elset = SKIN"].sectionPoints();
   ASSERT_EQ(sp.size(), 3);
   EXPECT_EQ(sp[2].number(), 3);
@@ -163,9 +154,8 @@ TEST_F(ModelRoundTrip, SectionsOfEveryClass) {
 TEST_F(ModelRoundTrip, Materials) {
   auto& ext = static_cast<kmaO_ApiExtension&>(odb_->extendApi(odb_Enum::MATERIAL_API));
   const kmaO_MaterialContainer& c = ext.materials();
-  std::vector<std::string> keys;
-  for (kmaO_MaterialContainerIT it(c); !it.isDone(); it.next()) keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{"EMPTY", "STEEL", "WATER"}));
+  EXPECT_EQ(odbtest::keysOf<kmaO_MaterialContainerIT>(c),
+            (std::vector<std::string>{"EMPTY", "STEEL", "WATER"}));
   const kmaO_Material& steel = *c["STEEL"];
   ASSERT_NE(steel.density(), nullptr);
   EXPECT_FLOAT_EQ(steel.density()->table()[0][0], 7.8e-9f);

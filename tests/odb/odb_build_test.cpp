@@ -85,64 +85,6 @@ TEST(OdbBuild, FixtureBuildsAndReadsBack) {
   std::remove(out.c_str());
 }
 
-TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
-  std::string out = odbtest::tempPath("bad_json.odb");
-  std::string text = fixture();
-
-  std::string syntax = text;
-  syntax.insert(syntax.find("\"title\""), "}");  // line 3
-  EXPECT_NE(errorOf(syntax, out).find("at line 3, column 3"), std::string::npos)
-      << errorOf(syntax, out);
-
-  std::string kind = text;
-  kind.replace(kind.find("[1, 2, 3, 4, 5, 6, 7, 8]"), 1, "[\"x\", ");
-  EXPECT_NE(errorOf(kind, out).find("at /instances/0/elements/0/nodes/0: expected an integer"),
-            std::string::npos)
-      << errorOf(kind, out);
-
-  std::string ref = text;
-  ref.replace(ref.find("\"region\": \"SKIN\""), 16, "\"region\": \"NONE\"");
-  EXPECT_NE(errorOf(ref, out).find("/instances/1/sectionAssignments/0/region: no set \"NONE\""),
-            std::string::npos)
-      << errorOf(ref, out);
-
-  std::string offsets = text;
-  offsets.replace(offsets.find("\"offset\": [0.5]"), 15, "\"offset\": [1, 2, 3]");
-  EXPECT_NE(errorOf(offsets, out)
-                .find("/instances/1/sectionAssignments/0/offset: expected [offset] or [offset1, "
-                      "offset2]"),
-            std::string::npos)
-      << errorOf(offsets, out);
-
-  std::string pairKind = text;
-  pairKind.replace(pairKind.find("\"kind\": \"tie\""), 13, "\"kind\": \"gap\"");
-  EXPECT_NE(errorOf(pairKind, out).find("/assembly/regionPairs/0/kind: kind must be"),
-            std::string::npos)
-      << errorOf(pairKind, out);
-
-  std::string dup = text;
-  dup.replace(dup.find("\"name\": \"SKIN-1\""), 16, "\"name\": \"BLOCK-1\"");
-  EXPECT_NE(errorOf(dup, out).find("duplicate instance 'BLOCK-1'"), std::string::npos);
-
-  std::string labels = text;
-  labels.replace(labels.find("\"nodeLabels\": [1, 2]"), 20, "\"nodeLabels\": [1]");
-  EXPECT_NE(
-      errorOf(labels, out)
-          .find("at /steps/0/frames/0/fieldOutputs/0/blocks/0/nodeLabels: expected one entry"),
-      std::string::npos)
-      << errorOf(labels, out);
-
-  std::string conj = text;  // a complex field without conjugate data is refused by the writer
-  const std::string conjugate = ", \"conjugateData\": [[-2.0]]";
-  conj.replace(conj.find(conjugate), conjugate.size(), "");
-  EXPECT_NE(errorOf(conj, out).find("at /steps/1/frames/0/fieldOutputs/0/blocks/0: "),
-            std::string::npos)
-      << errorOf(conj, out);
-
-  EXPECT_NE(errorOf("[1, 2]", out).find("at /: expected an object"), std::string::npos);
-  EXPECT_FALSE(exists(out));
-}
-
 // A copy of text with the first occurrence of from replaced by to.
 std::string edited(std::string text, const std::string& from, const std::string& to) {
   size_t at = text.find(from);
@@ -150,9 +92,9 @@ std::string edited(std::string text, const std::string& from, const std::string&
   return at == std::string::npos ? text : text.replace(at, from.size(), to);
 }
 
-// What the solver's importer refuses, the builder refuses too, naming the place, before
-// anything is written.
-TEST(OdbBuild, ModelThatCannotExistIsRefused) {
+// Bad text, wrong kinds, dangling references, and what the solver's importer refuses: the
+// builder names the place of the first error before anything is written.
+TEST(OdbBuild, ErrorsNameTheirPlaceAndWriteNothing) {
   std::string out = odbtest::tempPath("refused.odb");
   const std::string text = fixture();
   const std::string nodes = "\"nodes\": [[1, 0, 0, 0], [2, 1, 0, 0]";
@@ -160,6 +102,23 @@ TEST(OdbBuild, ModelThatCannotExistIsRefused) {
   struct Case {
     std::string text, message;
   } cases[] = {
+      {edited(text, "\"title\"", "}\"title\""), "at line 3, column 3"},
+      {edited(text, connectivity, "[\"x\", 1, 2, 3, 4, 5, 6, 7, 8]"),
+       "at /instances/0/elements/0/nodes/0: expected an integer"},
+      {edited(text, "\"region\": \"SKIN\"", "\"region\": \"NONE\""),
+       "/instances/1/sectionAssignments/0/region: no set \"NONE\""},
+      {edited(text, "\"offset\": [0.5]", "\"offset\": [1, 2, 3]"),
+       "/instances/1/sectionAssignments/0/offset: expected [offset] or [offset1, offset2]"},
+      {edited(text, "\"kind\": \"tie\"", "\"kind\": \"gap\""),
+       "/assembly/regionPairs/0/kind: kind must be"},
+      {edited(text, "\"name\": \"SKIN-1\"", "\"name\": \"BLOCK-1\""),
+       "duplicate instance 'BLOCK-1'"},
+      {edited(text, "\"nodeLabels\": [1, 2]", "\"nodeLabels\": [1]"),
+       "at /steps/0/frames/0/fieldOutputs/0/blocks/0/nodeLabels: expected one entry"},
+      // A complex field without conjugate data is refused by the writer.
+      {edited(text, ", \"conjugateData\": [[-2.0]]", ""),
+       "at /steps/1/frames/0/fieldOutputs/0/blocks/0: "},
+      {"[1, 2]", "at /: expected an object"},
       {edited(text, connectivity, "[1, 2, 3, 4, 5, 6, 7, 9]"),
        "at /instances/0/elements/0/nodes/7: no node 9 in \"BLOCK-1\""},
       {edited(text, nodes, "\"nodes\": [[1, 0, 0, 0], [1, 1, 0, 0]"),

@@ -33,9 +33,8 @@ TEST_F(ResultsRoundTrip, StepsInInsertionOrderWithFrameCatalogue) {
   const odb_StepRepository& steps = odb_->steps();
   ASSERT_EQ(steps.size(), 2);
   EXPECT_EQ(steps.stepNames()[0], "Step-B");
-  std::vector<std::string> keys;
-  for (odb_StepRepositoryIT it(steps); !it.isDone(); it.next()) keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{"Step-B", "Step-A"}));
+  EXPECT_EQ(odbtest::keysOf<odb_StepRepositoryIT>(steps),
+            (std::vector<std::string>{"Step-B", "Step-A"}));
   const odb_Step& a = steps["Step-A"];
   EXPECT_EQ(a.procedure(), "*STEADY STATE DYNAMICS");
   EXPECT_EQ(a.domain(), odb_Enum::FREQUENCY);
@@ -121,20 +120,16 @@ TEST_F(ResultsRoundTrip, ComplexAndMatrixFieldsAndClearAll) {
 
 TEST_F(ResultsRoundTrip, HistoryRegionsAndOutputs) {
   const odb_HistoryRegionRepository& regions = odb_->steps()["Step-B"].historyRegions();
-  std::vector<std::string> keys;
-  for (odb_HistoryRegionRepositoryIT it(regions); !it.isDone(); it.next())
-    keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{"Element ASSEMBLY.5000", "Node PART-1-1.5"}));
+  EXPECT_EQ(odbtest::keysOf<odb_HistoryRegionRepositoryIT>(regions),
+            (std::vector<std::string>{"Element ASSEMBLY.5000", "Node PART-1-1.5"}));
   const odb_HistoryRegion& node = regions["Node PART-1-1.5"];
   odb_HistoryPoint p = node.historyPoint();
   EXPECT_EQ(p.position(), odb_Enum::NODAL);
   EXPECT_EQ(p.node().label(), 5);
   EXPECT_EQ(p.element().label(), -1);
   EXPECT_EQ(p.region().name(), "MONITOR");
-  std::vector<std::string> outputs;
-  for (odb_HistoryOutputRepositoryIT it(node.historyOutputs()); !it.isDone(); it.next())
-    outputs.push_back(it.currentKey());
-  EXPECT_EQ(outputs, (std::vector<std::string>{"U1", "U2"}));
+  EXPECT_EQ(odbtest::keysOf<odb_HistoryOutputRepositoryIT>(node.historyOutputs()),
+            (std::vector<std::string>{"U1", "U2"}));
   const odb_HistoryOutput& u2 = node.historyOutputs()["U2"];
   ASSERT_EQ(u2.data().size(), 3);
   EXPECT_FLOAT_EQ(u2.data()[2][0], 1.f);

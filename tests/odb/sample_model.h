@@ -1,6 +1,9 @@
 // A small model that holds every kind of model object, for round-trip tests.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "odb/model_data.h"
 
 namespace odbtest {
@@ -17,5 +20,13 @@ void writeSampleDatabase(const std::string& path);
 
 // A unique path under the test temporary folder.
 std::string tempPath(const std::string& name);
+
+// The keys of a repository in the order that its iterator It walks them.
+template <typename It, typename Repository>
+std::vector<std::string> keysOf(const Repository& r) {
+  std::vector<std::string> keys;
+  for (It it(r); !it.isDone(); it.next()) keys.push_back(it.currentKey());
+  return keys;
+}
 
 }  // namespace odbtest

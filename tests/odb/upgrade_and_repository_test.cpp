@@ -47,26 +47,14 @@ TEST(Upgrade, Version1FileNeedsUpgradeAndCopyReadsTheSame) {
   std::remove(copy.c_str());
 }
 
-// Placements of section assignments: kept by a current file, absent from a version-3 file
-// and from its upgraded copy (whose assignments are otherwise the same).
-TEST(Upgrade, SectionPlacementsRoundTripAndVersion3CopiesHaveNone) {
+// A version-3 file stores no placements of section assignments: its upgraded copy has none,
+// and its assignments are otherwise the same.
+TEST(Upgrade, Version3CopiesHaveNoSectionPlacements) {
   odb_initializeAPI();
-  std::string cur = odbtest::tempPath("placed.odb"), old = odbtest::tempPath("v3.odb"),
-              copy = old + ".odb";
+  std::string old = odbtest::tempPath("v3.odb"), copy = old + ".odb";
   odb::ModelData m = odbtest::sampleModel();
   m.instances[0].sectionAssignments[0].placement = {true, -0.5f, 0.25f, true, 2.5f};
-  odb::writeModel(cur, m);
   odbtest::writeVersion3(old, m);
-
-  odb_Odb& c = openOdb(cur, true);
-  const odb_Instance& placed = c.rootAssembly().instances()[m.instances[0].name];
-  const odb::SectionPlacement& p = placed.sectionAssignments()[0].placement();
-  EXPECT_TRUE(p.hasOffset);
-  EXPECT_EQ(p.offset1, -0.5f);
-  EXPECT_EQ(p.offset2, 0.25f);
-  EXPECT_TRUE(p.hasThickness);
-  EXPECT_EQ(p.thickness, 2.5f);
-  closeOdb(c);
 
   EXPECT_TRUE(isUpgradeRequiredForOdb(old));
   upgradeOdb(old, copy);
@@ -79,7 +67,7 @@ TEST(Upgrade, SectionPlacementsRoundTripAndVersion3CopiesHaveNone) {
   EXPECT_FALSE(a.placement().hasOffset);
   EXPECT_FALSE(a.placement().hasThickness);
   closeOdb(u);
-  for (const std::string& f : {cur, old, copy}) std::remove(f.c_str());
+  for (const std::string& f : {old, copy}) std::remove(f.c_str());
 }
 
 TEST(Repository, KeyedByPathInKeyOrderWithLock) {
@@ -88,7 +76,6 @@ TEST(Repository, KeyedByPathInKeyOrderWithLock) {
   odb::writeModel(a, odbtest::sampleModel());
   odb::writeModel(b, odbtest::sampleModel());
   odb_OdbRepository& repo = odb_OdbRepository::instance();
-  EXPECT_EQ(&repo, &odb_OdbRepository::getInstance());
 
   odb_OdbRepository::LockBase();
   odb_OdbRepository::LockBase();  // recursive: the same thread may nest
@@ -102,9 +89,7 @@ TEST(Repository, KeyedByPathInKeyOrderWithLock) {
   EXPECT_EQ(repo.size(), 2);
   EXPECT_TRUE(repo.isMember(a));
   EXPECT_EQ(&repo.get(a), &oa);
-  std::vector<std::string> keys;
-  for (odb_OdbRepositoryIT it(repo); !it.isDone(); it.next()) keys.push_back(it.currentKey());
-  EXPECT_EQ(keys, (std::vector<std::string>{b, a}));
+  EXPECT_EQ(odbtest::keysOf<odb_OdbRepositoryIT>(repo), (std::vector<std::string>{b, a}));
 
   repo.remove(a);
   EXPECT_FALSE(repo.isMember(a));

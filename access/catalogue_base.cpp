@@ -1,5 +1,6 @@
 #include "access/catalogue_base.h"
 
+#include <functional>
 #include <mutex>
 
 #include "access/catalogue.h"
@@ -12,6 +13,9 @@ namespace {
 std::mutex baseMutex;
 std::string baseName;
 bool baseSet = false;
+// Set once the watchdog has removed the companions: the process is ending, and no cache
+// file may be started after that (it would outlive the process).
+bool companionsRemoved = false;
 
 }  // namespace
 
@@ -32,17 +36,23 @@ void clearCatalogueBaseName() {
   baseSet = false;
 }
 
+bool createCatalogueCompanions(const std::function<void()>& create) {
+  std::lock_guard<std::mutex> lock(baseMutex);
+  if (companionsRemoved) return false;
+  create();
+  return true;
+}
+
 void removeCatalogueTemp() {
-  std::string base;
-  {
-    std::lock_guard<std::mutex> lock(baseMutex);
-    if (!baseSet) return;
-    base = baseName;
-  }
+  // Held while removing, so that a writer creating its companions right now either
+  // finishes first (and its files are removed here) or never starts.
+  std::lock_guard<std::mutex> lock(baseMutex);
+  companionsRemoved = true;
+  if (!baseSet) return;
   // A cache file still open for writing is left to the process's end; removing its name
   // is enough.
-  platform::removeFile(base + "_tmp");
-  platform::removeFile(base + "_lock");
+  platform::removeFile(baseName + "_tmp");
+  platform::removeFile(baseName + "_lock");
 }
 
 }  // namespace odbs

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "access/catalogue_base.h"
+
 namespace odbs {
 
 namespace {
@@ -75,11 +77,15 @@ int64_t catalogueTime(const platform::FileStat& st) {
 CatalogueWriter::CatalogueWriter(const std::string& base) : base_(base) {
   if (base_.empty() || lockedByLiveWriter(base_)) return;
   // Either no lock, or a stale one whose writer was killed half-way: its file is dropped.
-  platform::removeFile(base_ + "_tmp");
-  gzFile f = gzopen((base_ + "_tmp").c_str(), "wb1");
+  // Created under the watchdog's lock, so that a parent ending now leaves no companions.
+  gzFile f = nullptr;
+  createCatalogueCompanions([&] {
+    platform::removeFile(base_ + "_tmp");
+    f = gzopen((base_ + "_tmp").c_str(), "wb1");
+    if (f != nullptr) platform::createEmptyFile(base_ + "_lock");
+  });
   if (f == nullptr) return;
   file_ = f;
-  platform::createEmptyFile(base_ + "_lock");
   compressor_ = std::make_unique<CatalogueCompressor>(file_);
 }
 

@@ -43,8 +43,9 @@ inline constexpr int64_t kStaleLockSeconds = 600;
 class CatalogueWriter {
  public:
   // Starts writing base + "_tmp" unless another writer holds base + "_lock" (a stale lock
-  // is taken over) or the file cannot be created; active() tells which. An empty base
-  // never writes.
+  // is taken over), the file cannot be created or the parent watchdog has already removed
+  // the companions (the process is ending); active() tells which. An empty base never
+  // writes.
   explicit CatalogueWriter(const std::string& base);
   ~CatalogueWriter();
   CatalogueWriter(const CatalogueWriter&) = delete;

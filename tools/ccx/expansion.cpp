@@ -72,10 +72,10 @@ const char* solidTypeName(int typeCode) {
 }
 
 // The same node labels in any order (an element of the result file and of the deck).
-bool sameNodes(const std::vector<int32_t>& a, const std::vector<int32_t>& b) {
+bool sameNodes(const std::vector<int32_t>& a, NodeLabels b) {
   if (a.size() != b.size()) return false;
   if (std::equal(a.begin(), a.end(), b.begin())) return true;  // the usual case
-  std::vector<int32_t> x = a, y = b;
+  std::vector<int32_t> x = a, y = b.toVector();
   std::sort(x.begin(), x.end());
   std::sort(y.begin(), y.end());
   return x == y;
@@ -156,8 +156,8 @@ void Expansion::addElements(const std::vector<FrdElement>& elements) {
   ElementScan& scan = scan_;
   if (scan.deckElements.size() == 0) {
     scan.deckElements.reserve(deck_.elements.size());
-    for (size_t i = 0; i < deck_.elements.size(); ++i)
-      scan.deckElements.emplace(deck_.elements[i].label, i);
+    const std::vector<int32_t>& labels = deck_.elements.labels();
+    for (size_t i = 0; i < labels.size(); ++i) scan.deckElements.emplace(labels[i], i);
   }
   const LabelIndex& deckElements = scan.deckElements;
   auto& sourceOf = scan.sourceOf;
@@ -286,9 +286,13 @@ void Expansion::finishElements(Warnings& warnings) {
   // expanded nodes, and which are not mapped back.
   LabelBits mapped, unmappedNodes;
   for (const Source& s : sources_) mapped.insert(s.deckNode);
-  for (const Element& e : deck_.elements) {
-    if (!layoutOf(e.type) && !startsWith(e.type, "CAX")) continue;
-    for (int32_t n : e.nodes) {
+  const ElementList& elements = deck_.elements;
+  std::vector<bool> expands;  // by type number
+  for (const std::string& type : elements.typeNames())
+    expands.push_back(layoutOf(type) || startsWith(type, "CAX"));
+  for (size_t i = 0; i < elements.size(); ++i) {
+    if (!expands[elements.typeNumbers()[i]]) continue;
+    for (int32_t n : elements[i].nodes) {
       if (!mapped.count(n) && !frdNodes_.count(n)) unmappedNodes.insert(n);
     }
   }

@@ -162,22 +162,33 @@ void CardReader::openInclude(const Card& card) {
   }
 }
 
-bool CardReader::nextData(DataLine& line) {
+bool CardReader::nextDataText(std::string_view& text) {
   if (hasPending_) return false;
-  std::string_view text;
-  SourceRef& where = where_;
-  if (!nextMeaningful(text, where)) return false;
+  if (!nextMeaningful(text, where_)) return false;
   if (isKeywordLine(text)) {
     pending_ = text;
-    pendingWhere_ = where;
+    pendingWhere_ = where_;
     hasPending_ = true;
     return false;
   }
+  // The file name is copied only when the line comes from another file than the last.
+  if (dataWhere_.file != where_.file) dataWhere_.file = where_.file;
+  dataWhere_.line = where_.line;
+  return true;
+}
+
+void CardReader::split(std::string_view text, DataLine& line) const {
   splitCommasInto(text, line.fields);
   line.endsWithComma = line.fields.size() > 1 && line.fields.back().empty();
   if (line.endsWithComma) line.fields.pop_back();
-  if (line.where.file != where.file) line.where.file = where.file;
-  line.where.line = where.line;
+  if (line.where.file != dataWhere_.file) line.where.file = dataWhere_.file;
+  line.where.line = dataWhere_.line;
+}
+
+bool CardReader::nextData(DataLine& line) {
+  std::string_view text;
+  if (!nextDataText(text)) return false;
+  split(text, line);
   return true;
 }
 

@@ -46,6 +46,13 @@ class CardReader {
   // The next data line of the current card; false when the next line is a keyword line or
   // the deck ends.
   bool nextData(DataLine& line);
+  // The same as the line's text, not split: a view valid until the reader's next call.
+  // For the large mesh cards, whose lines are read field by field.
+  bool nextDataText(std::string_view& text);
+  // Where the last data line handed out stands.
+  const SourceRef& dataWhere() const { return dataWhere_; }
+  // Makes the DataLine of text, the last line that nextDataText gave.
+  void split(std::string_view text, DataLine& line) const;
 
   // Total bytes of the top file, and how far reading has come in it (for progress).
   int64_t topSize() const;
@@ -63,7 +70,8 @@ class CardReader {
 
   std::vector<std::unique_ptr<SourceReader>> stack_;
   std::string pending_;  // a keyword line that ended the previous card's data
-  SourceRef where_;      // where the data line being split stands
+  SourceRef where_;      // where the line last read stands
+  SourceRef dataWhere_;  // where the last data line stands
   SourceRef pendingWhere_;
   bool hasPending_ = false;
   bool seenCard_ = false;  // a keyword line came

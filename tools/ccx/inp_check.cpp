@@ -35,14 +35,14 @@ void checkDeck(Deck& deck, Warnings& warnings) {
   // takes them, the database has no node 0 to point at.
   size_t open = 0;
   int32_t firstOpen = 0;
-  deck.elements.erase(std::remove_if(deck.elements.begin(), deck.elements.end(),
-                                     [&](const Element& e) {
-                                       bool zero = std::find(e.nodes.begin(), e.nodes.end(), 0) !=
-                                                   e.nodes.end();
-                                       if (zero && open++ == 0) firstOpen = e.label;
-                                       return zero;
-                                     }),
-                      deck.elements.end());
+  const std::vector<int32_t>& all = deck.elements.nodeLabels();
+  if (std::find(all.begin(), all.end(), 0) != all.end()) {
+    deck.elements.keepIf([&](const Element& e) {
+      bool zero = std::find(e.nodes.begin(), e.nodes.end(), 0) != e.nodes.end();
+      if (zero && open++ == 0) firstOpen = e.label;
+      return !zero;
+    });
+  }
   if (open > 0) {
     warnings.warn("network-ends", deck.path + ": " + std::to_string(open) +
                                       " network elements at an inlet or outlet (node 0, the "
@@ -56,15 +56,18 @@ void checkDeck(Deck& deck, Warnings& warnings) {
       throw InputError(deck.path + ": node " + std::to_string(n.label) + " is defined twice");
     }
   }
-  elements.reserve(deck.elements.size());
-  for (const Element& e : deck.elements) {
-    if (!elements.insert(e.label)) {
-      throw InputError(deck.path + ": element " + std::to_string(e.label) + " is defined twice");
+  const std::vector<int32_t>& labels = deck.elements.labels();
+  const std::vector<int64_t>& offsets = deck.elements.offsets();
+  elements.reserve(labels.size());
+  for (size_t e = 0; e < labels.size(); ++e) {
+    if (!elements.insert(labels[e])) {
+      throw InputError(deck.path + ": element " + std::to_string(labels[e]) +
+                       " is defined twice");
     }
-    for (int32_t n : e.nodes) {
-      if (!nodes.count(n)) {
-        throw InputError(deck.path + ": element " + std::to_string(e.label) + " uses node " +
-                         std::to_string(n) + ", which no *NODE line defines");
+    for (int64_t k = offsets[e]; k < offsets[e + 1]; ++k) {
+      if (!nodes.contains(all[k])) {
+        throw InputError(deck.path + ": element " + std::to_string(labels[e]) + " uses node " +
+                         std::to_string(all[k]) + ", which no *NODE line defines");
       }
     }
   }

@@ -1,10 +1,12 @@
 // Mesh keywords of the deck parser: *HEADING, *NODE, *ELEMENT, *NSET, *ELSET, *SURFACE.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 
 #include "tools/ccx/element_types.h"
 #include "tools/ccx/inp_builder.h"
+#include "tools/ccx/inp_fields.h"
 #include "tools/ccx/label_index.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/text.h"
@@ -90,16 +92,74 @@ void DeckBuilder::readHeading(const Card&) {
   }
 }
 
+namespace {
+
+// The fast path of a *NODE data line: its label and up to three coordinates (blank ones
+// 0), fields past the third coordinate passed over. False, with node unchanged, for a line
+// that the general path must read.
+bool readNodeLine(std::string_view text, Node& node) {
+  FieldCursor fields(text);
+  std::string_view field;
+  int32_t label = 0;
+  if (!fields.next(field) || !parseDeckLabel(field, 1, &label)) return false;
+  double coords[3] = {0, 0, 0};
+  for (double& c : coords) {
+    if (!fields.next(field)) break;
+    if (!trim(field).empty() && !parseDeckDecimal(field, &c)) return false;
+  }
+  node = Node{label, coords[0], coords[1], coords[2]};
+  return true;
+}
+
+// The fast path of an element's data line: on its first line (first) the element label,
+// then node labels appended to nodes, at most `most` of them (0 too where zeroAllowed).
+// Tells whether the line ends with a comma. False, with nodes as it was, for a line that
+// the general path must read: a field that is not a label, more node labels than most.
+bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
+                     int32_t* label, std::vector<int32_t>& nodes, bool* endsWithComma) {
+  const size_t before = nodes.size();
+  FieldCursor fields(text);
+  std::string_view field;
+  *endsWithComma = false;
+  for (size_t index = 0; fields.next(field); ++index) {
+    int32_t value = 0;
+    if (!parseDeckLabel(field, first && index == 0 ? 1 : zeroAllowed ? 0 : 1, &value)) {
+      // An empty last field after others: the line ends with a comma.
+      if (index > 0 && fields.done() && trim(field).empty()) {
+        *endsWithComma = true;
+        break;
+      }
+      nodes.resize(before);
+      return false;
+    }
+    if (first && index == 0) {
+      *label = value;
+    } else if (nodes.size() - before == most) {
+      nodes.resize(before);
+      return false;
+    } else {
+      nodes.push_back(value);
+    }
+  }
+  return true;
+}
+
+}  // namespace
+
 void DeckBuilder::readNodes(const Card& card) {
   LabelSet* set = nullptr;
   if (card.has("NSET")) set = &setNamed(upper(required(card, "NSET")), true, card.where);
-  DataLine line;
-  while (reader_.nextData(line)) {
+  std::string_view text;
+  DataLine line;  // a line off the fast path, read the general way
+  while (reader_.nextDataText(text)) {
     Node node;
-    node.label = label(line, 0, "a node label");
-    double* coords[3] = {&node.x, &node.y, &node.z};
-    for (size_t i = 1; i < line.fields.size() && i <= 3; ++i) {
-      if (!line.fields[i].empty()) *coords[i - 1] = number(line, i, "a node coordinate");
+    if (!readNodeLine(text, node)) {
+      reader_.split(text, line);
+      node.label = label(line, 0, "a node label");
+      double* coords[3] = {&node.x, &node.y, &node.z};
+      for (size_t i = 1; i < line.fields.size() && i <= 3; ++i) {
+        if (!line.fields[i].empty()) *coords[i - 1] = number(line, i, "a node coordinate");
+      }
     }
     deck_.nodes.push_back(node);
     if (set) set->labels.push_back(node.label);
@@ -128,56 +188,70 @@ void DeckBuilder::readElements(const Card& card) {
   }
   LabelSet* set = nullptr;
   if (card.has("ELSET")) set = &setNamed(upper(required(card, "ELSET")), false, card.where);
+  const int32_t typeNumber = deck_.elements.typeNumber(type);
   // Network elements name node 0 where they have no inlet or outlet node.
   const bool network = type == "D";
-  DataLine line;
-  while (reader_.nextData(line)) {
-    Element element;
-    element.type = type;
-    element.label = label(line, 0, "an element label");
-    if (count > 0) element.nodes.reserve(count);
-    size_t listed = line.fields.size() - 1;
-    for (size_t i = 1; i < line.fields.size(); ++i) {
-      // The solver reads as many labels as the type has and passes over the rest of the
-      // line.
-      if (count >= 0 && static_cast<int>(element.nodes.size()) == count) {
-        warnings_.warn("element-extra-labels:" + type,
-                       line.where.file + ":" + std::to_string(line.where.line) + ": element " +
-                           std::to_string(element.label) + " of type " + type + " lists " +
-                           std::to_string(listed) + " node labels; the first " +
-                           std::to_string(count) +
-                           " are its nodes, the rest are ignored as "
-                           "the solver does");
-        break;
+  const size_t most = count >= 0 ? static_cast<size_t>(count) : SIZE_MAX;
+  std::vector<int32_t> nodes;  // of the element being read
+  std::string_view text;
+  DataLine line;  // a line off the fast path, read the general way
+  while (reader_.nextDataText(text)) {
+    int32_t element = 0;
+    bool endsWithComma = false;
+    nodes.clear();
+    if (!readElementLine(text, true, most, network, &element, nodes, &endsWithComma)) {
+      reader_.split(text, line);
+      element = label(line, 0, "an element label");
+      size_t listed = line.fields.size() - 1;
+      for (size_t i = 1; i < line.fields.size(); ++i) {
+        // The solver reads as many labels as the type has and passes over the rest of the
+        // line.
+        if (count >= 0 && static_cast<int>(nodes.size()) == count) {
+          warnings_.warn("element-extra-labels:" + type,
+                         line.where.file + ":" + std::to_string(line.where.line) + ": element " +
+                             std::to_string(element) + " of type " + type + " lists " +
+                             std::to_string(listed) + " node labels; the first " +
+                             std::to_string(count) +
+                             " are its nodes, the rest are ignored as "
+                             "the solver does");
+          break;
+        }
+        nodes.push_back(nodeOf(line, i, element, network));
       }
-      element.nodes.push_back(nodeOf(line, i, element.label, network));
+      endsWithComma = line.endsWithComma;
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
-    while ((count >= 0 && static_cast<int>(element.nodes.size()) < count) ||
-           (count < 0 && line.endsWithComma)) {
-      if (!reader_.nextData(line)) {
-        throw ParseError(line.where.file, line.where.line,
+    while ((count >= 0 && static_cast<int>(nodes.size()) < count) ||
+           (count < 0 && endsWithComma)) {
+      if (!reader_.nextDataText(text)) {
+        const SourceRef& where = reader_.dataWhere();
+        throw ParseError(where.file, where.line,
                          std::to_string(count) + " node labels for element " +
-                             std::to_string(element.label) + " of type " + type,
-                         std::to_string(element.nodes.size()));
+                             std::to_string(element) + " of type " + type,
+                         std::to_string(nodes.size()));
       }
-      for (size_t i = 0; i < line.fields.size(); ++i) {
-        element.nodes.push_back(nodeOf(line, i, element.label, network));
+      if (!readElementLine(text, false, SIZE_MAX, network, nullptr, nodes, &endsWithComma)) {
+        reader_.split(text, line);
+        for (size_t i = 0; i < line.fields.size(); ++i) {
+          nodes.push_back(nodeOf(line, i, element, network));
+        }
+        endsWithComma = line.endsWithComma;
       }
     }
-    if (count >= 0 && static_cast<int>(element.nodes.size()) != count) {
-      throw ParseError(line.where.file, line.where.line,
+    const SourceRef& where = reader_.dataWhere();
+    if (count >= 0 && static_cast<int>(nodes.size()) != count) {
+      throw ParseError(where.file, where.line,
                        std::to_string(count) + " node labels for element " +
-                           std::to_string(element.label) + " of type " + type,
-                       std::to_string(element.nodes.size()) + " labels");
+                           std::to_string(element) + " of type " + type,
+                       std::to_string(nodes.size()) + " labels");
     }
-    if (element.nodes.empty()) {
-      throw ParseError(line.where.file, line.where.line,
-                       "node labels after element label " + std::to_string(element.label));
+    if (nodes.empty()) {
+      throw ParseError(where.file, where.line,
+                       "node labels after element label " + std::to_string(element));
     }
-    if (set) set->labels.push_back(element.label);
-    deck_.elements.push_back(std::move(element));
+    if (set) set->labels.push_back(element);
+    deck_.elements.add(element, typeNumber, nodes.data(), nodes.size());
   }
 }
 
@@ -306,23 +380,31 @@ bool DeckBuilder::meshCard(const Card& card) {
 void DeckBuilder::finish() {
   // The mesh stays for the whole import: give back what the vectors' growth left over.
   deck_.nodes.shrink_to_fit();
-  deck_.elements.shrink_to_fit();
+  deck_.elements.shrinkToFit();
+  // Repeated members go, the first of each stays: compacted in place.
   for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
     for (LabelSet& set : *sets) {
       LabelBits seen;
       seen.reserve(set.labels.size());
-      std::vector<int32_t> unique;
-      unique.reserve(set.labels.size());
+      size_t kept = 0;
       for (int32_t l : set.labels) {
-        if (seen.insert(l)) unique.push_back(l);
+        if (seen.insert(l)) set.labels[kept++] = l;
       }
-      set.labels.swap(unique);
+      set.labels.resize(kept);
     }
   }
-  // A solid section on truss elements is a truss section.
+  // A solid section on truss elements is a truss section: looked up only when the deck has
+  // truss elements.
+  const std::vector<std::string>& types = deck_.elements.typeNames();
+  if (std::none_of(types.begin(), types.end(), [](const std::string& t) {
+        return startsWith(t, "T2D") || startsWith(t, "T3D");
+      })) {
+    return;
+  }
   LabelIndex byLabel;  // element label -> index in deck_.elements
   byLabel.reserve(deck_.elements.size());
-  for (size_t i = 0; i < deck_.elements.size(); ++i) byLabel.emplace(deck_.elements[i].label, i);
+  const std::vector<int32_t>& labels = deck_.elements.labels();
+  for (size_t i = 0; i < labels.size(); ++i) byLabel.emplace(labels[i], i);
   for (Section& section : deck_.sections) {
     if (section.kind != SectionKind::Solid) continue;
     const LabelSet* set = deck_.elementSet(section.elset);

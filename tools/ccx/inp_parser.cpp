@@ -2,6 +2,7 @@
 // requests and *END STEP.
 #include "tools/ccx/inp_parser.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -317,6 +318,19 @@ const T* findNamed(const std::vector<T>& items, const std::string& name) {
   return nullptr;
 }
 }  // namespace
+
+int32_t ElementList::typeNumber(const std::string& name) {
+  auto it = std::find(typeNames_.begin(), typeNames_.end(), name);
+  if (it == typeNames_.end()) it = typeNames_.insert(typeNames_.end(), name);
+  return static_cast<int32_t>(it - typeNames_.begin());
+}
+
+void ElementList::shrinkToFit() {
+  labels_.shrink_to_fit();
+  typeOf_.shrink_to_fit();
+  offsets_.shrink_to_fit();
+  nodes_.shrink_to_fit();
+}
 
 const LabelSet* Deck::nodeSet(const std::string& name) const {
   return findNamed(nodeSets, name);

@@ -240,18 +240,25 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     nodes.coordinates.push_back(static_cast<float>(n.y));
     nodes.coordinates.push_back(static_cast<float>(n.z));
   }
+  // The deck's element store has the database's layout: copied whole, the type numbers
+  // renumbered in the order of first use (a type whose elements all went has none).
   odb::ElementData& elements = part.data()->elements;
-  size_t connectivity = 0;
-  for (const Element& e : deck.elements) connectivity += e.nodes.size();
-  elements.labels.reserve(deck.elements.size());
-  elements.typeIndex.reserve(deck.elements.size());
-  elements.categoryIndex.reserve(deck.elements.size());
-  elements.offsets.reserve(deck.elements.size() + 1);
-  elements.connectivity.reserve(connectivity);
-  for (const Element& e : deck.elements) {
-    uint32_t category = categoryOfElement.find(e.label);
-    elements.add(e.type, e.label, e.nodes.data(), static_cast<int>(e.nodes.size()),
-                 category == LabelIndex::kNone ? -1 : static_cast<int32_t>(category));
+  const ElementList& deckElements = deck.elements;
+  elements.labels = deckElements.labels();
+  elements.offsets = deckElements.offsets();
+  elements.connectivity = deckElements.nodeLabels();
+  std::vector<int32_t> renumbered(deckElements.typeNames().size(), -1);
+  elements.typeIndex.resize(deckElements.size());
+  elements.categoryIndex.resize(deckElements.size());
+  for (size_t i = 0; i < deckElements.size(); ++i) {
+    int32_t& type = renumbered[deckElements.typeNumbers()[i]];
+    if (type < 0) {
+      type = static_cast<int32_t>(elements.typeNames.size());
+      elements.typeNames.push_back(deckElements.typeNames()[deckElements.typeNumbers()[i]]);
+    }
+    elements.typeIndex[i] = type;
+    uint32_t category = categoryOfElement.find(elements.labels[i]);
+    elements.categoryIndex[i] = category == LabelIndex::kNone ? -1 : static_cast<int32_t>(category);
   }
 
   for (const LabelSet& s : deck.nodeSets)

@@ -17,8 +17,8 @@ std::string sectionPointDescription(int point) {
 
 OdbSink::OdbSink(const Deck& deck, odb::Writer& writer) : deck_(deck), writer_(writer) {
   elementIndex_.reserve(deck.elements.size());
-  for (size_t i = 0; i < deck.elements.size(); ++i)
-    elementIndex_.emplace(deck.elements[i].label, i);
+  const std::vector<int32_t>& labels = deck.elements.labels();
+  for (size_t i = 0; i < labels.size(); ++i) elementIndex_.emplace(labels[i], i);
 }
 
 void OdbSink::expandedMesh(const ExpandedMesh& mesh) {

@@ -53,17 +53,21 @@ int64_t CardReader::topOffset() const {
   return stack_.empty() ? topSize_ : stack_.front()->offset();
 }
 
-bool CardReader::nextMeaningful(std::string_view& line, SourceRef& where) {
+bool CardReader::nextMeaningful(std::string_view& line, SourceRef& where, int64_t& whereFiles) {
   while (!stack_.empty()) {
     SourceReader& in = *stack_.back();
     if (!in.nextLine(line)) {
       if (stack_.size() == 1) topLines_ = in.lineNumber();
       stack_.pop_back();
+      ++files_;
       continue;
     }
     std::string_view t = trim(line);
     if (t.empty() || startsWith(t, "**")) continue;
-    if (where.file != in.path()) where.file = in.path();
+    if (whereFiles != files_) {
+      where.file = in.path();
+      whereFiles = files_;
+    }
     where.line = in.lineNumber();
     if (!in.lineEnded() && !isKeywordLine(line)) {
       throw ParseError(where.file, where.line,
@@ -78,12 +82,13 @@ bool CardReader::nextMeaningful(std::string_view& line, SourceRef& where) {
 bool CardReader::nextCard(Card& card) {
   std::string line;
   SourceRef where;
+  int64_t whereFiles = -1;
   while (true) {
     if (hasPending_) {
       line = pending_;
       where = pendingWhere_;
       hasPending_ = false;
-    } else if (std::string_view view; nextMeaningful(view, where)) {
+    } else if (std::string_view view; nextMeaningful(view, where, whereFiles)) {
       line.assign(view);
     } else {
       if (!seenCard_ && stray_ > 0) {
@@ -108,7 +113,8 @@ bool CardReader::nextCard(Card& card) {
     while (!text.empty() && text.back() == ',') {
       std::string_view more;
       SourceRef moreWhere;
-      if (!nextMeaningful(more, moreWhere)) break;
+      int64_t moreFiles = -1;
+      if (!nextMeaningful(more, moreWhere, moreFiles)) break;
       if (isKeywordLine(more)) {
         pending_ = more;
         pendingWhere_ = moreWhere;
@@ -157,6 +163,7 @@ void CardReader::openInclude(const Card& card) {
   std::string path = input[0] == '/' ? input : folderOf(card.where.file) + input;
   try {
     stack_.push_back(std::make_unique<SourceReader>(path));
+    ++files_;
   } catch (const ParseError&) {
     throw ParseError(card.where.file, card.where.line, "an included file that can be read", path);
   }
@@ -164,15 +171,17 @@ void CardReader::openInclude(const Card& card) {
 
 bool CardReader::nextDataText(std::string_view& text) {
   if (hasPending_) return false;
-  if (!nextMeaningful(text, where_)) return false;
+  if (!nextMeaningful(text, where_, whereFiles_)) return false;
   if (isKeywordLine(text)) {
     pending_ = text;
     pendingWhere_ = where_;
     hasPending_ = true;
     return false;
   }
-  // The file name is copied only when the line comes from another file than the last.
-  if (dataWhere_.file != where_.file) dataWhere_.file = where_.file;
+  if (dataFiles_ != whereFiles_) {
+    dataWhere_.file = where_.file;
+    dataFiles_ = whereFiles_;
+  }
   dataWhere_.line = where_.line;
   return true;
 }

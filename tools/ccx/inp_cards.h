@@ -65,13 +65,17 @@ class CardReader {
   // line that its file cuts off (no line end after it) throws ParseError: the deck was cut
   // short, and the line may have lost fields.
   // The line is a view valid until the next read.
-  bool nextMeaningful(std::string_view& line, SourceRef& where);
+  // whereFiles tells which file where names: where.file is set only when a file was
+  // entered or left since (files_ changed), not copied for every line.
+  bool nextMeaningful(std::string_view& line, SourceRef& where, int64_t& whereFiles);
   void openInclude(const Card& card);
 
   std::vector<std::unique_ptr<SourceReader>> stack_;
-  std::string pending_;  // a keyword line that ended the previous card's data
-  SourceRef where_;      // where the line last read stands
-  SourceRef dataWhere_;  // where the last data line stands
+  std::string pending_;                       // a keyword line that ended the previous card's data
+  int64_t files_ = 0;                         // files entered and left so far
+  SourceRef where_;                           // where the line last read stands
+  SourceRef dataWhere_;                       // where the last data line stands
+  int64_t whereFiles_ = -1, dataFiles_ = -1;  // files_ when where_, dataWhere_ got their file
   SourceRef pendingWhere_;
   bool hasPending_ = false;
   bool seenCard_ = false;  // a keyword line came

@@ -61,8 +61,7 @@ void checkDeck(Deck& deck, Warnings& warnings) {
   elements.reserve(labels.size());
   for (size_t e = 0; e < labels.size(); ++e) {
     if (!elements.insert(labels[e])) {
-      throw InputError(deck.path + ": element " + std::to_string(labels[e]) +
-                       " is defined twice");
+      throw InputError(deck.path + ": element " + std::to_string(labels[e]) + " is defined twice");
     }
     for (int64_t k = offsets[e]; k < offsets[e + 1]; ++k) {
       if (!nodes.contains(all[k])) {

@@ -1,7 +1,7 @@
 // Internal to the deck parser: the fast reading of the data lines of a large mesh (*NODE,
-// *ELEMENT), field by field without splitting the line into a vector first. Each reader
-// gives the same values as the general one (toInteger, toDouble of text.h); where a field
-// is not of the plain forms handled here, the caller reads the line the general way, which
+// *ELEMENT), field by field in one pass over the line, without splitting it into a vector
+// of fields first. Each reader gives the same value as the general one (toInteger, toDouble
+// of text.h) or refuses the field; the caller then reads the line the general way, which
 // also gives the message about a bad field.
 #pragma once
 
@@ -14,38 +14,17 @@
 
 namespace odbs::ccx {
 
-// The comma-separated fields of one data line in turn, untrimmed (the number readers
-// below take blanks around a number).
-class FieldCursor {
- public:
-  explicit FieldCursor(std::string_view text) : p_(text.data()), e_(text.data() + text.size()) {}
-  // The next field; false past the last one.
-  bool next(std::string_view& field) {
-    if (done_) return false;
-    const void* comma = std::memchr(p_, ',', static_cast<size_t>(e_ - p_));
-    const char* end = comma ? static_cast<const char*>(comma) : e_;
-    field = std::string_view(p_, static_cast<size_t>(end - p_));
-    done_ = comma == nullptr;
-    p_ = done_ ? e_ : end + 1;
-    return true;
-  }
-  // Whether the field last returned was the line's last.
-  bool done() const { return done_; }
+namespace fields_detail {
 
- private:
-  const char* p_;
-  const char* e_;
-  bool done_ = false;
-};
+inline bool isDigit(char c) {
+  return static_cast<unsigned>(c - '0') <= 9;
+}
 
-// A finite decimal in a field (blanks around it allowed), equal to toDouble's value bit for
-// bit: the solver's short forms ("1.5", "-2.25E+03", at most 15 digits and a power of ten
-// up to 22) by one correctly rounded multiplication or division, as toDouble does, anything
-// else by toDouble itself. False for a field that is not a finite number.
-inline bool parseDeckDecimal(std::string_view field, double* out) {
-  field = trim(field);
-  const char* b = field.data();
-  const char* e = b + field.size();
+// The solver's short decimals ("1.5", "-2.25E+03": at most 15 digits, an exponent of at
+// most three digits and a power of ten up to 22) read from b: one correctly rounded
+// multiplication or division gives the value, as toDouble gives it for these forms. Returns
+// where the number stops, or nullptr when [b, e) does not start with such a number.
+inline const char* shortDecimal(const char* b, const char* e, double* out) {
   static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                        1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                        1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
@@ -53,42 +32,102 @@ inline bool parseDeckDecimal(std::string_view field, double* out) {
   if (negative) ++b;
   uint64_t mantissa = 0;
   int digits = 0, fraction = 0;
-  for (; b < e && static_cast<unsigned>(*b - '0') <= 9; ++b, ++digits)
-    mantissa = mantissa * 10 + static_cast<unsigned>(*b - '0');
+  for (; b < e && isDigit(*b); ++b, ++digits) mantissa = mantissa * 10 + (*b - '0');
   if (b < e && *b == '.') {
-    for (++b; b < e && static_cast<unsigned>(*b - '0') <= 9; ++b, ++digits, ++fraction)
-      mantissa = mantissa * 10 + static_cast<unsigned>(*b - '0');
+    for (++b; b < e && isDigit(*b); ++b, ++digits, ++fraction)
+      mantissa = mantissa * 10 + (*b - '0');
   }
-  bool plain = digits > 0 && digits <= 15;
+  if (digits == 0 || digits > 15) return nullptr;
   int exponent = 0;
-  if (plain && b < e && (*b == 'E' || *b == 'e')) {
+  if (b < e && (*b == 'E' || *b == 'e')) {
     ++b;
     const bool minus = b < e && *b == '-';
     if (b < e && (*b == '-' || *b == '+')) ++b;
-    plain = b < e && e - b <= 3;
-    for (; plain && b < e && static_cast<unsigned>(*b - '0') <= 9; ++b)
-      exponent = exponent * 10 + (*b - '0');
+    const char* first = b;
+    for (; b < e && isDigit(*b); ++b) exponent = exponent * 10 + (*b - '0');
+    if (b == first || b - first > 3) return nullptr;
     if (minus) exponent = -exponent;
   }
   const int power = exponent - fraction;
-  if (plain && b == e && power >= -22 && power <= 22) {
-    double value = static_cast<double>(mantissa);
-    value = power < 0 ? value / kPowers[-power] : value * kPowers[power];
-    *out = negative ? -value : value;
-    return true;
-  }
-  auto value = toDouble(field);
-  if (!value || !std::isfinite(*value)) return false;
-  *out = *value;
-  return true;
+  if (power < -22 || power > 22) return nullptr;
+  const double value = power < 0 ? static_cast<double>(mantissa) / kPowers[-power]
+                                 : static_cast<double>(mantissa) * kPowers[power];
+  *out = negative ? -value : value;
+  return b;
 }
 
-// A label in a field (blanks around it allowed): an integer from least to INT32_MAX.
-inline bool parseDeckLabel(std::string_view field, int32_t least, int32_t* out) {
-  long long value = 0;
-  if (!parseIntField(field, &value) || value < least || value > INT32_MAX) return false;
-  *out = static_cast<int32_t>(value);
-  return true;
-}
+}  // namespace fields_detail
+
+// The comma-separated fields of one data line, read in turn. A reader that refuses a field
+// leaves the scanner where it was not meant to be: the caller then reads the whole line
+// the general way.
+class FieldScanner {
+ public:
+  explicit FieldScanner(std::string_view text) : p_(text.data()), e_(text.data() + text.size()) {}
+
+  // Whether a field is left (a line "1," has two, the second empty).
+  bool more() const { return more_; }
+
+  // A blank field (only blanks before the next comma or the line's end): passes over it.
+  bool blank() {
+    const char* b = skipBlanks(p_);
+    if (b != e_ && *b != ',') return false;
+    return endField(b);
+  }
+  // Whether the rest of the line is one blank field: the line ends with a comma.
+  bool blankToEnd() const { return skipBlanks(p_) == e_; }
+
+  // A label from least to INT32_MAX, blanks around it allowed.
+  bool label(int32_t least, int32_t* out) {
+    const char* b = skipBlanks(p_);
+    const char* digits = b;
+    uint64_t value = 0;
+    for (; b < e_ && fields_detail::isDigit(*b); ++b) value = value * 10 + (*b - '0');
+    if (b == digits || b - digits > 10 || value < static_cast<uint64_t>(least) ||
+        value > INT32_MAX) {
+      return false;
+    }
+    *out = static_cast<int32_t>(value);
+    return endField(skipBlanks(b));
+  }
+
+  // A finite decimal, bit for bit toDouble's value of the field.
+  bool decimal(double* out) {
+    const char* b = skipBlanks(p_);
+    if (const char* stop = fields_detail::shortDecimal(b, e_, out)) {
+      stop = skipBlanks(stop);
+      if (stop == e_ || *stop == ',') return endField(stop);
+    }
+    // Any other form: the whole field to toDouble.
+    const void* comma = std::memchr(p_, ',', static_cast<size_t>(e_ - p_));
+    const char* end = comma ? static_cast<const char*>(comma) : e_;
+    auto value = toDouble(std::string_view(p_, static_cast<size_t>(end - p_)));
+    if (!value || !std::isfinite(*value)) return false;
+    *out = *value;
+    return endField(end);
+  }
+
+ private:
+  const char* skipBlanks(const char* b) const {
+    while (b < e_ && text_detail::isBlank(*b)) ++b;
+    return b;
+  }
+  // Ends a field at b, the line's end or a comma; false for anything else.
+  bool endField(const char* b) {
+    if (b == e_) {
+      more_ = false;
+    } else if (*b == ',') {
+      ++b;
+    } else {
+      return false;
+    }
+    p_ = b;
+    return true;
+  }
+
+  const char* p_;
+  const char* e_;
+  bool more_ = true;
+};
 
 }  // namespace odbs::ccx

@@ -95,17 +95,16 @@ void DeckBuilder::readHeading(const Card&) {
 namespace {
 
 // The fast path of a *NODE data line: its label and up to three coordinates (blank ones
-// 0), fields past the third coordinate passed over. False, with node unchanged, for a line
-// that the general path must read.
+// 0), fields past the third coordinate passed over. False for a line that the general path
+// must read.
 bool readNodeLine(std::string_view text, Node& node) {
-  FieldCursor fields(text);
-  std::string_view field;
+  FieldScanner fields(text);
   int32_t label = 0;
-  if (!fields.next(field) || !parseDeckLabel(field, 1, &label)) return false;
+  if (!fields.label(1, &label)) return false;
   double coords[3] = {0, 0, 0};
   for (double& c : coords) {
-    if (!fields.next(field)) break;
-    if (!trim(field).empty() && !parseDeckDecimal(field, &c)) return false;
+    if (!fields.more()) break;
+    if (!fields.blank() && !fields.decimal(&c)) return false;
   }
   node = Node{label, coords[0], coords[1], coords[2]};
   return true;
@@ -117,29 +116,21 @@ bool readNodeLine(std::string_view text, Node& node) {
 // the general path must read: a field that is not a label, more node labels than most.
 bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
                      int32_t* label, std::vector<int32_t>& nodes, bool* endsWithComma) {
-  const size_t before = nodes.size();
-  FieldCursor fields(text);
-  std::string_view field;
+  FieldScanner fields(text);
   *endsWithComma = false;
-  for (size_t index = 0; fields.next(field); ++index) {
+  if (first && !fields.label(1, label)) return false;
+  const size_t before = nodes.size();
+  for (size_t index = first ? 1 : 0; fields.more(); ++index) {
     int32_t value = 0;
-    if (!parseDeckLabel(field, first && index == 0 ? 1 : zeroAllowed ? 0 : 1, &value)) {
-      // An empty last field after others: the line ends with a comma.
-      if (index > 0 && fields.done() && trim(field).empty()) {
-        *endsWithComma = true;
-        break;
-      }
+    if (index > 0 && fields.blankToEnd()) {
+      *endsWithComma = true;  // an empty last field after others
+      break;
+    }
+    if (nodes.size() - before == most || !fields.label(zeroAllowed ? 0 : 1, &value)) {
       nodes.resize(before);
       return false;
     }
-    if (first && index == 0) {
-      *label = value;
-    } else if (nodes.size() - before == most) {
-      nodes.resize(before);
-      return false;
-    } else {
-      nodes.push_back(value);
-    }
+    nodes.push_back(value);
   }
   return true;
 }
@@ -222,8 +213,7 @@ void DeckBuilder::readElements(const Card& card) {
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
-    while ((count >= 0 && static_cast<int>(nodes.size()) < count) ||
-           (count < 0 && endsWithComma)) {
+    while ((count >= 0 && static_cast<int>(nodes.size()) < count) || (count < 0 && endsWithComma)) {
       if (!reader_.nextDataText(text)) {
         const SourceRef& where = reader_.dataWhere();
         throw ParseError(where.file, where.line,

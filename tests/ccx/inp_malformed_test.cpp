@@ -136,6 +136,8 @@ TEST(InpMalformed, CheckDeckLeavesOutWhatTheSolverPassesOver) {
   checkDeck(deck, warnings);
   ASSERT_EQ(deck.elements.size(), 1u);
   EXPECT_EQ(deck.elements[0].label, 3);
+  EXPECT_EQ(deck.elements[0].type, "D");
+  EXPECT_EQ(deck.elements[0].nodes, (std::vector<int32_t>{1, 2, 1}));
   EXPECT_EQ(deck.nodeSet("A")->labels, (std::vector<int32_t>{1, 2}));
   EXPECT_TRUE(deck.nodeSet("B")->labels.empty());
   EXPECT_EQ(deck.elementSet("PIPE")->labels, (std::vector<int32_t>{3}));

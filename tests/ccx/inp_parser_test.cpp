@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "tests/ccx/test_files.h"
 
 namespace odbs::ccx {
@@ -267,6 +269,46 @@ TEST(InpParser, ExtraElementLabelsAreIgnoredWithAWarning) {
   EXPECT_NE(warnings.texts()[0].find("extra.inp:7: element 1 of type C3D4 lists 6 node labels"),
             std::string::npos)
       << warnings.texts()[0];
+}
+
+// *NODE and *ELEMENT lines in their rarer forms: signs, D exponents, a decimal of more
+// digits than a double holds, blank fields, tabs, a zero-padded label, lines ending with a
+// comma, an element continued on the next line.
+TEST(InpParser, MeshLinesInTheirRarerForms) {
+  test::ScratchDir dir;
+  std::string path = dir.write("forms.inp",
+                               "*NODE\n"
+                               "1, 1.5, -2.25E+03, 0.1\n"
+                               "2,\t+3 , 1.0D+01,\n"
+                               "00000000003, 0.1000000000000000055511151231257827, , 1e-3\n"
+                               "4 ,.5,5.,-0, 7\n"
+                               "*ELEMENT, TYPE=C3D4\n"
+                               "1, 1, 2,\n"
+                               " 3,\t4\n"
+                               "2, +4, 3, 2, 1,\n");
+  Warnings warnings;
+  Deck deck = parseDeck(path, warnings);
+  ASSERT_EQ(deck.nodes.size(), 4u);
+  const Node* n = deck.nodes.data();
+  EXPECT_EQ(n[0].x, 1.5);
+  EXPECT_EQ(n[0].y, -2250.0);
+  EXPECT_EQ(n[0].z, 0.1);
+  EXPECT_EQ(n[1].x, 3.0);
+  EXPECT_EQ(n[1].y, 10.0);
+  EXPECT_EQ(n[1].z, 0.0);
+  EXPECT_EQ(n[2].label, 3);
+  EXPECT_EQ(n[2].x, 0.1);
+  EXPECT_EQ(n[2].y, 0.0);
+  EXPECT_EQ(n[2].z, 1e-3);
+  EXPECT_EQ(n[3].x, 0.5);
+  EXPECT_EQ(n[3].y, 5.0);
+  EXPECT_TRUE(n[3].z == 0.0 && std::signbit(n[3].z));
+  ASSERT_EQ(deck.elements.size(), 2u);
+  EXPECT_EQ(deck.elements[0].type, "C3D4");
+  EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 3, 4));
+  EXPECT_EQ(deck.elements[1].label, 2);
+  EXPECT_THAT(deck.elements[1].nodes, ElementsAre(4, 3, 2, 1));
+  EXPECT_TRUE(warnings.texts().empty());
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <functional>
 #include <limits>
 
 #include "tools/ccx/element_types.h"
@@ -371,9 +372,14 @@ void DeckBuilder::finish() {
   // The mesh stays for the whole import: give back what the vectors' growth left over.
   deck_.nodes.shrink_to_fit();
   deck_.elements.shrinkToFit();
-  // Repeated members go, the first of each stays: compacted in place.
+  // Repeated members go, the first of each stays: compacted in place. Rising labels (the
+  // sets of *NODE, NSET= and *ELEMENT, ELSET=, mostly) repeat none.
   for (auto* sets : {&deck_.nodeSets, &deck_.elementSets}) {
     for (LabelSet& set : *sets) {
+      const std::vector<int32_t>& l = set.labels;
+      if (std::adjacent_find(l.begin(), l.end(), std::greater_equal<int32_t>()) == l.end()) {
+        continue;
+      }
       LabelBits seen;
       seen.reserve(set.labels.size());
       size_t kept = 0;

@@ -97,8 +97,8 @@ class ElementList {
   const_iterator begin() const { return {this, 0}; }
   const_iterator end() const { return {this, size()}; }
 
-  // The number of type name (upper case), entered on first use. Numbers count from 0 in
-  // the order of first use.
+  // The type number of name (upper case), which is entered on first use: numbers count
+  // from 0 in the order of first use.
   int32_t typeNumber(const std::string& name);
   // Appends an element of type number type (from typeNumber). The node labels are copied.
   void add(int32_t label, int32_t type, const int32_t* nodes, size_t count) {
@@ -133,13 +133,14 @@ class ElementList {
 template <typename Keep>
 void ElementList::keepIf(Keep keep) {
   // Moved down in place: an element's node labels never lie below where they go, and the
-  // offset written for the kept elements is never one still to be read.
+  // offsets written for the kept elements lie below the one read next.
   size_t kept = 0;
   int64_t end = 0, next = 0;
   for (size_t i = 0; i < size(); ++i) {
     const int64_t from = next;
     next = offsets_[i + 1];
-    if (!keep((*this)[i])) continue;
+    const NodeLabels nodes(nodes_.data() + from, static_cast<size_t>(next - from));
+    if (!keep(Element{labels_[i], typeNames_[typeOf_[i]], nodes})) continue;
     std::copy(nodes_.begin() + from, nodes_.begin() + next, nodes_.begin() + end);
     labels_[kept] = labels_[i];
     typeOf_[kept] = typeOf_[i];

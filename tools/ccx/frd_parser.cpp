@@ -178,14 +178,14 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
       fail("a -1 value line of block " + block.name, std::string(r));
     }
     long long label = 0;
-    if (!parseIntField(column(r, 3, labelWidth), &label)) fail("a node label", std::string(r));
+    if (!labelAt(r, 3, labelWidth, &label)) fail("a node label", std::string(r));
     block.nodes.push_back(static_cast<int32_t>(label));
     // Six values per line; more go on in -2 lines.
     int got = 0;
     while (true) {
       for (int i = 0; i < 6 && got < stored; ++i, ++got) {
         float v;
-        if (!parseFloatField(column(r, 3 + labelWidth + kFrdValueWidth * i, kFrdValueWidth), &v)) {
+        if (!valueAt(r, 3 + labelWidth + kFrdValueWidth * i, &v)) {
           fail(std::to_string(stored) + " values of block " + block.name + " for node " +
                    std::to_string(block.nodes.back()),
                std::string(r));

@@ -149,6 +149,10 @@ bool parseFloatField(std::string_view field, float* out) {
 
 namespace text_detail {
 
+const double kExactPowers[23] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                 1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
 bool parseLongInteger(const char* b, const char* e, long long* out) {
   auto [stop, ec] = std::from_chars(b, e, *out);
   return ec == std::errc() && stop == e;

@@ -1,10 +1,14 @@
 // Small text helpers shared by the deck, result and print file parsers.
 #pragma once
 
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "wire/coding.h"
 
 namespace odbs::ccx {
 
@@ -36,6 +40,16 @@ inline bool parseIntField(std::string_view field, long long* out);
 // The field [begin, begin + width) of a fixed-column line, cut at the line's end.
 inline std::string_view column(std::string_view line, size_t begin, size_t width);
 
+// The fast paths of the result file's fixed columns, reading from p, which must hold the
+// field's whole width. Each is false for any other form of the field, which the general
+// parsers above then read; where it is true, the value is the one they give.
+// The solver's E12.5 form in 12 columns: a blank or '-', a digit, '.', five digits, 'E', a
+// sign and two digits (" 1.23456E-03"), exponents -17 to 27. The decimal rounded once.
+inline bool parseE125(const char* p, float* out);
+inline bool parseE125(const char* p, double* out);
+// A label in 10 columns: blanks, then one to eight digits ("      1234").
+inline bool parseLabel10(const char* p, long long* out);
+
 namespace text_detail {
 
 inline bool isBlank(char c) {
@@ -44,6 +58,29 @@ inline bool isBlank(char c) {
 
 // The digits of a long integer (past 18, where the fast loop could overflow).
 bool parseLongInteger(const char* b, const char* e, long long* out);
+
+// The powers of ten that a double holds exactly (1e0 to 1e22).
+extern const double kExactPowers[23];
+
+// An E12.5 field as the double nearest to its decimal: the six digits, exact, times or over
+// an exact power of ten (one rounding). False for another form or exponent.
+inline bool e125Double(const char* p, double* out) {
+  auto digit = [p](int i) { return static_cast<unsigned>(static_cast<unsigned char>(p[i])) - '0'; };
+  unsigned d0 = digit(1), d1 = digit(3), d2 = digit(4), d3 = digit(5), d4 = digit(6), d5 = digit(7),
+           e0 = digit(10), e1 = digit(11);
+  // Every test at once, one branch: a byte outside '0'..'9' gives a difference above 9.
+  bool other = (d0 > 9) | (d1 > 9) | (d2 > 9) | (d3 > 9) | (d4 > 9) | (d5 > 9) | (e0 > 9) |
+               (e1 > 9) | (p[0] != ' ' && p[0] != '-') | (p[2] != '.') | (p[8] != 'E') |
+               (p[9] != '+' && p[9] != '-');
+  if (other) return false;
+  int exponent = static_cast<int>(e0 * 10 + e1);
+  int power = (p[9] == '-' ? -exponent : exponent) - 5;
+  if (power < -22 || power > 22) return false;
+  double value = static_cast<double>(((((d0 * 10 + d1) * 10 + d2) * 10 + d3) * 10 + d4) * 10 + d5);
+  value = power < 0 ? value / kExactPowers[-power] : value * kExactPowers[power];
+  *out = p[0] == '-' ? -value : value;
+  return true;
+}
 
 }  // namespace text_detail
 
@@ -94,6 +131,46 @@ inline std::optional<long long> toInteger(std::string_view s) {
   long long value = 0;
   if (!parseIntField(s, &value)) return std::nullopt;
   return value;
+}
+
+inline bool parseE125(const char* p, double* out) {
+  return text_detail::e125Double(p, out);
+}
+
+inline bool parseE125(const char* p, float* out) {
+  // The double is the decimal rounded once; rounding it again to a float gives the float
+  // nearest the decimal unless the double landed exactly halfway between two floats (the
+  // 29 bits a float drops are then 1 followed by zeros). The range of the form keeps to
+  // normal floats, where that test holds.
+  double value;
+  if (!text_detail::e125Double(p, &value)) return false;
+  uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  if ((bits & 0x1FFFFFFFu) == 0x10000000u) return false;
+  *out = static_cast<float>(value);
+  return true;
+}
+
+inline bool parseLabel10(const char* p, long long* out) {
+  // The last eight columns as eight bytes, the first column in the lowest: digits become
+  // 0 to 9 and blanks 0x10. A byte not flagged (high bit) below is a digit whatever carries
+  // into it; blanks and digits carry nothing, so in a well formed field the flags are
+  // exact.
+  if (p[0] != ' ' || p[1] != ' ') return false;
+  uint64_t v = loadU64(reinterpret_cast<const uint8_t*>(p + 2)) ^ 0x3030303030303030u;
+  uint64_t flags = ((v + 0x7676767676767676u) | v) & 0x8080808080808080u;
+  uint64_t other = (flags >> 7) * 0xFF;  // 0xFF in every byte that is not a digit
+  // The other bytes must be blanks and come first (the lowest bytes), then a digit at least.
+  if ((other & (other + 1)) != 0 || other == ~0ull) return false;
+  if ((v & other) != (0x1010101010101010u & other)) return false;
+  v &= ~other;  // leading zeros
+  // Eight digits to a number: pairs, then fours, then the eight.
+  v = (v * 10) + (v >> 8);
+  v = (((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32))) +
+       (((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32)))) >>
+      32;
+  *out = static_cast<long long>(v & 0xFFFFFFFFu);
+  return true;
 }
 
 }  // namespace odbs::ccx

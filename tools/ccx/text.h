@@ -59,12 +59,14 @@ inline bool isBlank(char c) {
 // The digits of a long integer (past 18, where the fast loop could overflow).
 bool parseLongInteger(const char* b, const char* e, long long* out);
 
-// The powers of ten that a double holds exactly (1e0 to 1e22).
+// The powers of ten that a double holds exactly (1e0 to 1e22), and the scales of the
+// E12.5 form, 1e-22 to 1e22: scale[22 + k] is 10^k, rounded to a double below 1e0.
 extern const double kExactPowers[23];
+extern const double kE125Scales[45];
 
-// An E12.5 field as the double nearest to its decimal: the six digits, exact, times or over
-// an exact power of ten (one rounding). False for another form or exponent.
-inline bool e125Double(const char* p, double* out) {
+// An E12.5 field as its six digits (an integer) and the power of ten that scales them, -22
+// to 22; false for another form or exponent.
+inline bool e125Parts(const char* p, uint32_t* digits, int* power) {
   auto digit = [p](int i) { return static_cast<unsigned>(static_cast<unsigned char>(p[i])) - '0'; };
   unsigned d0 = digit(1), d1 = digit(3), d2 = digit(4), d3 = digit(5), d4 = digit(6), d5 = digit(7),
            e0 = digit(10), e1 = digit(11);
@@ -74,12 +76,9 @@ inline bool e125Double(const char* p, double* out) {
                (p[9] != '+' && p[9] != '-');
   if (other) return false;
   int exponent = static_cast<int>(e0 * 10 + e1);
-  int power = (p[9] == '-' ? -exponent : exponent) - 5;
-  if (power < -22 || power > 22) return false;
-  double value = static_cast<double>(((((d0 * 10 + d1) * 10 + d2) * 10 + d3) * 10 + d4) * 10 + d5);
-  value = power < 0 ? value / kExactPowers[-power] : value * kExactPowers[power];
-  *out = p[0] == '-' ? -value : value;
-  return true;
+  *power = (p[9] == '-' ? -exponent : exponent) - 5;
+  *digits = ((((d0 * 10 + d1) * 10 + d2) * 10 + d3) * 10 + d4) * 10 + d5;
+  return *power >= -22 && *power <= 22;
 }
 
 }  // namespace text_detail
@@ -134,20 +133,34 @@ inline std::optional<long long> toInteger(std::string_view s) {
 }
 
 inline bool parseE125(const char* p, double* out) {
-  return text_detail::e125Double(p, out);
+  // The digits and the power are exact in a double: one multiplication or division rounds
+  // the decimal once.
+  uint32_t digits;
+  int power;
+  if (!text_detail::e125Parts(p, &digits, &power)) return false;
+  double value = static_cast<double>(digits);
+  value = power < 0 ? value / text_detail::kExactPowers[-power]
+                    : value * text_detail::kExactPowers[power];
+  *out = p[0] == '-' ? -value : value;
+  return true;
 }
 
 inline bool parseE125(const char* p, float* out) {
-  // The double is the decimal rounded once; rounding it again to a float gives the float
-  // nearest the decimal unless the double landed exactly halfway between two floats (the
-  // 29 bits a float drops are then 1 followed by zeros). The range of the form keeps to
-  // normal floats, where that test holds.
-  double value;
-  if (!text_detail::e125Double(p, &value)) return false;
+  // The product of the digits and the scale, in double, lies within 2 units of its last
+  // place of the decimal (the scale and the product each round once; a multiplication is
+  // much quicker than a division). Rounded to a float it then gives the float nearest the
+  // decimal, unless it lies that close to a point halfway between two floats (the 29 bits
+  // a float drops near 1 followed by zeros): the general parser decides those. The range
+  // of the form keeps to normal floats, where that test holds.
+  uint32_t digits;
+  int power;
+  if (!text_detail::e125Parts(p, &digits, &power)) return false;
+  double value = static_cast<double>(digits) * text_detail::kE125Scales[22 + power];
   uint64_t bits;
   std::memcpy(&bits, &value, sizeof bits);
-  if ((bits & 0x1FFFFFFFu) == 0x10000000u) return false;
-  *out = static_cast<float>(value);
+  if ((bits & 0x1FFFFFFFu) - (0x10000000u - 4) <= 8) return false;
+  float f = static_cast<float>(value);
+  *out = p[0] == '-' ? -f : f;
   return true;
 }
 

@@ -183,15 +183,18 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
     // Six values per line; more go on in -2 lines.
     int got = 0;
     while (true) {
-      for (int i = 0; i < 6 && got < stored; ++i, ++got) {
-        float v;
-        if (!valueAt(r, 3 + labelWidth + kFrdValueWidth * i, &v)) {
+      // The line's values go in at once: the vector's end is then stored once a line.
+      float line[6];
+      const int n = std::min(6, stored - got);
+      for (int i = 0; i < n; ++i) {
+        if (!valueAt(r, 3 + labelWidth + kFrdValueWidth * i, &line[i])) {
           fail(std::to_string(stored) + " values of block " + block.name + " for node " +
                    std::to_string(block.nodes.back()),
                std::string(r));
         }
-        block.values.push_back(v);
       }
+      block.values.insert(block.values.end(), line, line + n);
+      got += n;
       if (got == stored) break;
       if (!in_.nextLine(r)) {
         fail("a -2 line with more values of block " + block.name, "end of file");

@@ -64,20 +64,41 @@ bool parseLongInteger(const char* b, const char* e, long long* out);
 extern const double kExactPowers[23];
 extern const double kE125Scales[45];
 
+// Eight digits to a number, the first in the lowest byte of v, each as 0 to 9: pairs, then
+// fours, then the eight, in three multiplications.
+inline uint32_t eightDigits(uint64_t v) {
+  v = (v * 10) + (v >> 8);
+  v = (((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32))) +
+       (((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32)))) >>
+      32;
+  return static_cast<uint32_t>(v);
+}
+
+// Flags (high bit) each byte of v that is not 0 to 9. A byte not flagged is one of those
+// whatever carries into it from the byte below; 0 to 9 carry nothing.
+inline uint64_t nonDigits(uint64_t v) {
+  return ((v + 0x7676767676767676u) | v) & 0x8080808080808080u;
+}
+
 // An E12.5 field as its six digits (an integer) and the power of ten that scales them, -22
 // to 22; false for another form or exponent.
 inline bool e125Parts(const char* p, uint32_t* digits, int* power) {
-  auto digit = [p](int i) { return static_cast<unsigned>(static_cast<unsigned char>(p[i])) - '0'; };
-  unsigned d0 = digit(1), d1 = digit(3), d2 = digit(4), d3 = digit(5), d4 = digit(6), d5 = digit(7),
-           e0 = digit(10), e1 = digit(11);
-  // Every test at once, one branch: a byte outside '0'..'9' gives a difference above 9.
-  bool other = (d0 > 9) | (d1 > 9) | (d2 > 9) | (d3 > 9) | (d4 > 9) | (d5 > 9) | (e0 > 9) |
-               (e1 > 9) | (p[0] != ' ' && p[0] != '-') | (p[2] != '.') | (p[8] != 'E') |
-               (p[9] != '+' && p[9] != '-');
+  // Columns 1-8 (" 1.23456") and 9-12 ("E+02") as words, the first column in the lowest
+  // byte, '0' to '9' made 0 to 9.
+  const uint8_t* u = reinterpret_cast<const uint8_t*>(p);
+  uint64_t head = loadU64(u) ^ 0x3030303030303030u;
+  uint32_t tail = loadU32(u + 8);
+  // The six digits as an eight-digit number: sign and point cleared, the first digit moved
+  // into the point's place.
+  uint64_t six = (head & 0xFFFFFFFFFF000000u) | ((head & 0xFF00u) << 8);
+  uint32_t exponent = (tail >> 16) ^ 0x3030u;
+  // Every test at once, one branch.
+  bool other = ((nonDigits(six) | nonDigits(exponent)) != 0) | (p[0] != ' ' && p[0] != '-') |
+               (p[2] != '.') | (p[8] != 'E') | (p[9] != '+' && p[9] != '-');
   if (other) return false;
-  int exponent = static_cast<int>(e0 * 10 + e1);
-  *power = (p[9] == '-' ? -exponent : exponent) - 5;
-  *digits = ((((d0 * 10 + d1) * 10 + d2) * 10 + d3) * 10 + d4) * 10 + d5;
+  int e = static_cast<int>((exponent & 0xFF) * 10 + (exponent >> 8));
+  *power = (p[9] == '-' ? -e : e) - 5;
+  *digits = eightDigits(six);
   return *power >= -22 && *power <= 22;
 }
 
@@ -166,23 +187,16 @@ inline bool parseE125(const char* p, float* out) {
 
 inline bool parseLabel10(const char* p, long long* out) {
   // The last eight columns as eight bytes, the first column in the lowest: digits become
-  // 0 to 9 and blanks 0x10. A byte not flagged (high bit) below is a digit whatever carries
-  // into it; blanks and digits carry nothing, so in a well formed field the flags are
-  // exact.
+  // 0 to 9 and blanks 0x10.
   if (p[0] != ' ' || p[1] != ' ') return false;
   uint64_t v = loadU64(reinterpret_cast<const uint8_t*>(p + 2)) ^ 0x3030303030303030u;
-  uint64_t flags = ((v + 0x7676767676767676u) | v) & 0x8080808080808080u;
-  uint64_t other = (flags >> 7) * 0xFF;  // 0xFF in every byte that is not a digit
-  // The other bytes must be blanks and come first (the lowest bytes), then a digit at least.
+  // 0xFF in every byte that is not a digit: those must be blanks and come first (the
+  // lowest bytes), then at least one digit.
+  uint64_t other = (text_detail::nonDigits(v) >> 7) * 0xFF;
   if ((other & (other + 1)) != 0 || other == ~0ull) return false;
   if ((v & other) != (0x1010101010101010u & other)) return false;
   v &= ~other;  // leading zeros
-  // Eight digits to a number: pairs, then fours, then the eight.
-  v = (v * 10) + (v >> 8);
-  v = (((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32))) +
-       (((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32)))) >>
-      32;
-  *out = static_cast<long long>(v & 0xFFFFFFFFu);
+  *out = text_detail::eightDigits(v);
   return true;
 }
 

@@ -328,10 +328,20 @@ void Writer::addFieldOutput(const FieldOutputData& field) {
 void Writer::addFieldBlock(const FieldBlockData& block) {
   checkOpen();
   results_->addFieldBlock(block);
+  startWriteback();
 }
 void Writer::addHistoryRegion(const HistoryRegionData& region) {
   checkOpen();
   results_->addHistoryRegion(region);
+  startWriteback();
+}
+
+void Writer::startWriteback() {
+  constexpr int64_t kStep = int64_t(8) << 20;
+  os::FileStat st;
+  if (!os::statFile(tmpPath_, &st) || st.size - writebackFrom_ < kStep) return;
+  os::startWriteback(tmpPath_);
+  writebackFrom_ = st.size;
 }
 
 ModelData Writer::model() const {
@@ -362,6 +372,7 @@ void Writer::writeModel() {
   }
   storeModel(file_->root(), m);
   modelWritten_ = true;
+  startWriteback();
   // The header fields stay for model().
   header_ = ModelData();
   header_.name = m.name;

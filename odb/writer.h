@@ -142,7 +142,12 @@ class Writer {
  private:
   void checkOpen() const;
   void checkModelOpen() const;
+  // Starts the disk writes of what the file has grown by since the last start, once that
+  // is a few megabytes: the sync in close() then waits for the tail only, while the writes
+  // overlap the caller's reading of its next results.
+  void startWriteback();
   std::string path_, tmpPath_;
+  int64_t writebackFrom_ = 0;  // the temporary file's size at the last startWriteback
   std::unique_ptr<h5::File> file_;
   ModelData header_;
   EntityData assembly_;

@@ -21,6 +21,12 @@ FileKind fileKind(const std::string& path);
 // Writes the file's data and metadata to the storage device. Returns false on failure.
 bool syncFile(const std::string& path);
 
+// Asks the system to start writing the file's changed data to the storage device and
+// returns without waiting, so that a later syncFile of a large file has little left to
+// wait for. A hint only: false when the file cannot be opened or the system has no such
+// request; the data is safe only once syncFile returns true.
+bool startWriteback(const std::string& path);
+
 // Writes the folder's entries (a rename or a new file in it) to the storage device.
 // Returns false on failure.
 bool syncDirectory(const std::string& path);

@@ -40,6 +40,15 @@ bool syncFile(const std::string& path) {
   return syncPath(path, O_RDONLY | O_NONBLOCK);
 }
 
+bool startWriteback(const std::string& path) {
+  int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return false;
+  // Whole file (offset 0, length 0), start the writes, wait for none of them.
+  bool ok = ::sync_file_range(fd, 0, 0, SYNC_FILE_RANGE_WRITE) == 0;
+  ::close(fd);
+  return ok;
+}
+
 bool syncDirectory(const std::string& path) {
   return syncPath(path, O_RDONLY | O_DIRECTORY);
 }

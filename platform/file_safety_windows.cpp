@@ -34,6 +34,12 @@ bool syncFile(const std::string& path) {
   return ok;
 }
 
+// Windows has no request that starts the writes without waiting for them: the later
+// FlushFileBuffers does all of it.
+bool startWriteback(const std::string&) {
+  return false;
+}
+
 // Windows has no handle on a folder's entries to flush: MoveFileEx with replace (the rename
 // of the writers) is written through by the file system's own journal.
 bool syncDirectory(const std::string&) {

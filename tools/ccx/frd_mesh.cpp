@@ -59,9 +59,8 @@ void FrdReader::readNodes(std::string_view line) {
       node.label = static_cast<int32_t>(integerAt(r, 3, w, "a node label"));
       double* xyz[3] = {&node.x, &node.y, &node.z};
       for (int i = 0; i < 3; ++i) {
-        auto v = toDouble(column(r, 3 + w + kFrdValueWidth * i, kFrdValueWidth));
-        if (!v) fail("three node coordinates", std::string(r));
-        *xyz[i] = *v;
+        if (!valueAt(r, 3 + w + kFrdValueWidth * i, xyz[i]))
+          fail("three node coordinates", std::string(r));
       }
       nodes.push_back(node);
     }
@@ -117,9 +116,11 @@ void FrdReader::readElements(std::string_view line) {
     while (true) {
       pass(false);
       std::string_view r = nextRow("an element line or -3 ending the element block");
-      if (startsWith(trim(r), "-3")) break;
-      if (!startsWith(r, " -1")) fail("an element line starting with -1", std::string(r));
-      FrdElement e;
+      if (!startsWith(r, " -1")) {
+        if (startsWith(trim(r), "-3")) break;
+        fail("an element line starting with -1", std::string(r));
+      }
+      FrdElement& e = elements.emplace_back();
       e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
       e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
       e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
@@ -128,22 +129,21 @@ void FrdReader::readElements(std::string_view line) {
       e.material = material ? static_cast<int>(*material) : 0;
       int nodes = frdNodeCount(e.typeCode);
       if (nodes < 0) fail("a known element type code (1 to 12)", std::string(r));
-      e.nodes.reserve(nodes);
-      while (static_cast<int>(e.nodes.size()) < nodes) {
+      e.nodes.resize(nodes);
+      int got = 0;
+      while (got < nodes) {
         std::string_view m = nextRow("a -2 line with the nodes of an element");
         if (!startsWith(m, " -2"))
           fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(m));
-        for (size_t at = 3; at < m.size() && static_cast<int>(e.nodes.size()) < nodes; at += w) {
+        for (size_t at = 3; at < m.size() && got < nodes; at += w) {
           long long label = 0;
-          std::string_view field = column(m, at, w);
-          if (!parseIntField(field, &label)) {
-            if (trim(field).empty()) break;  // the line's labels end early
+          if (!labelAt(m, at, w, &label)) {
+            if (trim(column(m, at, w)).empty()) break;  // the line's labels end early
             fail("a node label", std::string(m));
           }
-          e.nodes.push_back(static_cast<int32_t>(label));
+          e.nodes[got++] = static_cast<int32_t>(label);
         }
       }
-      elements.push_back(std::move(e));
     }
   } else {
     fail("element block format 0, 1 or 2", std::to_string(format));

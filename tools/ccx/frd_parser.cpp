@@ -178,20 +178,23 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
       fail("a -1 value line of block " + block.name, std::string(r));
     }
     long long label = 0;
-    if (!parseIntField(column(r, 3, labelWidth), &label)) fail("a node label", std::string(r));
+    if (!labelAt(r, 3, labelWidth, &label)) fail("a node label", std::string(r));
     block.nodes.push_back(static_cast<int32_t>(label));
     // Six values per line; more go on in -2 lines.
     int got = 0;
     while (true) {
-      for (int i = 0; i < 6 && got < stored; ++i, ++got) {
-        float v;
-        if (!parseFloatField(column(r, 3 + labelWidth + kFrdValueWidth * i, kFrdValueWidth), &v)) {
+      // The line's values go in at once: the vector's end is then stored once a line.
+      float line[6];
+      const int n = std::min(6, stored - got);
+      for (int i = 0; i < n; ++i) {
+        if (!valueAt(r, 3 + labelWidth + kFrdValueWidth * i, &line[i])) {
           fail(std::to_string(stored) + " values of block " + block.name + " for node " +
                    std::to_string(block.nodes.back()),
                std::string(r));
         }
-        block.values.push_back(v);
       }
+      block.values.insert(block.values.end(), line, line + n);
+      got += n;
       if (got == stored) break;
       if (!in_.nextLine(r)) {
         fail("a -2 line with more values of block " + block.name, "end of file");

@@ -46,10 +46,28 @@ class FrdReader {
   }
   // what names the field in the ParseError for a bad one (a plain text: no string is built
   // for the good case).
-  long long integerAt(std::string_view line, size_t begin, size_t width, const char* what) {
+  long long integerAt(std::string_view line, size_t begin, int width, const char* what) {
     long long v = 0;
-    if (!parseIntField(column(line, begin, width), &v)) fail(what, std::string(line));
+    if (!labelAt(line, begin, width, &v)) fail(what, std::string(line));
     return v;
+  }
+  // A label or value in the fixed columns from begin: the fast path of the solver's own
+  // form (text.h), else the general parser. False when the field holds none.
+  static bool labelAt(std::string_view line, size_t begin, int width, long long* out) {
+    if (width == 10 && begin + 10 <= line.size() && parseLabel10(line.data() + begin, out))
+      return true;
+    return parseIntField(column(line, begin, width), out);
+  }
+  template <typename T>
+  static bool valueAt(std::string_view line, size_t begin, T* out) {
+    if (begin + kFrdValueWidth <= line.size() && parseE125(line.data() + begin, out)) return true;
+    if constexpr (sizeof(T) == sizeof(float)) {
+      return parseFloatField(column(line, begin, kFrdValueWidth), out);
+    } else {
+      auto v = toDouble(column(line, begin, kFrdValueWidth));
+      if (v) *out = *v;
+      return v.has_value();
+    }
   }
   long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i, const char* what,
                          std::string_view line) {

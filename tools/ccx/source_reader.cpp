@@ -58,22 +58,12 @@ bool SourceReader::nextLine(std::string& line) {
   return true;
 }
 
-bool SourceReader::nextLine(std::string_view& line) {
+bool SourceReader::nextLineAcross(std::string_view& line) {
   if (!fill()) return false;
   const char* start = buf_.data() + pos_;
-  const void* nl = std::memchr(start, '\n', end_ - pos_);
-  if (!nl) {
-    if (!nextLine(spill_)) return false;
-    line = spill_;
-    return true;
-  }
-  size_t n = static_cast<const char*>(nl) - start;
-  ++line_;
-  pos_ += n + 1;
-  offset_ += static_cast<int64_t>(n + 1);
-  lineEnded_ = true;
-  if (n > 0 && start[n - 1] == '\r') --n;
-  line = std::string_view(start, n);
+  if (std::memchr(start, '\n', end_ - pos_)) return nextLine(line);  // refilled
+  if (!nextLine(spill_)) return false;
+  line = spill_;
   return true;
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <string>
 #include <string_view>
@@ -32,7 +33,20 @@ class SourceReader {
   bool nextLine(std::string& line);
   // The same as a view: into the read buffer when the line lies whole in it (no copy), else
   // into a string of the reader's own. Valid until the next nextLine or readBytes.
-  bool nextLine(std::string_view& line);
+  // The common case, a line whole in the buffer, is inline: it is called once a line.
+  bool nextLine(std::string_view& line) {
+    const char* start = buf_.data() + pos_;
+    const void* nl = pos_ < end_ ? std::memchr(start, '\n', end_ - pos_) : nullptr;
+    if (!nl) return nextLineAcross(line);
+    size_t n = static_cast<const char*>(nl) - start;
+    ++line_;
+    pos_ += n + 1;
+    offset_ += static_cast<int64_t>(n + 1);
+    lineEnded_ = true;
+    if (n > 0 && start[n - 1] == '\r') --n;
+    line = std::string_view(start, n);
+    return true;
+  }
   // Whether the line last returned by nextLine ended with a line end ('\n'); false for a
   // last line that the file cuts off.
   bool lineEnded() const { return lineEnded_; }
@@ -41,6 +55,8 @@ class SourceReader {
 
  private:
   bool fill();
+  // nextLine for a line that is not whole in the buffer: refills it, or copies the line.
+  bool nextLineAcross(std::string_view& line);
 
   std::string path_;
   std::ifstream in_;

@@ -1,10 +1,14 @@
 // Small text helpers shared by the deck, result and print file parsers.
 #pragma once
 
+#include <cstdint>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "wire/coding.h"
 
 namespace odbs::ccx {
 
@@ -36,6 +40,16 @@ inline bool parseIntField(std::string_view field, long long* out);
 // The field [begin, begin + width) of a fixed-column line, cut at the line's end.
 inline std::string_view column(std::string_view line, size_t begin, size_t width);
 
+// The fast paths of the result file's fixed columns, reading from p, which must hold the
+// field's whole width. Each is false for any other form of the field, which the general
+// parsers above then read; where it is true, the value is the one they give.
+// The solver's E12.5 form in 12 columns: a blank or '-', a digit, '.', five digits, 'E', a
+// sign and two digits (" 1.23456E-03"), exponents -17 to 27. The decimal rounded once.
+inline bool parseE125(const char* p, float* out);
+inline bool parseE125(const char* p, double* out);
+// A label in 10 columns: blanks, then one to eight digits ("      1234").
+inline bool parseLabel10(const char* p, long long* out);
+
 namespace text_detail {
 
 inline bool isBlank(char c) {
@@ -44,6 +58,49 @@ inline bool isBlank(char c) {
 
 // The digits of a long integer (past 18, where the fast loop could overflow).
 bool parseLongInteger(const char* b, const char* e, long long* out);
+
+// The powers of ten that a double holds exactly (1e0 to 1e22), and the scales of the
+// E12.5 form, 1e-22 to 1e22: scale[22 + k] is 10^k, rounded to a double below 1e0.
+extern const double kExactPowers[23];
+extern const double kE125Scales[45];
+
+// Eight digits to a number, the first in the lowest byte of v, each as 0 to 9: pairs, then
+// fours, then the eight, in three multiplications.
+inline uint32_t eightDigits(uint64_t v) {
+  v = (v * 10) + (v >> 8);
+  v = (((v & 0x000000FF000000FFu) * (100 + (1000000ull << 32))) +
+       (((v >> 16) & 0x000000FF000000FFu) * (1 + (10000ull << 32)))) >>
+      32;
+  return static_cast<uint32_t>(v);
+}
+
+// Flags (high bit) each byte of v that is not 0 to 9. A byte not flagged is one of those
+// whatever carries into it from the byte below; 0 to 9 carry nothing.
+inline uint64_t nonDigits(uint64_t v) {
+  return ((v + 0x7676767676767676u) | v) & 0x8080808080808080u;
+}
+
+// An E12.5 field as its six digits (an integer) and the power of ten that scales them, -22
+// to 22; false for another form or exponent.
+inline bool e125Parts(const char* p, uint32_t* digits, int* power) {
+  // Columns 1-8 (" 1.23456") and 9-12 ("E+02") as words, the first column in the lowest
+  // byte, '0' to '9' made 0 to 9.
+  const uint8_t* u = reinterpret_cast<const uint8_t*>(p);
+  uint64_t head = loadU64(u) ^ 0x3030303030303030u;
+  uint32_t tail = loadU32(u + 8);
+  // The six digits as an eight-digit number: sign and point cleared, the first digit moved
+  // into the point's place.
+  uint64_t six = (head & 0xFFFFFFFFFF000000u) | ((head & 0xFF00u) << 8);
+  uint32_t exponent = (tail >> 16) ^ 0x3030u;
+  // Every test at once, one branch.
+  bool other = ((nonDigits(six) | nonDigits(exponent)) != 0) | (p[0] != ' ' && p[0] != '-') |
+               (p[2] != '.') | (p[8] != 'E') | (p[9] != '+' && p[9] != '-');
+  if (other) return false;
+  int e = static_cast<int>((exponent & 0xFF) * 10 + (exponent >> 8));
+  *power = (p[9] == '-' ? -e : e) - 5;
+  *digits = eightDigits(six);
+  return *power >= -22 && *power <= 22;
+}
 
 }  // namespace text_detail
 
@@ -94,6 +151,53 @@ inline std::optional<long long> toInteger(std::string_view s) {
   long long value = 0;
   if (!parseIntField(s, &value)) return std::nullopt;
   return value;
+}
+
+inline bool parseE125(const char* p, double* out) {
+  // The digits and the power are exact in a double: one multiplication or division rounds
+  // the decimal once.
+  uint32_t digits;
+  int power;
+  if (!text_detail::e125Parts(p, &digits, &power)) return false;
+  double value = static_cast<double>(digits);
+  value = power < 0 ? value / text_detail::kExactPowers[-power]
+                    : value * text_detail::kExactPowers[power];
+  *out = p[0] == '-' ? -value : value;
+  return true;
+}
+
+inline bool parseE125(const char* p, float* out) {
+  // The product of the digits and the scale, in double, lies within 2 units of its last
+  // place of the decimal (the scale and the product each round once; a multiplication is
+  // much quicker than a division). Rounded to a float it then gives the float nearest the
+  // decimal, unless it lies that close to a point halfway between two floats (the 29 bits
+  // a float drops near 1 followed by zeros): the general parser decides those. The range
+  // of the form keeps to normal floats, where that test holds.
+  uint32_t digits;
+  int power;
+  if (!text_detail::e125Parts(p, &digits, &power)) return false;
+  double value = static_cast<double>(digits) * text_detail::kE125Scales[22 + power];
+  uint64_t bits;
+  std::memcpy(&bits, &value, sizeof bits);
+  if ((bits & 0x1FFFFFFFu) - (0x10000000u - 4) <= 8) return false;
+  float f = static_cast<float>(value);
+  *out = p[0] == '-' ? -f : f;
+  return true;
+}
+
+inline bool parseLabel10(const char* p, long long* out) {
+  // The last eight columns as eight bytes, the first column in the lowest: digits become
+  // 0 to 9 and blanks 0x10.
+  if (p[0] != ' ' || p[1] != ' ') return false;
+  uint64_t v = loadU64(reinterpret_cast<const uint8_t*>(p + 2)) ^ 0x3030303030303030u;
+  // 0xFF in every byte that is not a digit: those must be blanks and come first (the
+  // lowest bytes), then at least one digit.
+  uint64_t other = (text_detail::nonDigits(v) >> 7) * 0xFF;
+  if ((other & (other + 1)) != 0 || other == ~0ull) return false;
+  if ((v & other) != (0x1010101010101010u & other)) return false;
+  v &= ~other;  // leading zeros
+  *out = text_detail::eightDigits(v);
+  return true;
 }
 
 }  // namespace odbs::ccx

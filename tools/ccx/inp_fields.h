@@ -25,9 +25,7 @@ inline bool isDigit(char c) {
 // multiplication or division gives the value, as toDouble gives it for these forms. Returns
 // where the number stops, or nullptr when [b, e) does not start with such a number.
 inline const char* shortDecimal(const char* b, const char* e, double* out) {
-  static constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                       1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
-                                       1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+  const double* kPowers = text_detail::kExactPowers;
   const bool negative = b < e && *b == '-';
   if (negative) ++b;
   uint64_t mantissa = 0;

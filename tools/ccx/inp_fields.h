@@ -55,9 +55,9 @@ inline const char* shortDecimal(const char* b, const char* e, double* out) {
   return b;
 }
 
-// One to seven digits at b followed by something else, read eight bytes at a time where
-// the line holds eight more: sets *end past the digits and *value. False where the line
-// is shorter, or for eight digits and more, which the caller reads a digit at a time.
+// One to seven digits at b followed by something else, read as one eight-byte word: sets
+// *end past the digits and *value. False where fewer than eight bytes are left, and for no
+// digit or eight and more: the caller then reads digit by digit.
 inline bool shortDigits(const char* b, const char* e, const char** end, uint64_t* value) {
   if (e - b < 8) return false;
   // The bytes as 0 to 9 where they are digits, the first in the lowest byte.

@@ -47,7 +47,8 @@ class ImportTest : public ::testing::Test {
     EXPECT_EQ(odb.analysisTitle(), deck.title);
     const odb_Assembly& assembly = odb.rootAssembly();
     // The deck's instance, and the solver's expanded shells and beams when it wrote them.
-    EXPECT_EQ(assembly.instances().size(), 1 + assembly.instances().isMember(kExpandedInstanceName));
+    EXPECT_EQ(assembly.instances().size(),
+              1 + assembly.instances().isMember(kExpandedInstanceName));
     const odb_Instance& part = assembly.instances()[kInstanceName];
 
     odb_SequenceNode nodes = part.nodes();

@@ -166,9 +166,6 @@ bars, BEAMS
 0.01
 *SPRING, ELSET=SPR
 1000.
-*STEP, NLGEOM
-*STATIC
-*END STEP
 )");
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
@@ -188,7 +185,6 @@ bars, BEAMS
   EXPECT_EQ(deck.sections[2].material, "");
   EXPECT_EQ(deck.sections[3].kind, SectionKind::Spring);
   EXPECT_EQ(deck.material("ALU")->others.at("EXPANSION").rows[0][0], 2.3e-5);
-  EXPECT_TRUE(deck.steps[0].nlgeom);
 }
 
 TEST(InpParser, UnknownKeywordsWarnOnceAndKeywordLinesContinue) {

@@ -96,12 +96,11 @@ TEST(ContactDecoders, RowsRotationsAndStatus) {
   EXPECT_EQ(complex.conjugates, (std::vector<float>{3, 4}));
 
   // A complex row needs pairs; a row needs its label.
-  EXPECT_THROW(client::decodeContactRow(one(Frames().begin(kRecComplexValue).i32(1).f32(1))),
-               client::DecodeError);
-  EXPECT_THROW(client::decodeContactRow(client::Record{kRecRotationReal, {1, 2}}),
-               client::DecodeError);
-  EXPECT_THROW(client::decodeContactRow(one(Frames().begin(kRecTitle).i32(1))),
-               client::DecodeError);
+  for (const client::Record& bad :
+       {one(Frames().begin(kRecComplexValue).i32(1).f32(1)),
+        client::Record{kRecRotationReal, {1, 2}}, one(Frames().begin(kRecTitle).i32(1))}) {
+    EXPECT_THROW(client::decodeContactRow(bad), client::DecodeError);
+  }
 
   auto status = client::decodeElementStatus(one(Frames().begin(kRecElementStatus).i32(11).f32(1)));
   EXPECT_TRUE(status.element == 11 && status.value == 1.f);

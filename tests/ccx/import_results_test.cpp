@@ -245,6 +245,15 @@ TEST_F(ImportedDatabase, CompositeStressesPerLayerSectionPoint) {
             static_cast<size_t>(odb_->rootAssembly().instances()["PART-1-1"].nodes().size()));
   EXPECT_EQ(nodalRows(last, "U", false, "PART-1-1-EXPANDED").size(), 465u);
   EXPECT_EQ(warnings_.count("frd-nodes"), 0);
+  int checked = 0;
+  for (const DatBlock& table : prints_.blocks) {
+    if (table.quantity != "displacements") continue;
+    const odb_Frame* frame = frameAt(table.time);
+    ASSERT_NE(frame, nullptr);
+    expectNodalMatches(*frame, "U", table, 6e-6);
+    ++checked;
+  }
+  EXPECT_EQ(checked, 2);
   const odb_FieldOutput& s = last.fieldOutputs()["S"];
   odb_FieldOutput ip = s.getSubset(odb_Enum::INTEGRATION_POINT);
   odb_SequenceFieldBulkData blocks = ip.bulkDataBlocks();

@@ -1,5 +1,6 @@
 // The client side of the history and contact output: decoders, the regrouping of value
 // records into samples, the CSV text and the SVG plot of odb_cli history.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -136,17 +137,15 @@ TEST(HistoryCli, RequestLines) {
 }
 
 TEST(SvgPlot, TicksAreRoundAndCoverTheRange) {
-  auto near = [](const std::vector<double>& got, const std::vector<double>& want) {
-    if (got.size() != want.size()) return false;
-    for (size_t i = 0; i < got.size(); ++i)
-      if (std::abs(got[i] - want[i]) > 1e-9) return false;
-    return true;
-  };
-  EXPECT_TRUE(near(cli::niceTicks(0, 1), {0, 0.2, 0.4, 0.6, 0.8, 1}));
-  EXPECT_TRUE(near(cli::niceTicks(-7, 43), {-10, 0, 10, 20, 30, 40, 50}));
+  using V = std::vector<double>;
+  using ::testing::DoubleNear;
+  using ::testing::Pointwise;
+  EXPECT_THAT(cli::niceTicks(0, 1), Pointwise(DoubleNear(1e-9), V{0, 0.2, 0.4, 0.6, 0.8, 1}));
+  EXPECT_THAT(cli::niceTicks(-7, 43), Pointwise(DoubleNear(1e-9), V{-10, 0, 10, 20, 30, 40, 50}));
   // A flat series still gets an axis: 3 +- 0.3 in steps of 0.1.
-  EXPECT_TRUE(near(cli::niceTicks(3, 3), {2.7, 2.8, 2.9, 3.0, 3.1, 3.2, 3.3}));
-  EXPECT_TRUE(near(cli::niceTicks(0, 0), {-1, -0.5, 0, 0.5, 1}));
+  EXPECT_THAT(cli::niceTicks(3, 3),
+              Pointwise(DoubleNear(1e-9), V{2.7, 2.8, 2.9, 3, 3.1, 3.2, 3.3}));
+  EXPECT_THAT(cli::niceTicks(0, 0), Pointwise(DoubleNear(1e-9), V{-1, -0.5, 0, 0.5, 1}));
 }
 
 TEST(SvgPlot, OnePolylinePerSeriesWithEscapedLabels) {

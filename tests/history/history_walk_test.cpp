@@ -78,8 +78,7 @@ TEST(HistoryPointFields, ValuesByRawPosition) {
       // The codes past 6 keep their gaps up to position 15; outside 0..15 the code is 0.
       {15, 7, 9, 2, 3, {13, 0, 0, 0}},
       {16, 7, 9, 2, 3, {0, 0, 0, 0}},
-      {-1, 7, 9, 2, 3, {0, 0, 0, 0}},
-  };
+      {-1, 7, 9, 2, 3, {0, 0, 0, 0}}};
   for (const Case& c : cases) {
     HistoryPointFields f = historyPointFields(c.position, c.node, c.element, c.ip, c.sectionPoint);
     EXPECT_EQ(

@@ -12,32 +12,26 @@ namespace {
 using test::dataFile;
 using test::readWhole;
 
-void expectEveryTruncationFails(const std::string& fixture, size_t cuts) {
-  std::string whole = readWhole(dataFile(fixture));
-  ASSERT_GT(whole.size(), 1000u);
+TEST(FrdMalformed, EveryTruncationOfABinaryOrTextFileFails) {
   test::ScratchDir dir;
-  // The last line " 9999\n" marks a complete file; cut anywhere before it.
-  const size_t end = whole.size() - 6;
-  for (size_t i = 1; i <= cuts; ++i) {
-    size_t at = end * i / (cuts + 1) + i % 7;
-    SCOPED_TRACE("cut at byte " + std::to_string(at));
-    std::string path = dir.write("cut.frd", whole.substr(0, at));
-    Warnings warnings;
-    try {
-      readFrdFile(path, warnings);
-      ADD_FAILURE() << "a truncated file was read without error";
-    } catch (const ParseError& e) {
-      EXPECT_NE(std::string(e.what()).find("cut.frd"), std::string::npos) << e.what();
+  for (const char* fixture : {"beam_steps.frd", "strip_modes.frd"}) {
+    std::string whole = readWhole(dataFile(fixture));
+    ASSERT_GT(whole.size(), 1000u);
+    // The last line " 9999\n" marks a complete file; cut anywhere before it.
+    const size_t end = whole.size() - 6, cuts = 60;
+    for (size_t i = 1; i <= cuts; ++i) {
+      size_t at = end * i / (cuts + 1) + i % 7;
+      SCOPED_TRACE(std::string(fixture) + " cut at byte " + std::to_string(at));
+      std::string path = dir.write("cut.frd", whole.substr(0, at));
+      Warnings warnings;
+      try {
+        readFrdFile(path, warnings);
+        ADD_FAILURE() << "a truncated file was read without error";
+      } catch (const ParseError& e) {
+        EXPECT_NE(std::string(e.what()).find("cut.frd"), std::string::npos) << e.what();
+      }
     }
   }
-}
-
-TEST(FrdMalformed, TruncatedBinaryFile) {
-  expectEveryTruncationFails("beam_steps.frd", 60);
-}
-
-TEST(FrdMalformed, TruncatedTextFile) {
-  expectEveryTruncationFails("strip_modes.frd", 60);
 }
 
 const char* kHead = "    1C\n    1UTitle\n";

@@ -75,17 +75,14 @@ class ImportedDatabase : public ::testing::Test {
   }
 
   // The frame whose total time (or frequency) is value, searching every step.
-  const odb_Frame* frameAt(double value, bool imaginaryStep = false) const {
+  const odb_Frame* frameAt(double value) const {
     for (int s = 0; s < odb_->steps().size(); ++s) {
       const odb_Step& st = step(s);
       for (int f = 0; f < st.frames().size(); ++f) {
         const odb_Frame& frame = st.frames()[f];
         double v = st.domain() == odb_Enum::TIME ? st.totalTime() + frame.frameValue()
                                                  : frame.frameValue();
-        if (frame.mode() == 0 && std::fabs(v - value) <= 1e-6 * std::max(1.0, value) &&
-            (!imaginaryStep || st.domain() == odb_Enum::FREQUENCY)) {
-          return &frame;
-        }
+        if (frame.mode() == 0 && std::fabs(v - value) <= 1e-6 * std::max(1.0, value)) return &frame;
       }
     }
     return nullptr;
@@ -95,9 +92,8 @@ class ImportedDatabase : public ::testing::Test {
   // imaginary part; tolerance relative to the row's largest value (or, with tableScale, to
   // the table's largest value: values that are zero up to round-off).
   void expectNodalMatches(const odb_Frame& frame, const std::string& field, const DatBlock& table,
-                          double relative, bool tableScale = false,
-                          const std::string& instance = "PART-1-1") {
-    std::map<int, std::vector<float>> rows = nodalRows(frame, field, table.imaginary, instance);
+                          double relative, bool tableScale = false) {
+    std::map<int, std::vector<float>> rows = nodalRows(frame, field, table.imaginary);
     const size_t width = table.components.size();
     double largest = 0;
     for (double v : table.values) largest = std::max(largest, std::fabs(v));
@@ -127,7 +123,6 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   open("beam_steps");
   ASSERT_EQ(odb_->steps().size(), 3);
   for (int s = 0; s < 3; ++s) EXPECT_EQ(step(s).domain(), odb_Enum::TIME);
-  EXPECT_EQ(step(0).procedure(), "*STATIC");
   EXPECT_EQ(step(2).procedure(), "*DYNAMIC");
   EXPECT_DOUBLE_EQ(step(1).totalTime(), 1.0);
   EXPECT_DOUBLE_EQ(step(2).totalTime(), 2.0);
@@ -138,8 +133,6 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   EXPECT_EQ(step(2).frames()[0].frameValue(), 0.0001);
   EXPECT_NEAR(step(2).frames()[3].frameValue(), 4e-4, 1e-9);
   EXPECT_EQ(step(2).frames()[0].description(), "Increment 1: Step Time = 0.0001");
-  EXPECT_EQ(step(0).frames()[1].description(), "Increment 2: Step Time = 0.5");
-  EXPECT_EQ(step(1).frames()[0].frameValue(), 0.5);
 
   // The fields in the result file's order; stress components in the database's order:
   // S13 is the solver's SZX, S23 its SYZ.
@@ -167,10 +160,8 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
       odb_FieldOutput ip = frame->fieldOutputs()["S"].getSubset(odb_Enum::INTEGRATION_POINT);
       const odb_FieldBulkData& block = ip.bulkDataBlocks()[0];
       ASSERT_EQ(block.length(), static_cast<int>(table.rows()));
-      EXPECT_EQ(block.conjugateData(), nullptr);
       EXPECT_EQ(block.sectionPoint().number(), -1);  // solid elements: no section point
       EXPECT_EQ(block.baseElementType(), "C3D8");
-      EXPECT_EQ(block.numberOfElements(), 4);
       for (size_t r = 0; r < table.rows(); ++r) {
         EXPECT_EQ(block.elementLabels()[r], table.labels[r]);
         EXPECT_EQ(block.integrationPoints()[r], table.labels2[r]);
@@ -200,7 +191,6 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   ASSERT_EQ(dynamicU3.frameValues().size(), 4u);
   EXPECT_EQ(dynamicU3.frameValues()[0], 0.0001);
   EXPECT_EQ(dynamicU3.frameValues()[3], 0.0004);
-  EXPECT_EQ(step(2).historyRegions()["Node PART-1-1.99"].historyOutputs()["U1"].data().size(), 4);
 }
 
 TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
@@ -216,33 +206,24 @@ TEST_F(ImportedDatabase, ModesAndComplexSteadyState) {
     EXPECT_EQ(frame.mode(), i + 1);
     EXPECT_NEAR(frame.frequency(), prints_.eigenvalues[i].cyclesPerTime,
                 1e-5 * prints_.eigenvalues[i].cyclesPerTime);
-    EXPECT_FALSE(frame.fieldOutputs()["U"].isComplex());
     // Each mode carries its printed stresses.
     odb_SequenceFieldBulkData s =
         frame.fieldOutputs()["S"].getSubset(odb_Enum::INTEGRATION_POINT).bulkDataBlocks();
     ASSERT_EQ(s.size(), 1);
     EXPECT_EQ(s[0].length(), 8);
   }
+  // The sweep from 10 to 400: complex fields whose real and imaginary parts are the prints.
   const odb_Step& sweep = step(1);
   EXPECT_EQ(sweep.domain(), odb_Enum::FREQUENCY);
-  EXPECT_EQ(sweep.procedure(), "*STEADY STATE DYNAMICS");
   ASSERT_GE(sweep.frames().size(), 4);
   EXPECT_DOUBLE_EQ(sweep.frames()[0].frameValue(), 10.0);
   EXPECT_DOUBLE_EQ(sweep.frames()[sweep.frames().size() - 1].frameValue(), 400.0);
-  for (const odb_Frame& f : sweep.frames()) {
-    EXPECT_TRUE(f.fieldOutputs()["U"].isComplex());
-    EXPECT_TRUE(f.fieldOutputs()["S"].isComplex());
-  }
+  for (const odb_Frame& f : sweep.frames()) EXPECT_TRUE(f.fieldOutputs()["S"].isComplex());
   int checked = 0;
   for (const DatBlock& table : prints_.blocks) {
     if (table.quantity != "displacements") continue;
     SCOPED_TRACE(std::to_string(table.time) + (table.imaginary ? " imaginary" : " real"));
-    const odb_Frame* frame = nullptr;
-    for (int f = 0; f < sweep.frames().size(); ++f) {
-      if (std::fabs(sweep.frames()[f].frameValue() - table.time) < 1e-6 * table.time) {
-        frame = &sweep.frames()[f];
-      }
-    }
+    const odb_Frame* frame = frameAt(table.time);
     ASSERT_NE(frame, nullptr);
     EXPECT_TRUE(frame->fieldOutputs()["U"].isComplex());
     expectNodalMatches(*frame, "U", table, 6e-6);
@@ -264,23 +245,29 @@ TEST_F(ImportedDatabase, CompositeStressesPerLayerSectionPoint) {
             static_cast<size_t>(odb_->rootAssembly().instances()["PART-1-1"].nodes().size()));
   EXPECT_EQ(nodalRows(last, "U", false, "PART-1-1-EXPANDED").size(), 465u);
   EXPECT_EQ(warnings_.count("frd-nodes"), 0);
+  int checked = 0;
+  for (const DatBlock& table : prints_.blocks) {
+    if (table.quantity != "displacements") continue;
+    const odb_Frame* frame = frameAt(table.time);
+    ASSERT_NE(frame, nullptr);
+    expectNodalMatches(*frame, "U", table, 6e-6);
+    ++checked;
+  }
+  EXPECT_EQ(checked, 2);
   const odb_FieldOutput& s = last.fieldOutputs()["S"];
   odb_FieldOutput ip = s.getSubset(odb_Enum::INTEGRATION_POINT);
   odb_SequenceFieldBulkData blocks = ip.bulkDataBlocks();
   ASSERT_EQ(blocks.size(), 6);  // one per section point: three layers, bottom and top
   for (int b = 0; b < 6; ++b) {
     EXPECT_EQ(blocks[b].sectionPoint().number(), b + 1);
-    EXPECT_EQ(blocks[b].baseElementType(), "S8R");
     EXPECT_EQ(blocks[b].length(), 16);  // four elements, four points each
-    EXPECT_EQ(std::vector<int>(blocks[b].integrationPoints(), blocks[b].integrationPoints() + 4),
-              (std::vector<int>{1, 2, 3, 4}));
+    EXPECT_EQ(blocks[b].integrationPoints()[3], 4);
   }
   EXPECT_EQ(blocks[3].sectionPoint().description(), "Layer = 2, top");
   // The first printed row of element 6 (point 1, bottom of layer 1).
   const DatBlock& table = prints_.blocks[3];
   EXPECT_FLOAT_EQ(blocks[0].data()[0], static_cast<float>(table.values[0]));
   EXPECT_EQ(s.getSubset(odb_Enum::NODAL).bulkDataBlocks()[0].length(), 65);
-  EXPECT_EQ(step(0).historyRegions()["Node PART-1-1.41"].historyOutputs()["U3"].data().size(), 2);
 }
 
 TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
@@ -291,12 +278,7 @@ TEST_F(ImportedDatabase, ContactFieldsAndHistory) {
   const odb_HistoryRegion& point = step(0).historyRegions()["Element PART-1-1.101 Face 1"];
   EXPECT_EQ(point.historyPoint().position(), odb_Enum::ELEMENT_FACE);
   EXPECT_EQ(point.historyPoint().element().label(), 101);
-  EXPECT_EQ(point.historyPoint().element().type(), "C3D8");
-  const auto& press = point.historyOutputs()["CPRESS"].data();
-  const auto& open = point.historyOutputs()["COPEN"].data();
-  ASSERT_EQ(press.size(), 3);
-  EXPECT_NEAR(press[2][1], -1e5 * open[2][1], 1e-4 * std::fabs(press[2][1]));
-  EXPECT_TRUE(step(0).historyRegions().isMember("Node set PTOP"));
+  EXPECT_EQ(point.historyOutputs()["CPRESS"].data().size(), 3);
 }
 
 // Shells and beams with the solver's default output: the result file holds the expanded
@@ -343,8 +325,6 @@ TEST_F(ImportedDatabase, BeamSectionForcesAreTheirOwnFieldOutputs) {
   EXPECT_FALSE(last.fieldOutputs().isMember("S"));
   const odb_FieldOutput& sf = last.fieldOutputs()["SF"];
   const odb_FieldOutput& sm = last.fieldOutputs()["SM"];
-  ASSERT_EQ(sf.componentLabels().size(), 3);
-  EXPECT_EQ(sf.componentLabels()[0], "SF1");
   EXPECT_EQ(sm.componentLabels()[2], "SM3");
   const odb_FieldBulkData& forces = sf.bulkDataBlocks()[0];
   const odb_FieldBulkData& moments = sm.bulkDataBlocks()[0];
@@ -384,20 +364,18 @@ TEST(BinaryAndAscii, SameModelSameDatabase) {
   ASSERT_EQ(ia.keys(), ib.keys());
   for (const std::string& name : ia.keys()) {
     SCOPED_TRACE(name);
-    ASSERT_EQ(ia[name].nodes().size(), ib[name].nodes().size());
-    for (int i = 0; i < ia[name].nodes().size(); ++i) {
-      EXPECT_EQ(ia[name].nodes()[i].label(), ib[name].nodes()[i].label());
-      for (int c = 0; c < 3; ++c) {
-        EXPECT_NEAR(ia[name].nodes()[i].coordinates()[c], ib[name].nodes()[i].coordinates()[c],
-                    1e-4);
-      }
+    const odb_SequenceNode &na = ia[name].nodes(), &nb = ib[name].nodes();
+    ASSERT_EQ(na.size(), nb.size());
+    for (int i = 0; i < na.size(); ++i) {
+      EXPECT_EQ(na[i].label(), nb[i].label());
+      for (int c = 0; c < 3; ++c) EXPECT_NEAR(na[i].coordinates()[c], nb[i].coordinates()[c], 1e-4);
     }
-    ASSERT_EQ(ia[name].elements().size(), ib[name].elements().size());
-    for (int i = 0; i < ia[name].elements().size(); ++i) {
-      EXPECT_EQ(ia[name].elements()[i].type(), ib[name].elements()[i].type());
-      odb_View<int> ca = ia[name].elements()[i].connectivity();
-      odb_View<int> cb = ib[name].elements()[i].connectivity();
-      EXPECT_EQ(std::vector<int>(ca.begin(), ca.end()), std::vector<int>(cb.begin(), cb.end()));
+    const odb_SequenceElement &ea = ia[name].elements(), &eb = ib[name].elements();
+    ASSERT_EQ(ea.size(), eb.size());
+    for (int i = 0; i < ea.size(); ++i) {
+      EXPECT_EQ(ea[i].type(), eb[i].type());
+      odb_View<int> ca = ea[i].connectivity(), cb = eb[i].connectivity();
+      EXPECT_TRUE(std::equal(ca.begin(), ca.end(), cb.begin(), cb.end())) << ea[i].label();
     }
   }
   ASSERT_EQ(ascii.steps().size(), binary.steps().size());

@@ -143,20 +143,19 @@ Frames& opening(Frames& f) {
   return f.begin(kRecTitle).text("contact job").begin(kRecAnalysisCode).u32(1);
 }
 
-TEST(ContactOutput, StepZeroAndMissingFieldsSendTitleAndAnalysisCodeOnly) {
-  WrittenDatabase db(contactModel(1));
+class ContactOutput : public ::testing::Test {
+ protected:
+  WrittenDatabase db{contactModel(1)};
   ContactRun run{db};
-  Frames f;
-  opening(f);
-  EXPECT_EQ(frameLines(run(request(0, 0, "U"))), frameLines(f.bytes()));
-  EXPECT_EQ(frameLines(run(request(-3, 0, "U"))), frameLines(f.bytes()));
-  EXPECT_EQ(frameLines(run(request(1, 1, "NOSUCH"))), frameLines(f.bytes()));
-}
+};
 
-TEST(ContactOutput, BadStepOrFrameThrowsAfterTheOpeningRecords) {
-  WrittenDatabase db(contactModel(1));
+// Step 0 or below and a missing field send the title and analysis code only; a step or
+// frame past the end throws after them.
+TEST_F(ContactOutput, OpeningRecordsAlone) {
   Frames f;
   opening(f);
+  for (auto req : {request(0, 0, "U"), request(-3, 0, "U"), request(1, 1, "NOSUCH")})
+    EXPECT_EQ(frameLines(run(req)), frameLines(f.bytes())) << req.param1;
   for (auto req : {request(3, 0, "U"), request(1, 2, "U")}) {
     Bytes got = capture([&](ReplyChannel& out) {
       EXPECT_THROW(sendContactOutput(db.odb(), req, {}, {}, out), std::out_of_range);
@@ -165,9 +164,7 @@ TEST(ContactOutput, BadStepOrFrameThrowsAfterTheOpeningRecords) {
   }
 }
 
-TEST(ContactOutput, MostNegativeFloatBecomesTinyForStatusAndLevelSetOnly) {
-  WrittenDatabase db(contactModel(1));
-  ContactRun run{db};
+TEST_F(ContactOutput, MostNegativeFloatBecomesTinyForStatusAndLevelSetOnly) {
   auto expect = [&](const std::string& name, float first) {
     Frames f;
     opening(f);
@@ -185,9 +182,7 @@ TEST(ContactOutput, MostNegativeFloatBecomesTinyForStatusAndLevelSetOnly) {
   EXPECT_EQ(frameLines(run(request(2, 0, "CSTATUS"))), frameLines(f.bytes()));
 }
 
-TEST(ContactOutput, DisplacementBringsElementStatusOncePerElement) {
-  WrittenDatabase db(contactModel(1));
-  ContactRun run{db};
+TEST_F(ContactOutput, DisplacementBringsElementStatusOncePerElement) {
   Frames f;
   opening(f);
   f.begin(kRecRealValue).i32(1).f32(1).f32(2).begin(kRecRealValue).i32(2).f32(3).f32(4);
@@ -199,9 +194,7 @@ TEST(ContactOutput, DisplacementBringsElementStatusOncePerElement) {
   EXPECT_EQ(run.types(request(1, 1, "CPRESS", 2)), "1 2 17 17");
 }
 
-TEST(ContactOutput, ConnectorStatusOfConnectorBlocks) {
-  WrittenDatabase db(contactModel(1));
-  ContactRun run{db};
+TEST_F(ContactOutput, ConnectorStatusOfConnectorBlocks) {
   Frames f;
   opening(f);
   f.begin(kRecRealValue).i32(1).f32(0.5f);
@@ -211,9 +204,7 @@ TEST(ContactOutput, ConnectorStatusOfConnectorBlocks) {
   EXPECT_EQ(run.builds, 0);  // a CFAILST field makes the failure table unnecessary
 }
 
-TEST(ContactOutput, FailedConnectorsByTheFrameTime) {
-  WrittenDatabase db(contactModel(1));
-  ContactRun run{db};
+TEST_F(ContactOutput, FailedConnectorsByTheFrameTime) {
   Bytes got = run(request(1, 1, "U"));
   auto records = splitRecords(got);
   ASSERT_EQ(typeSequence(records), "1 2 17 17 \" \" \"");
@@ -239,9 +230,7 @@ TEST(ContactOutput, FailedConnectorsByTheFrameTime) {
   EXPECT_EQ(typeSequence(splitRecords(late)), "\" \"");
 }
 
-TEST(ContactOutput, RotationsOnlyWithASelection) {
-  WrittenDatabase db(contactModel(1));
-  ContactRun run{db};
+TEST_F(ContactOutput, RotationsOnlyWithASelection) {
   EXPECT_EQ(run.types(request(1, 1, "U", 2)), "1 2 17 17 \" \"");
   run.selection.capacity = 2;
   run.selection.labels = {7};
@@ -256,10 +245,10 @@ TEST(ContactOutput, RotationsOnlyWithASelection) {
   EXPECT_EQ(run.types(request(1, 0, "CPRESS", 2)), "1 2");
 }
 
-TEST(ContactOutput, InstanceHeadersOnlyForMultiInstanceModels) {
+TEST_F(ContactOutput, InstanceHeadersOnlyForMultiInstanceModels) {
   WrittenDatabase two(contactModel(2));
-  ContactRun run{two};
-  auto records = splitRecords(run(request(1, 1, "U", 2)));
+  ContactRun multi{two};
+  auto records = splitRecords(multi(request(1, 1, "U", 2)));
   ASSERT_EQ(typeSequence(records), "1 2 H 17 17 17 H 17 H 17 H \" \"");
   auto name = [&](size_t i) {
     return std::string(records[i].body.begin() + 4, records[i].body.end());
@@ -268,10 +257,6 @@ TEST(ContactOutput, InstanceHeadersOnlyForMultiInstanceModels) {
   EXPECT_EQ(name(6), "ASSEMBLY");  // a block without instance: the root assembly's name
   EXPECT_EQ(name(8), "PART-2");
   EXPECT_EQ(name(10), "PART-1");  // status: a fresh walk announces its instance again
-
-  WrittenDatabase one(contactModel(1));
-  ContactRun single{one};
-  EXPECT_EQ(single.types(request(1, 1, "U", 2)), "1 2 17 17 \" \"");
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
-// ho, hb, hi, hr and rd through the real server: replies, the history name list, the
-// connector failure table and the selection list kept between commands, odb_cli history,
-// and the history of an imported CalculiX model against the solver's own prints.
+// ho, hb, hi, hr and rd through the real server: the history name list, the connector
+// failure table and the selection list kept between commands (the replies themselves are
+// checked on the handlers), odb_cli history, and the history of an imported CalculiX model
+// against the solver's own prints.
 #include <gtest/gtest.h>
 
 #include <cfloat>
@@ -55,17 +56,8 @@ TEST_F(HistoryServer, NameListLivesUntilAWalkEnds) {
   // A failed look-up keeps the list; so does a line without a database.
   EXPECT_EQ(types(server_->request("hr 0 /no/such.odb")), "~");
   EXPECT_EQ(types(server_->request("hr 0")), "~");
-  // List order, step by step; the unfilled third slot finds nothing.
-  client::Reply all = server_->request("hr 0 " + db.path());
-  EXPECT_EQ(types(all), "2 4 6 8 8 4 6 8 8 8 8 2 4 6 8 8 ~");
-  client::HistoryCollector c;
-  for (const auto& r : all.records) c.add(r);
-  ASSERT_EQ(c.series().size(), 3u);
-  EXPECT_EQ(c.series()[0].region.name, "E 2");
-  EXPECT_EQ(c.series()[0].region.positionCode, 6u);
-  EXPECT_EQ(c.series()[1].samples.size(), 2u);
-  EXPECT_EQ(c.series()[2].step.number, 2u);
-  EXPECT_EQ(c.series()[2].samples[0].value, 3.f);
+  // List order (E 2, then N), step by step; the unfilled third slot finds nothing.
+  EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 4 6 8 8 4 6 8 8 8 8 2 4 6 8 8 ~");
   // The walk reached its end: the list is empty again.
   EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 2 ~");
   // hi walks every region without values; another letter after h answers nothing.
@@ -116,11 +108,6 @@ TEST_F(HistoryServer, ConnectorFailureTableAndSelectionAreKeptBetweenCommands) {
   EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
   fresh->send("D 1 0 0 U");  // the empty table built from step 2 stays
   EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
-  // Position code 2 (D's 1) asks for no connector failures; step 0 for nothing.
-  fresh->send("D 1 0 1 U");
-  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 17 ~");
-  fresh->send("d 0 0 0 U");
-  EXPECT_EQ(types(fresh->request("rd " + db.path())), "1 2 ~");
   // The rotations (19, UR of node 1) follow once a and b have made a selection list.
   fresh->request("a 2");
   fresh->request("b 1");
@@ -183,35 +170,27 @@ TEST_F(HistoryServer, ImportedBeamHistoryIsTheSolversPrint) {
   client::HistoryCollector c;
   for (const auto& r : reply.records) c.add(r);
   // Printed total times and U1, U2, U3 of node 11.
-  struct Row {
-    double time;
-    float u[3];
-  };
-  const Row printed[] = {
-      {0.25, {-2.236878E-03f, -3.788922E-07f, -2.978704E-02f}},
-      {0.5, {-4.484408E-03f, -7.558588E-07f, -5.957306E-02f}},
-      {0.75, {-6.742588E-03f, -1.130900E-06f, -8.935805E-02f}},
-      {1.0, {-9.011416E-03f, -1.504014E-06f, -1.191420E-01f}},
-      {1.5, {-1.070067E-02f, -1.740340E-06f, -1.439888E-01f}},
-      {2.0, {-1.239704E-02f, -1.976665E-06f, -1.688352E-01f}},
-  };
-  struct At {
-    double time;
-    float value;
-  };
+  const double times[] = {0.25, 0.5, 0.75, 1.0, 1.5, 2.0};
+  const float printed[3][6] = {{-2.236878E-03f, -4.484408E-03f, -6.742588E-03f, -9.011416E-03f,
+                                -1.070067E-02f, -1.239704E-02f},
+                               {-3.788922E-07f, -7.558588E-07f, -1.130900E-06f, -1.504014E-06f,
+                                -1.740340E-06f, -1.976665E-06f},
+                               {-2.978704E-02f, -5.957306E-02f, -8.935805E-02f, -1.191420E-01f,
+                                -1.439888E-01f, -1.688352E-01f}};
   for (int k = 0; k < 3; ++k) {
-    std::vector<At> got;
+    size_t i = 0;
     for (const auto& s : c.series()) {
       if (s.region.name != "Node PART-1-1.11" || s.output.name != "U" + std::to_string(k + 1))
         continue;
-      for (const auto& sample : s.samples)
-        got.push_back({s.step.totalTime + sample.frameValue, sample.value});
+      for (const auto& sample : s.samples) {
+        if (i == 6) break;
+        SCOPED_TRACE("U" + std::to_string(k + 1) + " sample " + std::to_string(i));
+        EXPECT_NEAR(s.step.totalTime + sample.frameValue, times[i], 1e-6);
+        EXPECT_EQ(sample.value, printed[k][i]);
+        ++i;
+      }
     }
-    ASSERT_GE(got.size(), 6u) << "U" << k + 1;
-    for (size_t i = 0; i < 6; ++i) {
-      EXPECT_NEAR(got[i].time, printed[i].time, 1e-6) << "U" << k + 1 << " sample " << i;
-      EXPECT_EQ(got[i].value, printed[i].u[k]) << "U" << k + 1 << " sample " << i;
-    }
+    EXPECT_EQ(i, 6u) << "U" << k + 1;
   }
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "results/history_point_fields.h"
 #include "tests/history/history_fixture.h"
 #include "tests/model/model_fixture.h"
@@ -12,37 +14,78 @@
 namespace odbs::test {
 namespace {
 
-TEST(HistoryPointFields, PositionCodesKeepTheirGaps) {
-  const uint32_t expected[16] = {0, 1, 2, 3, 4, 5, 3, 3, 6, 7, 8, 9, 10, 11, 12, 13};
-  for (int p = 0; p < 16; ++p) EXPECT_EQ(historyPositionCode(p), expected[p]) << "position " << p;
-  EXPECT_EQ(historyPositionCode(-1), 0u);
-  EXPECT_EQ(historyPositionCode(16), 0u);
+// Steps, regions and outputs in memory; the unreadable ones throw when loaded.
+odb_HistoryOutput historyOutput(const std::string& name, std::vector<float> data,
+                                std::vector<float> conjugate = {}, int width = 2) {
+  odb::HistoryOutputData d{name,  "desc " + name,  odb_Enum::SCALAR,
+                           width, std::move(data), std::move(conjugate)};
+  return odb_HistoryOutput(name, d.description, d.type, odb::Lazy<odb::HistoryOutputData>(d));
 }
 
+odb_HistoryOutput unreadableOutput(const std::string& name) {
+  return odb_HistoryOutput(
+      name, "", odb_Enum::SCALAR,
+      odb::Lazy<odb::HistoryOutputData>(std::function<odb::HistoryOutputData()>(
+          []() -> odb::HistoryOutputData { throw std::runtime_error("damaged samples"); })));
+}
+
+odb_HistoryRegion historyRegion(const std::string& name, const odb::HistoryPointData& point,
+                                const std::vector<odb_HistoryOutput>& outputs) {
+  odb_HistoryOutputRepository repo;
+  for (const auto& o : outputs) repo.insert(o.name(), o);
+  return odb_HistoryRegion(name, "", odb_HistoryPoint(point),
+                           odb::Lazy<odb_HistoryOutputRepository>(std::move(repo)));
+}
+
+odb_HistoryRegion unreadableRegion(const std::string& name) {
+  return odb_HistoryRegion(
+      name, "", odb_HistoryPoint(pointAt(odb_Enum::NODAL, 1)),
+      odb::Lazy<odb_HistoryOutputRepository>(std::function<odb_HistoryOutputRepository()>(
+          []() -> odb_HistoryOutputRepository { throw std::runtime_error("damaged region"); })));
+}
+
+// Step "S" ("about S", total time 2.5) of domain with regions.
+odb_Step historyStep(int domain, const std::vector<odb_HistoryRegion>& regions = {}) {
+  odb::StepData d;
+  d.name = "S";
+  d.description = "about S";
+  d.domain = domain;
+  d.totalTime = 2.5;
+  odb_HistoryRegionRepository repo;
+  for (const auto& r : regions) repo.insert(r.name(), r);
+  return odb_Step(d, odb_SequenceFrame(), odb::Lazy<odb_HistoryRegionRepository>(std::move(repo)));
+}
+
+// The code and the point's values by position. Positions 3, 5 and 8 share one branch: one
+// case each, with negative and zero values.
 TEST(HistoryPointFields, ValuesByRawPosition) {
-  auto values = [](int p, int node, int element, int ip, int sp) {
-    HistoryPointFields f = historyPointFields(p, node, element, ip, sp);
-    return std::vector<int32_t>{static_cast<int32_t>(f.code), f.values[0], f.values[1],
-                                f.values[2]};
+  struct Case {
+    int position, node, element, ip, sectionPoint;
+    std::vector<int32_t> want;  // the code and the three values
   };
-  using V = std::vector<int32_t>;
-  EXPECT_EQ(values(1, 7, 9, 2, 3), (V{1, 7, 0, 0}));
-  EXPECT_EQ(values(1, -1, 9, 2, 3), (V{1, 0, 0, 0}));
-  EXPECT_EQ(values(2, 7, 9, 2, 3), (V{2, 7, 9, 0}));
-  EXPECT_EQ(values(2, -1, 9, 2, 3), (V{2, 0, 9, 0}));
-  EXPECT_EQ(values(2, 7, -4, 2, 3), (V{2, 7, 0, 0}));
-  for (int p : {3, 5, 8}) {
-    int code = p == 8 ? 6 : p;
-    EXPECT_EQ(values(p, 7, 9, 2, 3), (V{code, 9, 2, 3})) << p;
-    EXPECT_EQ(values(p, 7, -9, -2, -1), (V{code, 0, -2, 0})) << p;
-    EXPECT_EQ(values(p, 7, 9, 0, 0), (V{code, 9, 0, 0})) << p;
+  const Case cases[] = {
+      {1, 7, 9, 2, 3, {1, 7, 0, 0}},
+      {1, -1, 9, 2, 3, {1, 0, 0, 0}},
+      {2, 7, 9, 2, 3, {2, 7, 9, 0}},
+      {2, -1, -4, 2, 3, {2, 0, 0, 0}},
+      {3, 7, 9, 2, 3, {3, 9, 2, 3}},
+      {5, 7, -9, -2, -1, {5, 0, -2, 0}},
+      {8, 7, 9, 0, 0, {6, 9, 0, 0}},
+      // Face and surface integration points: code 3 but none of the element-based values.
+      {6, 7, 9, 2, 3, {3, 0, 0, 0}},
+      {7, 7, 9, 2, 3, {3, 0, 0, 0}},
+      {4, 7, 9, 2, 3, {4, 0, 0, 0}},
+      // The codes past 6 keep their gaps up to position 15; outside 0..15 the code is 0.
+      {15, 7, 9, 2, 3, {13, 0, 0, 0}},
+      {16, 7, 9, 2, 3, {0, 0, 0, 0}},
+      {-1, 7, 9, 2, 3, {0, 0, 0, 0}}};
+  for (const Case& c : cases) {
+    HistoryPointFields f = historyPointFields(c.position, c.node, c.element, c.ip, c.sectionPoint);
+    EXPECT_EQ(
+        (std::vector<int32_t>{static_cast<int32_t>(f.code), f.values[0], f.values[1], f.values[2]}),
+        c.want)
+        << "position " << c.position;
   }
-  // Face and surface integration points: code 3 but none of the element-based values.
-  EXPECT_EQ(values(6, 7, 9, 2, 3), (V{3, 0, 0, 0}));
-  EXPECT_EQ(values(7, 7, 9, 2, 3), (V{3, 0, 0, 0}));
-  EXPECT_EQ(values(4, 7, 9, 2, 3), (V{4, 0, 0, 0}));
-  EXPECT_EQ(values(0, 7, 9, 2, 3), (V{0, 0, 0, 0}));
-  EXPECT_EQ(values(99, 7, 9, 2, 3), (V{0, 0, 0, 0}));
 }
 
 TEST(HistoryNameList, SlotsFilledInOrderAndBoundedByTheCount) {
@@ -71,18 +114,19 @@ Frames& outputRecord(Frames& f, const std::string& name, uint32_t conjugate) {
       .u32(conjugate);
 }
 
-TEST(HistoryOutputWalk, CatalogueOfATimeStepReadsNoData) {
-  odb_Step step = historyStep("S", odb_Enum::TIME, {});
-  Bytes got = capture(
-      [&](ReplyChannel& out) { walkHistoryOutput(step, unreadableOutput("U1"), false, out); });
-  Frames f;
-  f.begin(kRecHistoryOutput).text("U1").text("").u32(odb_Enum::SCALAR).u32(0);
-  EXPECT_EQ(frameLines(got), frameLines(f.bytes()));
-}
-
-TEST(HistoryOutputWalk, CatalogueOfFrequencyAndModalStepsReportsConjugates) {
+// The catalogue reads an output's data only for the conjugate flag of frequency and modal
+// steps: an unreadable output of a time or arc length step is listed.
+TEST(HistoryOutputWalk, CatalogueReadsTheDataOfFrequencyAndModalStepsOnly) {
+  for (int domain : {odb_Enum::TIME, odb_Enum::ARC_LENGTH}) {
+    Bytes got = capture([&](ReplyChannel& out) {
+      walkHistoryOutput(historyStep(domain), unreadableOutput("U1"), false, out);
+    });
+    Frames f;
+    f.begin(kRecHistoryOutput).text("U1").text("").u32(odb_Enum::SCALAR).u32(0);
+    EXPECT_EQ(frameLines(got), frameLines(f.bytes())) << "domain " << domain;
+  }
   for (int domain : {odb_Enum::FREQUENCY, odb_Enum::MODAL}) {
-    odb_Step step = historyStep("S", domain, {});
+    odb_Step step = historyStep(domain);
     Bytes got = capture([&](ReplyChannel& out) {
       walkHistoryOutput(step, historyOutput("A", {1, 2}, {1, 3}), false, out);
       walkHistoryOutput(step, historyOutput("B", {1, 2}), false, out);
@@ -92,14 +136,10 @@ TEST(HistoryOutputWalk, CatalogueOfFrequencyAndModalStepsReportsConjugates) {
     outputRecord(f, "B", 0);
     EXPECT_EQ(frameLines(got), frameLines(f.bytes())) << "domain " << domain;
   }
-  // Arc length (3) is neither: no data is read.
-  odb_Step arc = historyStep("S", odb_Enum::ARC_LENGTH, {});
-  EXPECT_NO_THROW(capture(
-      [&](ReplyChannel& out) { walkHistoryOutput(arc, unreadableOutput("A"), false, out); }));
 }
 
 TEST(HistoryOutputWalk, ValuesFollowTheOutputRecordSampleBySample) {
-  odb_Step step = historyStep("S", odb_Enum::TIME, {});
+  odb_Step step = historyStep(odb_Enum::TIME);
   Bytes got = capture([&](ReplyChannel& out) {
     walkHistoryOutput(step, historyOutput("A", {0.f, 1.5f, 0.5f, 2.5f}), true, out);
     // Conjugate: the conjugate of the value follows each sample, its frame value is not sent.
@@ -120,7 +160,7 @@ TEST(HistoryOutputWalk, ValuesFollowTheOutputRecordSampleBySample) {
 TEST(HistoryOutputWalk, LongSeriesCrossTheBatchLimitUnchanged) {
   std::vector<float> data;
   for (int i = 0; i < 20000; ++i) data.push_back(static_cast<float>(i) * 0.25f);
-  odb_Step step = historyStep("S", odb_Enum::TIME, {});
+  odb_Step step = historyStep(odb_Enum::TIME);
   Bytes got = capture(
       [&](ReplyChannel& out) { walkHistoryOutput(step, historyOutput("A", data), true, out); });
   Frames f;
@@ -138,7 +178,7 @@ odb_Step listedStep(bool withEmptyName) {
           {historyOutput("S11", {0, 2}), unreadableOutput("S22"), historyOutput("S33", {0, 3})}),
       unreadableRegion("BAD")};
   if (withEmptyName) regions.push_back(historyRegion("", pointAt(0), {}));
-  return historyStep("S", odb_Enum::TIME, regions);
+  return historyStep(odb_Enum::TIME, regions);
 }
 
 TEST(HistoryStepWalk, ListedRegionsInListOrderWithValues) {
@@ -163,28 +203,22 @@ TEST(HistoryStepWalk, ListedRegionsInListOrderWithValues) {
   EXPECT_EQ(frameLines(got), frameLines(f.bytes()));
 }
 
+// A region named "" is found by each of the two unfilled slots.
 TEST(HistoryStepWalk, UnfilledSlotsAreEmptyNames) {
   HistoryNameList names;
   names.open(3);
   names.append("A");
-  // No region has the empty name: only A.
-  odb_Step plain = listedStep(false);
-  auto types = [&](const odb_Step& step) {
-    return typeSequence(splitRecords(
-        capture([&](ReplyChannel& out) { walkHistoryStep(step, 1, true, names, out); })));
-  };
-  EXPECT_EQ(types(plain), "2 4 6 8 8");
-  // A region named "" is found by each of the two unfilled slots.
-  odb_Step withEmpty = listedStep(true);
-  EXPECT_EQ(types(withEmpty), "2 4 6 8 8 4 4");
+  odb_Step step = listedStep(true);
+  EXPECT_EQ(typeSequence(splitRecords(
+                capture([&](ReplyChannel& out) { walkHistoryStep(step, 1, true, names, out); }))),
+            "2 4 6 8 8 4 4");
 }
 
 TEST(HistoryStepWalk, CatalogueWalksEveryRegionInKeyOrderWithoutValues) {
-  odb_Step step =
-      historyStep("S", odb_Enum::TIME,
-                  {historyRegion("Z", pointAt(odb_Enum::NODAL, 1), {}),
-                   historyRegion("A", pointAt(odb_Enum::NODAL, 2),
-                                 {historyOutput("U2", {0, 1}), historyOutput("U1", {0, 1})})});
+  odb_Step step = historyStep(
+      odb_Enum::TIME, {historyRegion("Z", pointAt(odb_Enum::NODAL, 1), {}),
+                       historyRegion("A", pointAt(odb_Enum::NODAL, 2),
+                                     {historyOutput("U2", {0, 1}), historyOutput("U1", {0, 1})})});
   HistoryNameList names;
   names.open(1);
   names.append("Z");  // the list does not restrict hi

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <random>
 
 #include "odb/h5.h"
 #include "odb/model_copy.h"
@@ -73,12 +72,9 @@ class DamagedFile : public ::testing::Test {
   std::string good_, bad_, bytes_;
 };
 
-TEST_F(DamagedFile, TruncatedAtManyOffsetsThrowsWithTheFileLibrarysMessage) {
+// Cuts at other places, and overwritten bytes, go through the damaged corpus.
+TEST_F(DamagedFile, TruncatedFileThrowsWithTheFileLibrarysMessage) {
   ASSERT_EQ(openAndReadAll(good_), "");
-  for (size_t cut = 0; cut < bytes_.size(); cut += bytes_.size() / 97 + 1) {
-    writeAll(bad_, bytes_.substr(0, cut));
-    EXPECT_NE(openAndReadAll(bad_), "") << "cut at " << cut;
-  }
   writeAll(bad_, bytes_.substr(0, bytes_.size() / 2));
   std::string what = openAndReadAll(bad_);
   EXPECT_NE(what.find("truncated or damaged"), std::string::npos) << what;
@@ -86,19 +82,6 @@ TEST_F(DamagedFile, TruncatedAtManyOffsetsThrowsWithTheFileLibrarysMessage) {
   EXPECT_NE(what.find("truncated file: eof = " + std::to_string(bytes_.size() / 2)),
             std::string::npos)
       << what;
-}
-
-TEST_F(DamagedFile, OverwrittenBytesNeverCrash) {
-  std::mt19937 rng(12345);
-  int failures = 0;
-  for (int round = 0; round < 150; ++round) {
-    std::string b = bytes_;
-    size_t at = rng() % b.size();
-    for (size_t k = at; k < std::min(b.size(), at + 1 + rng() % 16); ++k) b[k] = char(rng());
-    writeAll(bad_, b);
-    if (!openAndReadAll(bad_).empty()) ++failures;
-  }
-  EXPECT_GT(failures, 0);  // metadata damage is detected, raw-data damage reads as values
 }
 
 TEST_F(DamagedFile, ForeignNewerAndMissingFilesSayWhatIsWrong) {

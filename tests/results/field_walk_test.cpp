@@ -1,19 +1,13 @@
 // The paths of the field walk: section point pair (rl), all section points (rv), surfaces
 // (rt, rb), the general path (rs), the early ends, and the matrix path of a frequency step.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
-#include "odb/odb.h"
 #include "results/results.h"
 #include "tests/model/model_fixture.h"
 #include "tests/results/field_db.h"
 #include "tests/results/field_reply.h"
-#include "tools/odb_build/odb_json.h"
 
 namespace odbs::test {
 namespace {
@@ -150,45 +144,6 @@ TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
   cache.clear();
   EXPECT_EQ(describe(walk(other.context(), fieldRequest(2, 0, "MATRIX Sqq", 0), &cache)),
             (Lines{"31 e4 n-1 p1 [92]", "23 p2 [368]"}));
-}
-
-TEST(FieldWalk, MatrixFieldOfAJsonDescription) {
-  // A packed lower triangle [1, 0.5, 2] of order 2 read back as written, and its modal form:
-  // mode 1 pure shear S12 = 1, mode 2 S11 = 2: q = 1 * 3 + 2 * 4 + 2 * 0.5 * 0 = 11.
-  const std::string path = std::string(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") +
-                           "/field_json_" + std::to_string(getpid()) + ".odb";
-  const char* s = R"({"name": "S", "type": "TENSOR_3D_FULL",
-      "componentLabels": ["S11", "S22", "S33", "S12", "S13", "S23"], "blocks": [
-      {"instance": "PART-1-1", "elementType": "C3D8", "position": "INTEGRATION_POINT",
-       "elementLabels": [3], "integrationPoints": [1], "data": [%s]}]})";
-  auto stress = [&](const char* row) {
-    char buf[1024];
-    std::snprintf(buf, sizeof buf, s, row);
-    return std::string(buf);
-  };
-  std::string json = R"({"instances": [{"name": "PART-1-1", "nodes": [[1, 0, 0, 0]]}],
-    "steps": [{"name": "Modes", "procedure": "*FREQUENCY", "frames": [
-      {"fieldOutputs": [{"name": "MATRIX RSqq", "type": "MATRIX", "matrixOrder": 2,
-        "componentLabels": ["M"],
-        "blocks": [{"position": "WHOLE_MODEL", "data": [[1, 0.5, 2]]}]}]},
-      {"mode": 1, "fieldOutputs": [)" +
-                     stress("[0, 0, 0, 1, 0, 0]") + R"(]},
-      {"mode": 2, "fieldOutputs": [)" +
-                     stress("[2, 0, 0, 0, 0, 0]") + R"(]}]}]})";
-  odb::buildDatabaseFromJson(json, path);
-  {
-    odb_Odb& odb = openOdb(path, true);
-    const odb_FieldOutput& m = odb.steps().at(0).frames()[0].fieldOutputs().get("MATRIX RSqq");
-    EXPECT_EQ(m.type(), odb_Enum::MATRIX);
-    EXPECT_EQ(m.matrixOrder(), 2);
-    EXPECT_EQ(m.bulkDataBlocks()[0].blockData().data, (std::vector<float>{1, 0.5f, 2}));
-    OdbContext ctx;
-    ctx.odb = &odb;
-    EXPECT_EQ(describe(walk(ctx, fieldRequest(1, 0, "MATRIX RSqq", 0))),
-              (Lines{"31 e3 n-1 p1 [" + std::to_string(std::sqrt(11.f)).substr(0, 7) + "]"}));
-    closeOdb(odb);
-  }
-  std::remove(path.c_str());
 }
 
 }  // namespace

@@ -76,25 +76,17 @@ TEST_F(RoundTrip, HeaderOrdersAndLookUps) {
   EXPECT_EQ(mat.materials()["EMPTY"]->elastic(), nullptr);
 }
 
-TEST_F(RoundTrip, StepsInInsertionOrderWithFrameCatalogue) {
+// The texts and numbers of steps and frames reach the catalogue records
+// (tests/access/catalogue_process_test.cpp); here their order and look-ups.
+TEST_F(RoundTrip, StepsInInsertionOrderAndFrameIndices) {
   const odb_StepRepository& steps = odb_->steps();
-  ASSERT_EQ(steps.size(), 2);
   EXPECT_EQ(steps.stepNames()[0], "Step-B");
   EXPECT_EQ(odbtest::keysOf<odb_StepRepositoryIT>(steps),
             (std::vector<std::string>{"Step-B", "Step-A"}));
-  const odb_Step& a = steps["Step-A"];
-  EXPECT_EQ(a.procedure(), "*STEADY STATE DYNAMICS");
-  EXPECT_EQ(a.domain(), odb_Enum::FREQUENCY);
-  EXPECT_DOUBLE_EQ(a.totalTime(), 1.0);
-  const odb_Frame& f = a.frames()[0];
-  EXPECT_EQ(f.frameIndex(), 7);
-  EXPECT_EQ(f.mode(), 2);
-  EXPECT_DOUBLE_EQ(f.frequency(), 12.5);
-  EXPECT_EQ(f.description(), "Mode 2");
+  EXPECT_EQ(steps["Step-A"].frames()[0].frameIndex(), 7);  // given
   const odb_Step& b = steps["Step-B"];
   ASSERT_EQ(b.frames().size(), 2);
-  EXPECT_EQ(b.frames()[1].frameIndex(), 1);
-  EXPECT_DOUBLE_EQ(b.frames()[1].frameValue(), 1.0);
+  EXPECT_EQ(b.frames()[1].frameIndex(), 1);  // counted
   EXPECT_THROW(b.frames()[2], std::out_of_range);
   EXPECT_THROW(steps["Step-C"], std::out_of_range);
 }
@@ -132,21 +124,14 @@ TEST_F(RoundTrip, FieldBlocksOfEveryKind) {
       odb_->steps()["Step-B"].frames()[1].fieldOutputs()["U"].bulkDataBlocks()[0].data()[5], 12.f);
 }
 
-TEST_F(RoundTrip, ComplexAndMatrixFieldsAndClearAll) {
-  const odb_FieldOutputRepository& fields = odb_->steps()["Step-A"].frames()[0].fieldOutputs();
-  const odb_FieldOutput& u = fields["U"];
+// Complex values through the walk: tests/results/field_values_test.cpp.
+TEST_F(RoundTrip, ClearAllReadsTheBlocksAgain) {
+  const odb_FieldOutput& u = odb_->steps()["Step-A"].frames()[0].fieldOutputs()["U"];
   EXPECT_TRUE(u.isComplex());
   odb_SequenceFieldBulkData blocks = u.bulkDataBlocks();
-  EXPECT_FLOAT_EQ(blocks[0].data()[0], 1.5f);
-  EXPECT_FLOAT_EQ(blocks[0].conjugateData()[0], -0.5f);
   EXPECT_EQ(blocks[0].elementLabels(), nullptr);
-  EXPECT_EQ(blocks[0].integrationPoints(), nullptr);
   blocks.clearAll();
-  EXPECT_FLOAT_EQ(u.bulkDataBlocks()[0].conjugateData()[0], -0.5f);  // reads again
-  const odb_FieldOutput& m = fields["MATRIX Sqq"];
-  EXPECT_EQ(m.type(), odb_Enum::MATRIX);
-  EXPECT_EQ(m.matrixOrder(), 2);
-  EXPECT_EQ(m.bulkDataBlocks()[0].length(), 3);
+  EXPECT_FLOAT_EQ(u.bulkDataBlocks()[0].conjugateData()[0], -0.5f);
 }
 
 // Every point field and complex outputs: history_columns_test.cpp.

@@ -14,24 +14,9 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// Field "T" of a shell: element 1 with section points 1..5, element 2 with 1..3; and a
-// solid element 9 without section points. Field "MATRIX Sqqx" is an ordinary scalar.
-WrittenDatabase shells() {
-  return WrittenDatabase([](odb::Writer& w) {
-    w.setTitle("shells");
-    w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
-    addStepFrame(w, "Step-1");
-    w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
-    for (int sp = 1; sp <= 5; ++sp)
-      w.addFieldBlock(sp <= 3 ? shellAt(sp, {1, 2}) : shellAt(sp, {1}));
-    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {100}));
-    w.addFieldOutput(fieldOf("MATRIX Sqqx", odb_Enum::SCALAR, {"M"}));
-    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {4}));
-  });
-}
-
+// The databases: shellRegions() of field_db.h, and modes() below.
 TEST(FieldWalk, SectionPointPairOfRl) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // rl 5 1: blocks of points 5 (first of the pair: tag 1) and 1 (tag 2), and the solid.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 0, false, false, {5, 1}))),
             (Lines{"% 1", "30 S4R 2 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 S4R 1 5",
@@ -39,7 +24,7 @@ TEST(FieldWalk, SectionPointPairOfRl) {
 }
 
 TEST(FieldWalk, EverySectionPointOfRvAndRs) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // The place is remembered across blocks: element 1 at point 1 again after block 4 is 21.
   const Lines all = {"% 1",        "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]",
                      "30 S4R 2 2", "34 e1 [21]", "34 e2 [22]",        "30 S4R 3 3",
@@ -50,7 +35,7 @@ TEST(FieldWalk, EverySectionPointOfRvAndRs) {
 }
 
 TEST(FieldWalk, SurfacesOfRtAndRb) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // Lowest point of both elements: 1.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -2))),
             (Lines{"% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 C3D8 -1 -1",
@@ -62,7 +47,7 @@ TEST(FieldWalk, SurfacesOfRtAndRb) {
 }
 
 TEST(FieldWalk, EarlyEnds) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // Step 0 and a field that the frame does not hold: title and analysis code only.
   EXPECT_EQ(walk(db.context(), fieldRequest(0, 0, "T", 0)).size(), 2u);
   EXPECT_EQ(walk(db.context(), fieldRequest(1, 0, "S", 0)).size(), 2u);

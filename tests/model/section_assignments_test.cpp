@@ -15,19 +15,11 @@ namespace {
 
 using odb_Enum::ELEMENT_SET;
 
-odb::SectionData section(const std::string& name, int kind) {
-  odb::SectionData s;
-  s.name = name;
-  s.kind = kind;
-  s.material = "STEEL";
-  return s;
-}
-
 odb::ModelData assignedModel() {
   odb::ModelData m;
   m.title = "is";
-  m.sections = {section("Section-SHELL", kseO_HOMOGENEOUS_SHELL),
-                section("P7", kseO_HOMOGENEOUS_SOLID)};
+  m.sections = {{"Section-SHELL", kseO_HOMOGENEOUS_SHELL, "STEEL", 0, 0, {}},
+                {"P7", kseO_HOMOGENEOUS_SOLID, "STEEL", 0, 0, {}}};
   odb::EntityData part;
   part.name = "PART-1";
   part.nodes = nodeLine(4);

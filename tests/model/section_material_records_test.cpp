@@ -114,19 +114,13 @@ TEST(SectionRecords, ConnectorOrientationBlocks) {
 
   std::vector<Bytes> got = framesOfType(m, kRecSection);
   ASSERT_EQ(got.size(), 3u);
-  EXPECT_EQ(got[0], Frames('$')
-                        .i32(1)
-                        .text("ASSEMBLY_C-TWO")
-                        .i32(-3)
-                        .text("C-TWO")
-                        .text("A")
-                        .text("B")
-                        .i32(0)
-                        .bytes());
+  Frames twoRecord('$');
+  twoRecord.i32(1).text("ASSEMBLY_C-TWO").i32(-3).text("C-TWO").text("A").text("B").i32(0);
+  EXPECT_EQ(got[0], twoRecord.bytes());
   EXPECT_EQ(got[1], Frames('$').i32(2).text("C-NONE").i32(-3).i32(0).i32(0).bytes());
-  EXPECT_EQ(
-      got[2],
-      Frames('$').i32(3).text("C-ONE").i32(-3).text("C-ONE").text("DATUM-1").i32(0).i32(0).bytes());
+  Frames oneRecord('$');
+  oneRecord.i32(3).text("C-ONE").i32(-3).text("C-ONE").text("DATUM-1").i32(0).i32(0);
+  EXPECT_EQ(got[2], oneRecord.bytes());
 }
 
 TEST(MaterialRecords, WithAndWithoutElasticData) {

@@ -27,31 +27,20 @@ odb_SectionCategoryRepository categoriesOf(const std::vector<std::string>& names
   return r;
 }
 
-TEST(SectionNumbering, RequestedNumberKeptOthersFillFromOneInNameOrder) {
-  SectionTables t = numberSections(containerOf({"P5", "Steel", "Alu"}), categoriesOf({}));
-  EXPECT_EQ(t.numberOf("P5"), 5);
-  EXPECT_EQ(t.numberOf("Alu"), 1);
-  EXPECT_EQ(t.numberOf("Steel"), 2);
-}
-
+// Plain requested numbers, gap filling in name order and the short names of the records:
+// export_model_test.cpp, section_assignments_test.cpp and section_material_records_test.cpp.
 TEST(SectionNumbering, FirstSectionInContainerOrderKeepsAContestedNumber) {
   // "P2" comes before "Section-P2" in name order; "p3x" asks for 3 as atoi reads it;
-  // "P" alone and "Px" ask for nothing.
-  SectionTables t =
-      numberSections(containerOf({"Section-P2", "P2", "p3x", "P", "Px"}), categoriesOf({}));
+  // "P" alone and "Px" ask for nothing; "Section-P7" asks for 7 by its short name.
+  SectionTables t = numberSections(
+      containerOf({"Section-P2", "P2", "p3x", "P", "Px", "Section-P7"}), categoriesOf({}));
   EXPECT_EQ(t.numberOf("P2"), 2);
   EXPECT_EQ(t.numberOf("p3x"), 3);
+  EXPECT_EQ(t.numberOf("Section-P7"), 7);
   EXPECT_EQ(t.numberOf("P"), 1);
   EXPECT_EQ(t.numberOf("Px"), 4);
   EXPECT_EQ(t.numberOf("Section-P2"), 5);
-}
-
-TEST(SectionNumbering, PrefixIsDroppedOnlyFromLongerNames) {
-  EXPECT_EQ(shortSectionName("Section-P7"), "P7");
-  EXPECT_EQ(shortSectionName("Section-"), "Section-");
   EXPECT_EQ(shortSectionName("Sect"), "Sect");
-  SectionTables t = numberSections(containerOf({"Section-P7"}), categoriesOf({}));
-  EXPECT_EQ(t.numberOf("Section-P7"), 7);
 }
 
 TEST(SectionNumbering, CategoriesLeadToSectionsOrGetNumbersOfTheirOwn) {

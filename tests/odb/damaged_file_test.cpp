@@ -5,10 +5,8 @@
 #include <cstdio>
 #include <fstream>
 #include <iterator>
-#include <random>
 
 #include "odb/h5.h"
-#include "odb/model_copy.h"
 #include "odb/odb.h"
 #include "odb/writer.h"
 #include "tests/odb/sample_model.h"
@@ -24,33 +22,10 @@ void writeAll(const std::string& path, const std::string& bytes) {
   std::ofstream(path, std::ios::binary | std::ios::trunc) << bytes;
 }
 
-void readAllResults(const odb_Odb& odb) {
-  for (odb_StepRepositoryIT s(odb.steps()); !s.isDone(); s.next()) {
-    for (const odb_Frame& f : s.currentValue().frames())
-      for (odb_FieldOutputRepositoryIT it(f.fieldOutputs()); !it.isDone(); it.next()) {
-        odb_SequenceFieldBulkData blocks = it.currentValue().bulkDataBlocks();
-        for (int b = 0; b < blocks.size(); ++b) blocks[b].length();
-      }
-    for (odb_HistoryRegionRepositoryIT r(s.currentValue().historyRegions()); !r.isDone(); r.next())
-      for (odb_HistoryOutputRepositoryIT o(r.currentValue().historyOutputs()); !o.isDone();
-           o.next())
-        o.currentValue().data();
-  }
-}
-
-// Opens the file and reads every part of it; returns the message of the first exception,
-// or "" when all of it read.
-std::string openAndReadAll(const std::string& path) {
+// The message of the exception that opening the file throws, or "" when it opens.
+std::string openError(const std::string& path) {
   try {
-    odb_Odb& odb = openOdb(path, true);
-    try {
-      odb::readModel(odb);
-      readAllResults(odb);
-    } catch (const std::exception& e) {
-      closeOdb(odb);
-      return e.what();
-    }
-    closeOdb(odb);
+    closeOdb(openOdb(path, true));
     return "";
   } catch (const std::exception& e) {
     return e.what();
@@ -73,14 +48,10 @@ class DamagedFile : public ::testing::Test {
   std::string good_, bad_, bytes_;
 };
 
-TEST_F(DamagedFile, TruncatedAtManyOffsetsThrowsWithTheFileLibrarysMessage) {
-  ASSERT_EQ(openAndReadAll(good_), "");
-  for (size_t cut = 0; cut < bytes_.size(); cut += bytes_.size() / 97 + 1) {
-    writeAll(bad_, bytes_.substr(0, cut));
-    EXPECT_NE(openAndReadAll(bad_), "") << "cut at " << cut;
-  }
+// Cuts at other places, and overwritten bytes, go through the damaged corpus.
+TEST_F(DamagedFile, TruncatedFileThrowsWithTheFileLibrarysMessage) {
   writeAll(bad_, bytes_.substr(0, bytes_.size() / 2));
-  std::string what = openAndReadAll(bad_);
+  std::string what = openError(bad_);
   EXPECT_NE(what.find("truncated or damaged"), std::string::npos) << what;
   // The innermost cause, as the file library reports it.
   EXPECT_NE(what.find("truncated file: eof = " + std::to_string(bytes_.size() / 2)),
@@ -88,37 +59,24 @@ TEST_F(DamagedFile, TruncatedAtManyOffsetsThrowsWithTheFileLibrarysMessage) {
       << what;
 }
 
-TEST_F(DamagedFile, OverwrittenBytesNeverCrash) {
-  std::mt19937 rng(12345);
-  int failures = 0;
-  for (int round = 0; round < 150; ++round) {
-    std::string b = bytes_;
-    size_t at = rng() % b.size();
-    for (size_t k = at; k < std::min(b.size(), at + 1 + rng() % 16); ++k) b[k] = char(rng());
-    writeAll(bad_, b);
-    if (!openAndReadAll(bad_).empty()) ++failures;
-  }
-  EXPECT_GT(failures, 0);  // metadata damage is detected, raw-data damage reads as values
-}
-
 TEST_F(DamagedFile, ForeignNewerAndMissingFilesSayWhatIsWrong) {
   writeAll(bad_, "this is not a database\n");
-  EXPECT_NE(openAndReadAll(bad_).find("not a results database"), std::string::npos);
+  EXPECT_NE(openError(bad_).find("not a results database"), std::string::npos);
   EXPECT_THROW(isUpgradeRequiredForOdb(bad_), std::runtime_error);
 
-  EXPECT_NE(openAndReadAll(bad_ + ".missing").find("no such file"), std::string::npos);
+  EXPECT_NE(openError(bad_ + ".missing").find("no such file"), std::string::npos);
 
   {  // An HDF5 file of someone else.
     odb::h5::File f = odb::h5::File::create(bad_);
     f.root().setInt("answer", 42);
   }
-  EXPECT_NE(openAndReadAll(bad_).find("no format tag"), std::string::npos);
+  EXPECT_NE(openError(bad_).find("no format tag"), std::string::npos);
 
   {  // A database from a newer library.
     odb::h5::File f = odb::h5::File::open(good_, false);
     f.root().setInt("format_version", 99);
   }
-  EXPECT_NE(openAndReadAll(good_).find("newer"), std::string::npos);
+  EXPECT_NE(openError(good_).find("newer"), std::string::npos);
   EXPECT_THROW(isUpgradeRequiredForOdb(good_), std::runtime_error);
 }
 

@@ -47,4 +47,30 @@ odb::FieldBlockData shellAt(int sp, std::vector<int32_t> elements, const std::st
   return b;
 }
 
+WrittenDatabase shellRegions() {
+  return WrittenDatabase([](odb::Writer& w) {
+    w.setTitle("regions");
+    odb::EntityWriter part = w.addInstance("PART-1-1");
+    part.addNodes({10, 11, 12, 13}, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
+    part.addElement("S4R", 1, {10, 11, 12, 13});
+    part.addElement("S4R", 2, {11, 12});
+    part.addElement("C3D8", 9, {12, 13});
+    part.addElementSet("TOP", {1});
+    part.addSurface("SURF", {2}, {odb_Enum::FACE1});
+    part.addElementSet("SOLID", {9});
+    part.addNodeSet("NS", {10});
+    w.addRegionPair({"CP", odb::kContactPair, "SURF", "TOP"});
+    w.addRegionPair({"TIE1", odb::kTie, "NS", "SOLID"});
+    addStepFrame(w, "Step-1");
+    w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
+    for (int sp = 1; sp <= 5; ++sp)
+      w.addFieldBlock(sp <= 3 ? shellAt(sp, {1, 2}) : shellAt(sp, {1}));
+    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {100}));
+    w.addFieldOutput(fieldOf("U", odb_Enum::SCALAR, {"U"}));
+    w.addFieldBlock(elementBlock("", {}, {}, {10, 11, 12, 13}, 1, {1, 2, 3, 4}));
+    w.addFieldOutput(fieldOf("MATRIX Sqqx", odb_Enum::SCALAR, {"M"}));
+    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {4}));
+  });
+}
+
 }  // namespace odbs::test

@@ -32,4 +32,12 @@ void addStepFrame(odb::Writer& w, const std::string& name, const std::string& pr
 odb::FieldOutputData fieldOf(const std::string& name, int type, std::vector<std::string> labels,
                              bool complex = false);
 
+// Shell element 1 (section points 1..5) in element set TOP, shell element 2 (points 1..3)
+// in surface SURF, solid element 9 (no section points, nodes 12 and 13) in element set
+// SOLID, node 10 in node set NS. Pair 1 "CP" (contact) couples SURF and TOP, pair 2 "TIE1"
+// (tie) NS and SOLID. Field T: the value of element e at point sp is 10 sp + e, 100 for
+// the solid; field U: nodal, 1 to 4 at nodes 10 to 13; field "MATRIX Sqqx", an ordinary
+// scalar, 4 at the solid.
+WrittenDatabase shellRegions();
+
 }  // namespace odbs::test

@@ -42,7 +42,7 @@ const Lines kEveryChange = {"% 1",        "30 C3D8 -1 -1", "31 e1 n10 p1 [1]", "
                             "22 n11 [3]", "23 p2 [4]",     "24 n12 p3 [5]",    "33 e2 n13 [6]",
                             "34 e3 [7]",  "32 e4 p1 [8]",  "31 e5 n14 p2 [9]"};
 
-TEST(FieldValues, EveryRowOfTheRecordTable) {
+TEST(FieldValues, EveryRowOfTheRecordTableAndTheSetOfPlaces) {
   WrittenDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
   auto recs = walk(db.context(), fieldRequest(1, 0, "E1", 1));
   ASSERT_GE(recs.size(), 2u);
@@ -57,11 +57,7 @@ TEST(FieldValues, EveryRowOfTheRecordTable) {
                                          0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff, 0xff}));
   EXPECT_EQ(recs[4].frameBytes(),
             (Bytes{0x11, 0x00, 0x1f, 1, 0, 0, 0, 10, 0, 0, 0, 1, 0, 0, 0, 0x00, 0x00, 0x80, 0x3f}));
-}
-
-TEST(FieldValues, SetOfPlacesOnlyWhenRequestDefined) {
-  WrittenDatabase db = frameWith({{fieldOf("E1", odb_Enum::SCALAR, {"E1"}), {everyChange()}}});
-  // D: the repeated place (1,1,10) is not sent again.
+  // D (the set of places): the repeated place (1,1,10) is not sent again, on both paths.
   Lines defined = kEveryChange;
   defined.erase(defined.begin() + 3);
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "E1", 1, true))), defined);

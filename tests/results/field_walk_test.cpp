@@ -1,43 +1,22 @@
 // The paths of the field walk: section point pair (rl), all section points (rv), surfaces
 // (rt, rb), the general path (rs), the early ends, and the matrix path of a frequency step.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
-#include "odb/odb.h"
 #include "results/results.h"
 #include "tests/model/model_fixture.h"
 #include "tests/results/field_db.h"
 #include "tests/results/field_reply.h"
-#include "tools/odb_build/odb_json.h"
 
 namespace odbs::test {
 namespace {
 
 using Lines = std::vector<std::string>;
 
-// Field "T" of a shell: element 1 with section points 1..5, element 2 with 1..3; and a
-// solid element 9 without section points. Field "MATRIX Sqqx" is an ordinary scalar.
-WrittenDatabase shells() {
-  return WrittenDatabase([](odb::Writer& w) {
-    w.setTitle("shells");
-    w.addInstance("PART-1-1").addNodes({1}, {0, 0, 0});
-    addStepFrame(w, "Step-1");
-    w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
-    for (int sp = 1; sp <= 5; ++sp)
-      w.addFieldBlock(sp <= 3 ? shellAt(sp, {1, 2}) : shellAt(sp, {1}));
-    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {100}));
-    w.addFieldOutput(fieldOf("MATRIX Sqqx", odb_Enum::SCALAR, {"M"}));
-    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {4}));
-  });
-}
-
+// The databases: shellRegions() of field_db.h, and modes() below.
 TEST(FieldWalk, SectionPointPairOfRl) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // rl 5 1: blocks of points 5 (first of the pair: tag 1) and 1 (tag 2), and the solid.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", 0, false, false, {5, 1}))),
             (Lines{"% 1", "30 S4R 2 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 S4R 1 5",
@@ -45,7 +24,7 @@ TEST(FieldWalk, SectionPointPairOfRl) {
 }
 
 TEST(FieldWalk, EverySectionPointOfRvAndRs) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // The place is remembered across blocks: element 1 at point 1 again after block 4 is 21.
   const Lines all = {"% 1",        "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]",
                      "30 S4R 2 2", "34 e1 [21]", "34 e2 [22]",        "30 S4R 3 3",
@@ -56,7 +35,7 @@ TEST(FieldWalk, EverySectionPointOfRvAndRs) {
 }
 
 TEST(FieldWalk, SurfacesOfRtAndRb) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // Lowest point of both elements: 1.
   EXPECT_EQ(describe(walk(db.context(), fieldRequest(1, 0, "T", -2))),
             (Lines{"% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]", "34 e2 [12]", "30 C3D8 -1 -1",
@@ -68,7 +47,7 @@ TEST(FieldWalk, SurfacesOfRtAndRb) {
 }
 
 TEST(FieldWalk, EarlyEnds) {
-  WrittenDatabase db = shells();
+  WrittenDatabase db = shellRegions();
   // Step 0 and a field that the frame does not hold: title and analysis code only.
   EXPECT_EQ(walk(db.context(), fieldRequest(0, 0, "T", 0)).size(), 2u);
   EXPECT_EQ(walk(db.context(), fieldRequest(1, 0, "S", 0)).size(), 2u);
@@ -150,45 +129,6 @@ TEST(FieldWalk, ModalMatrixOfAFrequencyStep) {
   cache.clear();
   EXPECT_EQ(describe(walk(other.context(), fieldRequest(2, 0, "MATRIX Sqq", 0), &cache)),
             (Lines{"31 e4 n-1 p1 [92]", "23 p2 [368]"}));
-}
-
-TEST(FieldWalk, MatrixFieldOfAJsonDescription) {
-  // A packed lower triangle [1, 0.5, 2] of order 2 read back as written, and its modal form:
-  // mode 1 pure shear S12 = 1, mode 2 S11 = 2: q = 1 * 3 + 2 * 4 + 2 * 0.5 * 0 = 11.
-  const std::string path = std::string(std::getenv("TMPDIR") ? std::getenv("TMPDIR") : "/tmp") +
-                           "/field_json_" + std::to_string(getpid()) + ".odb";
-  const char* s = R"({"name": "S", "type": "TENSOR_3D_FULL",
-      "componentLabels": ["S11", "S22", "S33", "S12", "S13", "S23"], "blocks": [
-      {"instance": "PART-1-1", "elementType": "C3D8", "position": "INTEGRATION_POINT",
-       "elementLabels": [3], "integrationPoints": [1], "data": [%s]}]})";
-  auto stress = [&](const char* row) {
-    char buf[1024];
-    std::snprintf(buf, sizeof buf, s, row);
-    return std::string(buf);
-  };
-  std::string json = R"({"instances": [{"name": "PART-1-1", "nodes": [[1, 0, 0, 0]]}],
-    "steps": [{"name": "Modes", "procedure": "*FREQUENCY", "frames": [
-      {"fieldOutputs": [{"name": "MATRIX RSqq", "type": "MATRIX", "matrixOrder": 2,
-        "componentLabels": ["M"],
-        "blocks": [{"position": "WHOLE_MODEL", "data": [[1, 0.5, 2]]}]}]},
-      {"mode": 1, "fieldOutputs": [)" +
-                     stress("[0, 0, 0, 1, 0, 0]") + R"(]},
-      {"mode": 2, "fieldOutputs": [)" +
-                     stress("[2, 0, 0, 0, 0, 0]") + R"(]}]}]})";
-  odb::buildDatabaseFromJson(json, path);
-  {
-    odb_Odb& odb = openOdb(path, true);
-    const odb_FieldOutput& m = odb.steps().at(0).frames()[0].fieldOutputs().get("MATRIX RSqq");
-    EXPECT_EQ(m.type(), odb_Enum::MATRIX);
-    EXPECT_EQ(m.matrixOrder(), 2);
-    EXPECT_EQ(m.bulkDataBlocks()[0].blockData().data, (std::vector<float>{1, 0.5f, 2}));
-    OdbContext ctx;
-    ctx.odb = &odb;
-    EXPECT_EQ(describe(walk(ctx, fieldRequest(1, 0, "MATRIX RSqq", 0))),
-              (Lines{"31 e3 n-1 p1 [" + std::to_string(std::sqrt(11.f)).substr(0, 7) + "]"}));
-    closeOdb(odb);
-  }
-  std::remove(path.c_str());
 }
 
 }  // namespace

@@ -14,35 +14,6 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// Shell element 1 (section points 1..5) in element set TOP, shell element 2 (points 1..3)
-// in surface SURF, solid element 9 (no section points, nodes 12 and 13) in element set
-// SOLID, node 10 in node set NS. Pair 1 "CP" (contact) couples SURF and TOP, pair 2 "TIE1"
-// (tie) NS and SOLID. Field T: the value of element e at point sp is 10 sp + e, 100 for
-// the solid; field U: nodal, 1 to 4 at nodes 10 to 13.
-WrittenDatabase regions() {
-  return WrittenDatabase([](odb::Writer& w) {
-    w.setTitle("regions");
-    odb::EntityWriter part = w.addInstance("PART-1-1");
-    part.addNodes({10, 11, 12, 13}, {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0});
-    part.addElement("S4R", 1, {10, 11, 12, 13});
-    part.addElement("S4R", 2, {11, 12});
-    part.addElement("C3D8", 9, {12, 13});
-    part.addElementSet("TOP", {1});
-    part.addSurface("SURF", {2}, {odb_Enum::FACE1});
-    part.addElementSet("SOLID", {9});
-    part.addNodeSet("NS", {10});
-    w.addRegionPair({"CP", odb::kContactPair, "SURF", "TOP"});
-    w.addRegionPair({"TIE1", odb::kTie, "NS", "SOLID"});
-    addStepFrame(w, "Step-1");
-    w.addFieldOutput(fieldOf("T", odb_Enum::SCALAR, {"T"}));
-    for (int sp = 1; sp <= 5; ++sp)
-      w.addFieldBlock(sp <= 3 ? shellAt(sp, {1, 2}) : shellAt(sp, {1}));
-    w.addFieldBlock(elementBlock("C3D8", {9}, {1}, {}, 1, {100}));
-    w.addFieldOutput(fieldOf("U", odb_Enum::SCALAR, {"U"}));
-    w.addFieldBlock(elementBlock("", {}, {}, {10, 11, 12, 13}, 1, {1, 2, 3, 4}));
-  });
-}
-
 RequestParams request(int step, int frame, const std::string& field) {
   RequestParams r;
   r.param1 = step;
@@ -78,7 +49,7 @@ Lines reply(OdbContext& ctx, const RequestParams& p, const RegionRequest& r) {
 }
 
 TEST(RegionFieldByName, PairNameGivesBothSurfacesWithEverySectionPoint) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("CP", 0)),
             (Lines{"` 1 0 3 SURF PART-1-1 CP 1",
                    "% 1",
@@ -103,7 +74,7 @@ TEST(RegionFieldByName, PairNameGivesBothSurfacesWithEverySectionPoint) {
 }
 
 TEST(RegionFieldByName, SuffixCodes) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   // .INNER (-1): the lowest point; .OUTER (-2): the highest (3 for element 2).
   EXPECT_EQ(reply(db.context(), request(1, 0, "T"), byName("TOP", -1, "SURF", -2)),
             (Lines{"` 1 -1 2 TOP PART-1-1 - 0", "% 1", "30 S4R 1 1", "31 e1 n-1 p1 [11]",
@@ -120,7 +91,7 @@ TEST(RegionFieldByName, SuffixCodes) {
 }
 
 TEST(RegionFieldByName, NodalBlocksTakeTheRegionsNodes) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   // A node set its own nodes; an element set the nodes of its elements.
   EXPECT_EQ(
       reply(db.context(), request(1, 0, "U"), byName("NS", 0, "SOLID", 0)),
@@ -129,7 +100,7 @@ TEST(RegionFieldByName, NodalBlocksTakeTheRegionsNodes) {
 }
 
 TEST(RegionFieldByName, UnknownNamesAndMissingB) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   EXPECT_EQ(reply(db.context(), request(0, 0, "T"), byName("NOPE", 0, "TOP", 0)),
             (Lines{"| Unknown region: NOPE", "` 2 0 2 TOP PART-1-1 - 0"}));
   // A set without B: region A alone.
@@ -138,7 +109,7 @@ TEST(RegionFieldByName, UnknownNamesAndMissingB) {
 }
 
 TEST(RegionFieldByNumber, PairNumbers) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   // rg 2: both regions of pair 2; rg 1:2: the first of pair 1, the second of pair 2.
   EXPECT_EQ(reply(db.context(), request(0, 0, "T"), byNumber(2)),
             (Lines{"` 1 0 1 NS PART-1-1 TIE1 2", "` 2 0 2 SOLID PART-1-1 TIE1 2"}));
@@ -151,7 +122,7 @@ TEST(RegionFieldByNumber, PairNumbers) {
 }
 
 TEST(RegionFieldEarlyEnds, StepFrameAndField) {
-  WrittenDatabase db = regions();
+  WrittenDatabase db = shellRegions();
   // A field that the frame does not hold: the region records alone.
   EXPECT_EQ(reply(db.context(), request(1, 0, "S"), byNumber(1)),
             (Lines{"` 1 0 3 SURF PART-1-1 CP 1", "` 2 0 2 TOP PART-1-1 CP 1"}));

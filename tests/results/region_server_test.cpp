@@ -1,9 +1,9 @@
-// Commands rn, rg, fs and fv through the real server on the imported CalculiX contact model
-// (examples/punch_contact.inp): the contact pair of the deck is region pair 1, the region
-// word reaches the handler with its suffix codes, and the step counts are the solver's.
+// Commands rn and rg through the real server on the imported CalculiX contact model
+// (examples/punch_contact.inp): the contact pair of the deck is region pair 1, and the values
+// of both regions are the solver's. The region word's parsing is in
+// tests/server/command_parse_test.cpp, every suffix code's handling in region_field_test.cpp.
 #include <gtest/gtest.h>
 
-#include "client/catalogue_records.h"
 #include "client/field_records.h"
 #include "client/server_process.h"
 #include "tests/ccx/test_files.h"
@@ -55,29 +55,6 @@ TEST_F(PunchContact, ContactPairIsRegionPairOne) {
   EXPECT_EQ(regions[0].kind, 3);
   EXPECT_EQ(regions[1].name, "SBLOCK");
   EXPECT_EQ(regions[1].side, 2);
-  // The deck has one pair only.
-  client::Reply none = server_->request("rg 2:" + db());
-  ASSERT_EQ(none.records.size(), 4u);
-  EXPECT_EQ(none.records[2].type, kRecMessage);
-}
-
-TEST_F(PunchContact, SuffixCodesOfTheRegionWord) {
-  server_->send("d 0 0 0 U");
-  auto codes = [&](const std::string& word) {
-    std::vector<int32_t> out;
-    for (const auto& r : regionsOf(server_->request("rN " + word + ":" + db())))
-      out.push_back(r.code);
-    return out;
-  };
-  EXPECT_EQ(codes("SI1.INNER:SI1.OUTER"), (std::vector<int32_t>{-1, -2}));
-  EXPECT_EQ(codes("SI1.MINIMUM:SI1.MAXIMUM"), (std::vector<int32_t>{-3, -3}));
-  EXPECT_EQ(codes("SI1.-7:SI1"), (std::vector<int32_t>{7, 0}));
-  // rg takes numbers with the same suffixes.
-  std::vector<int32_t> g;
-  for (const auto& r : regionsOf(server_->request("rG 1.OUTER:1.2:" + db()))) g.push_back(r.code);
-  EXPECT_EQ(g, (std::vector<int32_t>{-2, 2}));
-  // No colon: the end record alone.
-  EXPECT_EQ(server_->request("rn SI1").records.size(), 1u);
 }
 
 TEST_F(PunchContact, ValuesOfBothRegions) {
@@ -98,27 +75,6 @@ TEST_F(PunchContact, ValuesOfBothRegions) {
   // A frame beyond the step's three: title and analysis code, then the end record.
   server_->send("d 1 3 0 U");
   EXPECT_EQ(server_->request("rg 1:" + db()).records.size(), 3u);
-}
-
-TEST_F(PunchContact, StepCountsOfFsAndFv) {
-  // One *STATIC step of three increments, each with field output (.frd) and with contact
-  // prints (.dat): 3 frames, 3 with field output, 3 history samples.
-  for (const char* line : {"fs ", "fV "}) {
-    client::Reply reply = server_->request(line + db());
-    std::vector<client::StepCountsRecord> counts;
-    size_t frames = 0;
-    for (const client::Record& r : reply.records) {
-      if (r.type == kRecStepCounts) counts.push_back(client::decodeStepCounts(r));
-      if (r.type == kRecFrame) ++frames;
-    }
-    ASSERT_EQ(counts.size(), 1u) << line;
-    EXPECT_EQ(counts[0].stepNumber, 1);
-    EXPECT_EQ(counts[0].frames, 3);
-    EXPECT_EQ(counts[0].fieldFrames, 3);
-    EXPECT_EQ(counts[0].historySamples, 3);
-    EXPECT_EQ(counts[0].selected, 3);
-    EXPECT_EQ(frames, 3u);
-  }
 }
 
 }  // namespace

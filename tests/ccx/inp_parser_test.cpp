@@ -232,26 +232,10 @@ TEST(InpParser, StepWithoutProcedureAndSetDefinedTwice) {
   EXPECT_THAT(deck.nodeSet("A")->labels, ElementsAre(1, 2));
 }
 
-// An element line with more labels than the type has: the solver takes the first ones.
-TEST(InpParser, ExtraElementLabelsAreIgnoredWithAWarning) {
-  test::ScratchDir dir;
-  std::string path = dir.write("extra.inp",
-                               "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n"
-                               "*ELEMENT, TYPE=C3D4\n1, 1, 2, 3, 4, 9, 10,\n2, 4, 3, 2, 1\n");
-  Warnings warnings;
-  Deck deck = parseDeck(path, warnings);
-  ASSERT_EQ(deck.elements.size(), 2u);
-  EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 3, 4));
-  EXPECT_THAT(deck.elements[1].nodes, ElementsAre(4, 3, 2, 1));
-  ASSERT_EQ(warnings.texts().size(), 1u);
-  EXPECT_NE(warnings.texts()[0].find("extra.inp:7: element 1 of type C3D4 lists 6 node labels"),
-            std::string::npos)
-      << warnings.texts()[0];
-}
-
 // *NODE and *ELEMENT lines in their rarer forms: signs, D exponents, a decimal of more
 // digits than a double holds, blank fields, tabs, a zero-padded label, lines ending with a
-// comma, an element continued on the next line.
+// comma, an element continued on the next line, and one listing more labels than its type
+// has (the solver takes the first ones and passes over the rest).
 TEST(InpParser, MeshLinesInTheirRarerForms) {
   test::ScratchDir dir;
   std::string path = dir.write("forms.inp",
@@ -263,7 +247,8 @@ TEST(InpParser, MeshLinesInTheirRarerForms) {
                                "*ELEMENT, TYPE=C3D4\n"
                                "1, 1, 2,\n"
                                " 3,\t4\n"
-                               "2, +4, 3, 2, 1,\n");
+                               "2, +4, 3, 2, 1,\n"
+                               "3, 1, 2, 3, 4, 9, 10,\n");
   Warnings warnings;
   Deck deck = parseDeck(path, warnings);
   ASSERT_EQ(deck.nodes.size(), 4u);
@@ -276,11 +261,15 @@ TEST(InpParser, MeshLinesInTheirRarerForms) {
   }
   EXPECT_EQ(deck.nodes[2].label, 3);
   EXPECT_TRUE(std::signbit(deck.nodes[3].z));
-  ASSERT_EQ(deck.elements.size(), 2u);
+  ASSERT_EQ(deck.elements.size(), 3u);
   EXPECT_THAT(deck.elements[0].nodes, ElementsAre(1, 2, 3, 4));
   EXPECT_EQ(deck.elements[1].label, 2);
   EXPECT_THAT(deck.elements[1].nodes, ElementsAre(4, 3, 2, 1));
-  EXPECT_TRUE(warnings.texts().empty());
+  EXPECT_THAT(deck.elements[2].nodes, ElementsAre(1, 2, 3, 4));
+  ASSERT_EQ(warnings.texts().size(), 1u);
+  EXPECT_NE(warnings.texts()[0].find("forms.inp:10: element 3 of type C3D4 lists 6 node labels"),
+            std::string::npos)
+      << warnings.texts()[0];
 }
 
 }  // namespace

@@ -179,7 +179,8 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
   odb::EntityWriter part = writer.addInstance(kInstanceName);
 
   // Sections and their categories; the first section that names an element wins.
-  LabelIndex categoryOfElement;            // element label -> section category
+  LabelIndex categoryOfElement;  // element label -> section category
+  if (!deck.sections.empty()) categoryOfElement.reserve(deck.elements.size());
   std::map<std::string, int> sectionUses;  // a second section on one set gets "-2"
   for (const Section& s : deck.sections) {
     odb::SectionData section;
@@ -201,7 +202,6 @@ void addModel(const Deck& deck, odb::Writer& writer, Warnings& warnings) {
     if (uses > 1) category.name += " " + std::to_string(uses);
     int32_t index = writer.addSectionCategory(category);
     const LabelSet* set = deck.elementSet(s.elset);
-    categoryOfElement.reserve(deck.elements.size());
     for (int32_t label : set->labels) categoryOfElement.emplace(label, index);
     part.addSectionAssignment(section.name, makeSet(s.elset, odb_Enum::ELEMENT_SET, set->labels),
                               placementOf(s));

@@ -17,44 +17,6 @@ namespace odbs::ccx {
 
 namespace fields_detail {
 
-inline bool isDigit(char c) {
-  return static_cast<unsigned>(c - '0') <= 9;
-}
-
-// The solver's short decimals ("1.5", "-2.25E+03": at most 15 digits, an exponent of at
-// most three digits and a power of ten up to 22) read from b: one correctly rounded
-// multiplication or division gives the value, as toDouble gives it for these forms. Returns
-// where the number stops, or nullptr when [b, e) does not start with such a number.
-inline const char* shortDecimal(const char* b, const char* e, double* out) {
-  const double* kPowers = text_detail::kExactPowers;
-  const bool negative = b < e && *b == '-';
-  if (negative) ++b;
-  uint64_t mantissa = 0;
-  int digits = 0, fraction = 0;
-  for (; b < e && isDigit(*b); ++b, ++digits) mantissa = mantissa * 10 + (*b - '0');
-  if (b < e && *b == '.') {
-    for (++b; b < e && isDigit(*b); ++b, ++digits, ++fraction)
-      mantissa = mantissa * 10 + (*b - '0');
-  }
-  if (digits == 0 || digits > 15) return nullptr;
-  int exponent = 0;
-  if (b < e && (*b == 'E' || *b == 'e')) {
-    ++b;
-    const bool minus = b < e && *b == '-';
-    if (b < e && (*b == '-' || *b == '+')) ++b;
-    const char* first = b;
-    for (; b < e && isDigit(*b); ++b) exponent = exponent * 10 + (*b - '0');
-    if (b == first || b - first > 3) return nullptr;
-    if (minus) exponent = -exponent;
-  }
-  const int power = exponent - fraction;
-  if (power < -22 || power > 22) return nullptr;
-  const double value = power < 0 ? static_cast<double>(mantissa) / kPowers[-power]
-                                 : static_cast<double>(mantissa) * kPowers[power];
-  *out = negative ? -value : value;
-  return b;
-}
-
 // One to seven digits at b followed by something else, read as one eight-byte word: sets
 // *end past the digits and *value. False where fewer than eight bytes are left, and for no
 // digit or eight and more: the caller then reads digit by digit.
@@ -101,7 +63,7 @@ class FieldScanner {
     const char* digits = b;
     uint64_t value = 0;
     if (!fields_detail::shortDigits(b, e_, &b, &value)) {
-      for (; b < e_ && fields_detail::isDigit(*b); ++b) value = value * 10 + (*b - '0');
+      for (; b < e_ && text_detail::isDigit(*b); ++b) value = value * 10 + (*b - '0');
     }
     if (b == digits || b - digits > 10 || value < static_cast<uint64_t>(least) ||
         value > INT32_MAX) {
@@ -114,7 +76,7 @@ class FieldScanner {
   // A finite decimal, bit for bit toDouble's value of the field.
   bool decimal(double* out) {
     const char* b = skipBlanks(p_);
-    if (const char* stop = fields_detail::shortDecimal(b, e_, out)) {
+    if (const char* stop = text_detail::shortDecimal(b, e_, out)) {
       stop = skipBlanks(stop);
       if (stop == e_ || *stop == ',') return endField(stop);
     }

@@ -61,60 +61,16 @@ std::vector<std::string_view> splitBlanks(std::string_view s) {
   return out;
 }
 
-namespace {
-
-// Short decimals, the solver's own form "-1.23456E+02" among them: with few enough digits
-// (exact in the type) and a power of ten small enough (exact too), one multiplication or
-// division rounds the decimal once, as the general parser would. False for any other
-// form, which the general parser then reads.
-template <typename T>
-bool parseShortNumber(const char* b, const char* e, T* out) {
-  constexpr bool kFloat = sizeof(T) == sizeof(float);
-  constexpr int kMaxDigits = kFloat ? 7 : 15;  // below 2^24 and 2^53
-  constexpr int kMaxPower = kFloat ? 10 : 22;  // 5^10 < 2^24, 5^22 < 2^53
-  static const T kPowers[] = {T(1e0),  T(1e1),  T(1e2),  T(1e3),  T(1e4),  T(1e5),
-                              T(1e6),  T(1e7),  T(1e8),  T(1e9),  T(1e10), T(1e11),
-                              T(1e12), T(1e13), T(1e14), T(1e15), T(1e16), T(1e17),
-                              T(1e18), T(1e19), T(1e20), T(1e21), T(1e22)};
-  bool negative = b < e && *b == '-';
-  if (negative) ++b;
-  uint64_t mantissa = 0;
-  int digits = 0, fraction = 0;
-  for (; b < e && *b >= '0' && *b <= '9'; ++b, ++digits) mantissa = mantissa * 10 + (*b - '0');
-  if (b < e && *b == '.') {
-    for (++b; b < e && *b >= '0' && *b <= '9'; ++b, ++digits, ++fraction)
-      mantissa = mantissa * 10 + (*b - '0');
-  }
-  if (digits == 0 || digits > kMaxDigits) return false;
-  int exponent = 0;
-  if (b < e && (*b == 'E' || *b == 'e')) {
-    ++b;
-    bool minus = b < e && *b == '-';
-    if (b < e && (*b == '-' || *b == '+')) ++b;
-    if (b == e || e - b > 3) return false;
-    for (; b < e && *b >= '0' && *b <= '9'; ++b) exponent = exponent * 10 + (*b - '0');
-    if (minus) exponent = -exponent;
-  }
-  if (b != e) return false;
-  int power = exponent - fraction;
-  if (power < -kMaxPower || power > kMaxPower) return false;
-  T value = static_cast<T>(mantissa);
-  value = power < 0 ? value / kPowers[-power] : value * kPowers[power];
-  *out = negative ? -value : value;
-  return true;
-}
-
-}  // namespace
-
 std::optional<double> toDouble(std::string_view s) {
   s = trim(s);
   if (s.empty() || s.size() > 64) return std::nullopt;
   {
     // The common forms first, without copying.
     double value = 0;
-    if (parseShortNumber(s.data(), s.data() + s.size(), &value)) return value;
-    auto [end, ec] = fast_float::from_chars(s.data(), s.data() + s.size(), value);
-    if (ec == std::errc() && end == s.data() + s.size()) return value;
+    const char* last = s.data() + s.size();
+    if (text_detail::shortDecimal(s.data(), last, &value) == last) return value;
+    auto [end, ec] = fast_float::from_chars(s.data(), last, value);
+    if (ec == std::errc() && end == last) return value;
   }
   // from_chars takes neither a leading '+' nor a 'D' exponent; rewrite those in a copy.
   char buf[72];
@@ -138,7 +94,7 @@ bool parseFloatField(std::string_view field, float* out) {
   while (b < e && *b == ' ') ++b;
   while (e > b && (e[-1] == ' ' || e[-1] == '\r')) --e;
   if (b == e) return false;
-  if (parseShortNumber(b, e, out)) return true;
+  if (text_detail::shortDecimal(b, e, out) == e) return true;
   auto [end, ec] = fast_float::from_chars(b, e, *out);
   if (ec == std::errc() && end == e) return true;
   auto slow = toDouble(std::string_view(b, e - b));  // '+' signs, 'D' exponents

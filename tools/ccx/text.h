@@ -64,6 +64,50 @@ bool parseLongInteger(const char* b, const char* e, long long* out);
 extern const double kExactPowers[23];
 extern const double kE125Scales[45];
 
+inline bool isDigit(char c) {
+  return static_cast<unsigned>(c - '0') <= 9;
+}
+
+// Short decimals ("1.5", "-2.25E+03", the solver's own "-1.23456E+02") read from b: with few
+// enough digits to be exact in T (7 for a float, 15 for a double), an exponent of at most
+// three digits and a power of ten that T holds exactly (up to 10 and 22), one correctly
+// rounded multiplication or division gives the decimal rounded once, as the general parser
+// gives it. Returns where the number stops, or nullptr when [b, e) does not start with such
+// a number (the general parser then reads it).
+template <typename T>
+inline const char* shortDecimal(const char* b, const char* e, T* out) {
+  constexpr bool kFloat = sizeof(T) == sizeof(float);
+  constexpr int kMaxDigits = kFloat ? 7 : 15;  // below 2^24 and 2^53
+  constexpr int kMaxPower = kFloat ? 10 : 22;  // 5^10 < 2^24, 5^22 < 2^53
+  const bool negative = b < e && *b == '-';
+  if (negative) ++b;
+  uint64_t mantissa = 0;
+  int digits = 0, fraction = 0;
+  for (; b < e && isDigit(*b); ++b, ++digits) mantissa = mantissa * 10 + (*b - '0');
+  if (b < e && *b == '.') {
+    for (++b; b < e && isDigit(*b); ++b, ++digits, ++fraction)
+      mantissa = mantissa * 10 + (*b - '0');
+  }
+  if (digits == 0 || digits > kMaxDigits) return nullptr;
+  int exponent = 0;
+  if (b < e && (*b == 'E' || *b == 'e')) {
+    ++b;
+    const bool minus = b < e && *b == '-';
+    if (b < e && (*b == '-' || *b == '+')) ++b;
+    const char* first = b;
+    for (; b < e && isDigit(*b); ++b) exponent = exponent * 10 + (*b - '0');
+    if (b == first || b - first > 3) return nullptr;
+    if (minus) exponent = -exponent;
+  }
+  const int power = exponent - fraction;
+  if (power < -kMaxPower || power > kMaxPower) return nullptr;
+  // The powers up to 1e10 are exact in a float too.
+  const T scale = static_cast<T>(kExactPowers[power < 0 ? -power : power]);
+  const T value = power < 0 ? static_cast<T>(mantissa) / scale : static_cast<T>(mantissa) * scale;
+  *out = negative ? -value : value;
+  return b;
+}
+
 // Eight digits to a number, the first in the lowest byte of v, each as 0 to 9: pairs, then
 // fours, then the eight, in three multiplications.
 inline uint32_t eightDigits(uint64_t v) {

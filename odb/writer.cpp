@@ -351,9 +351,7 @@ ModelData Writer::model() const {
   return m;
 }
 
-void Writer::writeModel() {
-  checkOpen();
-  if (modelWritten_) return;
+ModelData Writer::takeValidModel() {
   ModelData m = std::move(header_);
   m.assembly = std::move(assembly_);
   m.instances.assign(std::make_move_iterator(instances_.begin()),
@@ -370,6 +368,13 @@ void Writer::writeModel() {
     header_ = std::move(m);
     throw;
   }
+  return m;
+}
+
+void Writer::writeModel() {
+  checkOpen();
+  if (modelWritten_) return;
+  ModelData m = takeValidModel();
   storeModel(file_->root(), m);
   modelWritten_ = true;
   startWriteback();
@@ -389,12 +394,7 @@ void Writer::close() {
   checkOpen();
   if (!modelWritten_) {
     // Checked before the results are finished: a bad model writes nothing more.
-    ModelData m = header_;
-    m.assembly = std::move(assembly_);
-    m.instances.assign(std::make_move_iterator(instances_.begin()),
-                       std::make_move_iterator(instances_.end()));
-    instances_.clear();
-    validateModel(m);
+    ModelData m = takeValidModel();
     results_->finish();
     results_.reset();
     storeModel(file_->root(), m);

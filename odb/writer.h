@@ -142,6 +142,9 @@ class Writer {
  private:
   void checkOpen() const;
   void checkModelOpen() const;
+  // The model added so far, moved out of the writer once validateModel accepts it; when it
+  // throws, the writer keeps the model as it was.
+  ModelData takeValidModel();
   // Starts the disk writes of what the file has grown by since the last start, once that
   // is a few megabytes: the sync in close() then waits for the tail only, while the writes
   // overlap the caller's reading of its next results.

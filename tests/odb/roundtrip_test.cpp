@@ -227,6 +227,7 @@ TEST(Writer, RejectsInconsistentInputAndLeavesNoFile) {
     p.addElement("B31", 1, {1, 2}, 4);                    // unknown category: caught at close
     EXPECT_THROW(w.writeModel(), std::invalid_argument);  // and the model stays
     EXPECT_THROW(w.close(), std::invalid_argument);
+    EXPECT_EQ(w.model().instances.size(), 1u);  // close keeps the refused model too
   }
   EXPECT_FALSE(std::ifstream(path).good());
 }

@@ -122,25 +122,11 @@ TEST_F(CatalogueProcessTest, ReplayIsByteForByteAndPlainFileIsRefusedByExtendedR
   EXPECT_EQ(cacheIdentity(), extended);
 }
 
-TEST_F(CatalogueProcessTest, EveryRequestNeedsItsOwnBaseName) {
-  Bytes first = catalogue("fd");
-  platform::removeFile(base_);
-  EXPECT_EQ(catalogue("fd", false), first);
-  EXPECT_FALSE(platform::fileReadable(base_));
-}
-
-TEST_F(CatalogueProcessTest, ChangedDatabaseOrDamagedFileIsRebuilt) {
+TEST_F(CatalogueProcessTest, ChangedDatabaseIsWalkedAgain) {
   Bytes first = catalogue("fd");
   odbs::test::writeStepsDatabase(db_, "Catalogue sample, second run");
   Bytes second = catalogue("fd");
   EXPECT_NE(second, first);  // the new title, so walked again
-
-  // A file with a current header whose body is cut off.
-  gzFile f = startCurrentCache();
-  gzprintf(f, "only a title\n");
-  gzclose(f);
-  EXPECT_EQ(catalogue("fd"), second);
-  EXPECT_EQ(catalogue("fd"), second);  // and the rebuilt file replays
 }
 
 // A file whose first thousands of frames are sound and whose last line is not: the replay
@@ -173,7 +159,6 @@ TEST_F(CatalogueProcessTest, ForeignLockMeansAnswerWithoutFile) {
 
 TEST_F(CatalogueProcessTest, OtherFormsAnswerWithTheEndRecord) {
   for (const char* form : {"fn", "fN", "fx"}) EXPECT_EQ(catalogue(form), kEnd) << form;
-  EXPECT_EQ(server_->request("fd /nonexistent.odb").wireBytes(), kEnd);
 }
 
 // fs and fv on a database whose steps hold neither field nor history output: the title and

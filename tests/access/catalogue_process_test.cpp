@@ -12,6 +12,7 @@
 #include "tests/access/steps_database.h"
 #include "tests/odb/sample_model.h"
 #include "tests/protocol/server_fixture.h"
+#include "tests/results/field_db.h"
 #include "wire/frame.h"
 
 namespace odbs::client {
@@ -186,11 +187,7 @@ TEST_F(CatalogueProcessTest, StepCountsChooseTheirSteps) {
     w.addStep({"Step-1", "", "*STATIC", odb_Enum::TIME, 0.0});
     w.addFrame({0, odb_Enum::TIME, 0, 0.0, 0.0, "Increment 0"});
     w.addFrame({1, odb_Enum::TIME, 0, 1.0, 0.0, "Increment 1"});
-    odb::FieldOutputData f;
-    f.name = "U";
-    f.type = odb_Enum::SCALAR;
-    f.componentLabels = {"U"};
-    w.addFieldOutput(f);
+    w.addFieldOutput(odbs::test::fieldOf("U", odb_Enum::SCALAR, {"U"}));
     w.addStep({"Step-2", "", "*STATIC", odb_Enum::TIME, 1.0});
     for (int i = 0; i < 3; ++i)
       w.addFrame({i, odb_Enum::TIME, 0, 0.5 * i, 0.0, "Increment " + std::to_string(i)});

@@ -19,16 +19,7 @@ using test::kTimeoutMs;
 using test::startServer;
 
 Bytes textFrame(const std::string& text) {
-  Bytes b(7 + text.size());
-  putU16(b.data(), static_cast<uint16_t>(5 + text.size()));
-  b[2] = '|';
-  putText(b.data() + 3, text);
-  return b;
-}
-
-Bytes concat(Bytes a, const Bytes& b) {
-  a.insert(a.end(), b.begin(), b.end());
-  return a;
+  return odbs::test::frame('|', odbs::test::textBody(text));
 }
 
 class RegistryProcessTest : public ::testing::Test {
@@ -59,11 +50,11 @@ TEST_F(RegistryProcessTest, UpgradeCheckOpenAndClose) {
   const Bytes upgradeNeeded = {0x05, 0x00, 0x7C, 0x01, 0x00, 0x00, 0x00};
   EXPECT_EQ(server->request("u " + old).wireBytes(), upgradeNeeded);
   EXPECT_EQ(server->request("o " + old).wireBytes(),
-            concat(textFrame("odb upgrade to: " + copy), kEnd));
+            odbs::test::concat({textFrame("odb upgrade to: " + copy), kEnd}));
   EXPECT_TRUE(platform::fileReadable(copy));
   EXPECT_EQ(server->request("u " + old).wireBytes(), kEnd);
   EXPECT_EQ(server->request("c " + old).wireBytes(),
-            concat(textFrame("Found upgraded odb: " + copy), kEnd));
+            odbs::test::concat({textFrame("Found upgraded odb: " + copy), kEnd}));
   // A current database needs nothing and says nothing.
   std::string now = current("now.odb");
   EXPECT_EQ(server->request("u " + now).wireBytes(), kEnd);

@@ -83,8 +83,6 @@ TEST_F(RegistryTest, OpensOnceAndCountsSerialNumbers) {
   closeDatabase(a, *out_);
   EXPECT_FALSE(odb_OdbRepository::instance().isMember(a));
   EXPECT_EQ(databaseSerial(a), 0);
-  shutdownAll();
-  EXPECT_EQ(odb_OdbRepository::instance().size(), 0);
 }
 
 TEST_F(RegistryTest, OneFileUnderSeveralSpellingsIsOneDatabase) {
@@ -141,13 +139,10 @@ TEST_F(RegistryTest, UpgradeMadeFoundAndStale) {
   std::string copy = old + ".odb";
   files_.push_back(copy);
   odbtest::writeVersion1(old, odbtest::sampleModel());
-  EXPECT_TRUE(upgradeOutstanding(old));
-
   OdbContext& ctx = lookupOrOpen(old, *out_);
   EXPECT_EQ(messages(), std::vector<std::string>{"odb upgrade to: " + copy});
   EXPECT_EQ(ctx.odb->path(), copy);
   EXPECT_TRUE(odb_OdbRepository::instance().isMember(copy));
-  EXPECT_FALSE(upgradeOutstanding(old));
 
   lookupOrOpen(old, *out_);
   EXPECT_EQ(messages(), std::vector<std::string>{"Found upgraded odb: " + copy});

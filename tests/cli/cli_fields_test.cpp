@@ -11,6 +11,7 @@
 #include "odb/writer.h"
 #include "platform/platform.h"
 #include "tests/odb/sample_model.h"
+#include "tests/results/field_db.h"
 #include "tools/cli/cli_app.h"
 
 namespace odbs::cli {
@@ -38,31 +39,10 @@ void writeFieldsDatabase(const std::string& path, bool withRegions = false) {
     part.addNodeSet("N1", {1});
     w.addRegionPair({"CP", odb::kContactPair, "E2", "N1"});
   }
-  odb::StepData step;
-  step.name = "Step-1";
-  step.procedure = "*STATIC";
-  w.addStep(step);
-  w.addFrame(odb::FrameData());
-
-  odb::FieldOutputData evol;
-  evol.name = "EVOL";
-  evol.type = odb_Enum::SCALAR;
-  evol.componentLabels = {"EVOL"};
-  w.addFieldOutput(evol);
-  odb::FieldBlockData e;
-  e.instance = "PART-1-1";
-  e.elementType = "C3D8";
-  e.position = odb_Enum::INTEGRATION_POINT;
-  e.elementLabels = {1, 2};
-  e.integrationPoints = {1, 1};
-  e.data = {0.1f, 2.5f};
-  w.addFieldBlock(e);
-
-  odb::FieldOutputData u;
-  u.name = "U";
-  u.type = odb_Enum::VECTOR;
-  u.componentLabels = {"U1", "U2", "U3"};
-  w.addFieldOutput(u);
+  test::addStepFrame(w, "Step-1");
+  w.addFieldOutput(test::fieldOf("EVOL", odb_Enum::SCALAR, {"EVOL"}));
+  w.addFieldBlock(test::elementBlock("C3D8", {1, 2}, {1, 1}, {}, 1, {0.1f, 2.5f}));
+  w.addFieldOutput(test::fieldOf("U", odb_Enum::VECTOR, {"U1", "U2", "U3"}));
   odb::FieldBlockData n;
   n.instance = "PART-1-1";
   n.position = odb_Enum::NODAL;

@@ -56,10 +56,6 @@ TEST(StepsCommand, SummaryJsonAndCsv) {
   std::ostringstream counts;
   ASSERT_EQ(steps({db, "--counts", "--format", "csv"}, counts, err), 0) << err.str();
   EXPECT_EQ(counts.str(), "step,frames,field_frames,history_samples\n");
-
-  std::ostringstream none, why;
-  EXPECT_EQ(steps({"/nonexistent.odb"}, none, why), 1);
-  EXPECT_NE(why.str().find("cannot open /nonexistent.odb: no such file"), std::string::npos);
   odbs::platform::removeFile(db);
 }
 

@@ -33,11 +33,6 @@ struct Tally {
   std::vector<std::string> faults;  // what crashed or hung, for the failure message
 };
 
-std::vector<uint8_t> bytesOf(const std::string& path) {
-  std::string s = ccx::test::readWhole(path);
-  return std::vector<uint8_t>(s.begin(), s.end());
-}
-
 // Every reply of the server's database commands on one file, the raw bytes of each.
 class CommandRun {
  public:
@@ -148,7 +143,8 @@ TEST_F(DamagedCorpus, NoCopyCrashesOrHangsTheServerOrTheTools) {
     std::optional<std::vector<std::vector<uint8_t>>> reference = server.run(db, db, &tally);
     ASSERT_TRUE(reference.has_value()) << "the undamaged " << db << " failed";
     ASSERT_GT(reference->at(1).size(), 10u) << db << " sends no model";
-    std::vector<DamagedCopy> copies = damagedCopies(bytesOf(db), kPerKind, seed++);
+    std::string whole = ccx::test::readWhole(db);
+    std::vector<DamagedCopy> copies = damagedCopies({whole.begin(), whole.end()}, kPerKind, seed++);
     int crafted = 0;
     for (const DamagedCopy& copy : copies) crafted += copy.name.rfind("crafted", 0) == 0;
     EXPECT_GE(crafted, 4) << db << ": the generator found too few headers to craft";

@@ -89,7 +89,6 @@ TEST(RegionWord, SuffixCodes) {
   EXPECT_EQ(r->codeB, 7);
   EXPECT_EQ(r->database, "job.odb");
 
-  EXPECT_EQ(parseRegionWord("rn X.OUTER:Y.MINIMUM:d", true)->codeA, -2);
   EXPECT_EQ(parseRegionWord("rn X.MAXIMUM:Y.MINIMUM:d", true)->codeA, -3);
   EXPECT_EQ(parseRegionWord("rn X.MAXIMUM:Y.MINIMUM:d", true)->codeB, -3);
   EXPECT_EQ(parseRegionWord("rn X.-4:Y:d", true)->codeA, 4);

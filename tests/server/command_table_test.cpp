@@ -64,7 +64,8 @@ TEST(CommandTable, DispatcherClosesEveryReplyAsTheClientExpects) {
     client::MemorySource source(bytes);
     client::FrameReader reader(source);
     client::Reply r = client::readReply(reader, shape, client::deadlineIn(1000));
-    ASSERT_FALSE(r.records.empty()) << '"' << line << '"';
+    // With no database to read, only p (its process id) sends more than the end record.
+    ASSERT_EQ(r.records.size(), command[0] == 'p' ? 2u : 1u) << '"' << line << '"';
     EXPECT_EQ(r.records.back().type, kRecEnd) << '"' << line << '"';
     // Nothing follows the closing record.
     EXPECT_FALSE(reader.nextOrEnd(client::deadlineIn(1000))) << '"' << line << '"';

@@ -18,13 +18,6 @@ constexpr int kTimeoutMs = 5000;
 // TerminateProcess status of a killed process, as the platform layer reports it.
 constexpr int kKilledStatus = 137;
 
-TEST(WindowsParent, ServerAnswersAndEndsWithStatusZeroAtEndOfInput) {
-  WindowsParent parent(ODB_SERVER_PATH);
-  EXPECT_GT(parent.serverPid(), 0);
-  parent.closeCommands();
-  EXPECT_EQ(parent.waitExit(kTimeoutMs), 0);
-}
-
 TEST(WindowsParent, ServerEndsWithStatusZeroWhenItsParentIsKilled) {
   // The parent is itself a server, blocked in its read, so that it can be killed.
   WindowsParent grandparent(ODB_SERVER_PATH);

@@ -1,5 +1,6 @@
 #include "odb/writer.h"
 
+#include <atomic>
 #include <set>
 #include <stdexcept>
 #include <utility>
@@ -10,6 +11,7 @@
 #include "odb/names.h"
 #include "odb/results_store.h"
 #include "platform/file_safety.h"
+#include "platform/joinable_thread.h"
 #include "platform/platform.h"
 
 namespace odb {
@@ -223,7 +225,14 @@ Writer::Writer(const std::string& path, const std::vector<std::string>& inputs)
   }
 }
 
+// A sync of the temporary file on a thread of its own; done is set when it has returned.
+struct Writer::BackgroundSync {
+  std::atomic<bool> done{false};
+  os::JoinableThread thread;
+};
+
 Writer::~Writer() {
+  joinSync();
   if (closed_) return;
   try {
     results_.reset();
@@ -340,8 +349,29 @@ void Writer::startWriteback() {
   constexpr int64_t kStep = int64_t(8) << 20;
   os::FileStat st;
   if (!os::statFile(tmpPath_, &st) || st.size - writebackFrom_ < kStep) return;
-  os::startWriteback(tmpPath_);
   writebackFrom_ = st.size;
+  if (sync_ && !sync_->done) {
+    os::startWriteback(tmpPath_);
+    return;
+  }
+  joinSync();
+  sync_ = std::make_unique<BackgroundSync>();
+  BackgroundSync* sync = sync_.get();
+  // The thread only reads the path's copy and sets its own flag; the writer joins it before
+  // it closes, renames or removes the file. A failed sync here is repeated by close().
+  if (!sync->thread.start([sync, path = tmpPath_] {
+        os::syncFile(path);
+        sync->done = true;
+      })) {
+    sync_.reset();
+    os::startWriteback(tmpPath_);
+  }
+}
+
+void Writer::joinSync() {
+  if (!sync_) return;
+  sync_->thread.join();
+  sync_.reset();
 }
 
 ModelData Writer::model() const {
@@ -404,6 +434,7 @@ void Writer::close() {
   }
   file_->close();
   file_.reset();
+  joinSync();
   // The data reaches the disk before the new name does, and the new name after the rename:
   // a power loss leaves the old file or the whole new one, never an empty one.
   std::string failure;

@@ -29,6 +29,10 @@
 #include "odb/model_data.h"
 #include "odb/results_data.h"
 
+namespace odbs::platform {
+class JoinableThread;
+}
+
 namespace odb {
 
 namespace h5 {
@@ -145,12 +149,17 @@ class Writer {
   // The model added so far, moved out of the writer once validateModel accepts it; when it
   // throws, the writer keeps the model as it was.
   ModelData takeValidModel();
-  // Starts the disk writes of what the file has grown by since the last start, once that
-  // is a few megabytes: the sync in close() then waits for the tail only, while the writes
-  // overlap the caller's reading of its next results.
+  // Once the file has grown by a few megabytes since the last call, syncs what it holds so
+  // far on a thread of its own (or, while that sync still runs, starts the disk writes):
+  // the sync in close() then waits for the tail only, while the device takes the rest
+  // during the caller's reading of its next results.
   void startWriteback();
+  // Waits for the sync that startWriteback started, if any.
+  void joinSync();
   std::string path_, tmpPath_;
   int64_t writebackFrom_ = 0;  // the temporary file's size at the last startWriteback
+  struct BackgroundSync;
+  std::unique_ptr<BackgroundSync> sync_;
   std::unique_ptr<h5::File> file_;
   ModelData header_;
   EntityData assembly_;

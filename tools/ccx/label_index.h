@@ -20,19 +20,27 @@ namespace label_detail {
 inline int64_t denseBound(size_t size, size_t hint, int spread) {
   return spread * static_cast<int64_t>(size > hint ? size : hint) + (int64_t(1) << 16);
 }
+// The size a dense table grows to so that it holds entry at: half again its size, and at
+// once the expected count (labels 1..n take one allocation instead of a growth by copies).
+inline size_t grownSize(size_t at, size_t size, size_t hint) {
+  size_t grown = at + 1 + size / 2;
+  return grown > hint + 1 ? grown : hint + 1;
+}
 }  // namespace label_detail
 
 // A set of labels.
 class LabelBits {
  public:
-  // The number of labels expected: widens the dense range from the start.
+  // The number of labels expected: widens the dense range from the start, and the first
+  // label sizes the table for that many.
   void reserve(size_t labels) { hint_ = labels > hint_ ? labels : hint_; }
   // Adds label; true when it was not there yet.
   bool insert(int32_t label) {
     if (label >= 0 && label < label_detail::denseBound(size_, hint_, 64)) {
       size_t word = static_cast<size_t>(label) >> 6;
       uint64_t bit = uint64_t(1) << (label & 63);
-      if (word >= bits_.size()) bits_.resize(word + 1 + bits_.size() / 2, 0);
+      if (word >= bits_.size())
+        bits_.resize(label_detail::grownSize(word, bits_.size(), hint_ / 64), 0);
       if (bits_[word] & bit) return false;
       if (!sparse_.empty() && sparse_.count(label)) return false;  // added when out of range
       bits_[word] |= bit;
@@ -70,7 +78,8 @@ class LabelIndex {
   bool emplace(int32_t label, size_t index) {
     if (label >= 0 && label < label_detail::denseBound(size_, hint_, 4)) {
       size_t at = static_cast<size_t>(label);
-      if (at >= dense_.size()) dense_.resize(at + 1 + dense_.size() / 2, kNone);
+      if (at >= dense_.size())
+        dense_.resize(label_detail::grownSize(at, dense_.size(), hint_), kNone);
       if (dense_[at] != kNone || (!sparse_.empty() && sparse_.count(label))) return false;
       dense_[at] = static_cast<uint32_t>(index);
     } else if (!sparse_.emplace(label, static_cast<uint32_t>(index)).second) {

@@ -1,6 +1,7 @@
 // Linux implementation of the platform layer.
 #include <errno.h>
 #include <fcntl.h>
+#include <malloc.h>
 #include <poll.h>
 #include <pthread.h>
 #include <signal.h>
@@ -76,6 +77,17 @@ void ignoreBrokenPipe() {
 
 int32_t processId() {
   return static_cast<int32_t>(::getpid());
+}
+
+void keepFreedMemory() {
+#ifdef __GLIBC__
+  // By default a block of 128 KB or more is mapped on its own and unmapped when freed (the
+  // threshold rises only after such a free), and the heap's top is trimmed back to the system
+  // from 128 KB. Fixed settings switch that adjustment off: 32 MB is the largest threshold
+  // the allocator takes.
+  ::mallopt(M_MMAP_THRESHOLD, 32 << 20);
+  ::mallopt(M_TRIM_THRESHOLD, 256 << 20);
+#endif
 }
 
 void exitProcess() {

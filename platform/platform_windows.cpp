@@ -91,6 +91,10 @@ int32_t processId() {
   return static_cast<int32_t>(GetCurrentProcessId());
 }
 
+void keepFreedMemory() {
+  // The process heap keeps freed blocks for reuse by itself.
+}
+
 void exitProcess() {
   std::fflush(stderr);
   // Ends every thread at once, without the library detach handlers that ExitProcess would

@@ -51,6 +51,7 @@ int main(int argc, char** argv) {
     return 1;
   }
   const double mb = st.size / 1e6;
+  odbs::platform::keepFreedMemory();  // as ccx_import does
   odb_initializeAPI();
   std::vector<double> lines, parse, import, linesCpu, parseCpu, importCpu;
   try {

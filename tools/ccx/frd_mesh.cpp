@@ -50,7 +50,19 @@ void FrdReader::readNodes(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     nodes.reserve(
         std::min<size_t>(static_cast<size_t>(checkedCount(count, 10, "nodes")), kFrdNodeChunk));
+    PieceParse<std::vector<FrdNode>> bulk;
     while (true) {
+      // The node lines that the read buffer holds, on two threads; the line that stops them
+      // is read here.
+      bulk.run(
+          in_, runner_, startsRecord,
+          [&](std::string_view text, std::vector<FrdNode>& out) {
+            return parseNodes(text, w, out);
+          },
+          [&](std::vector<FrdNode>& out) {
+            nodes.insert(nodes.end(), out.begin(), out.end());
+            pass(false);
+          });
       pass(false);
       std::string_view r = nextRow("a node line or -3 ending the node block");
       if (startsWith(trim(r), "-3")) break;
@@ -113,7 +125,19 @@ void FrdReader::readElements(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     elements.reserve(std::min<size_t>(static_cast<size_t>(checkedCount(count, 20, "elements")),
                                       kFrdElementChunk));
+    PieceParse<std::vector<FrdElement>> bulk;
     while (true) {
+      // The element lines that the read buffer holds, on two threads; the line that stops
+      // them is read here.
+      bulk.run(
+          in_, runner_, startsRecord,
+          [&](std::string_view text, std::vector<FrdElement>& out) {
+            return parseElements(text, w, out);
+          },
+          [&](std::vector<FrdElement>& out) {
+            for (FrdElement& e : out) elements.push_back(std::move(e));
+            pass(false);
+          });
       pass(false);
       std::string_view r = nextRow("an element line or -3 ending the element block");
       if (!startsWith(r, " -1")) {

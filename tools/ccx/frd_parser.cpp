@@ -170,7 +170,17 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
   const int stored = block.storedCount();
   block.nodes.reserve(static_cast<size_t>(rows));
   block.values.reserve(static_cast<size_t>(rows) * stored);
+  PieceParse<Rows> bulk;
   while (true) {
+    // The rows that the read buffer holds, on two threads; the line that stops them (the
+    // end line, a damaged row) is read here.
+    bulk.run(
+        in_, runner_, startsRecord,
+        [&](std::string_view text, Rows& out) { return parseRows(text, labelWidth, stored, out); },
+        [&](Rows& out) {
+          block.nodes.insert(block.nodes.end(), out.nodes.begin(), out.nodes.end());
+          block.values.insert(block.values.end(), out.values.begin(), out.values.end());
+        });
     std::string_view r;
     if (!in_.nextLine(r)) fail("a -1 value line or -3 ending block " + block.name, "end of file");
     if (!startsWith(r, " -1")) {

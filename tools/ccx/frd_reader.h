@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/piece_runner.h"
 #include "tools/ccx/frd_parser.h"
+#include "tools/ccx/line_pieces.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/source_reader.h"
 #include "tools/ccx/text.h"
@@ -89,7 +91,25 @@ class FrdReader {
   void readBinaryRows(FrdBlock& block, int64_t rows, bool doubles);
   void skipBlock();
 
+  // The bulk paths of the text blocks (frd_bulk.cpp): parsers of whole pieces of lines for
+  // LineCursor and PieceParse, each reading the lines that its line-by-line code reads
+  // and stopping at any other.
+  struct Rows {  // a result block's rows
+    std::vector<int32_t> nodes;
+    std::vector<float> values;
+    void clear() {
+      nodes.clear();
+      values.clear();
+    }
+  };
+  static PieceParsed parseRows(std::string_view text, int labelWidth, int stored, Rows& out);
+  static PieceParsed parseNodes(std::string_view text, int labelWidth, std::vector<FrdNode>& out);
+  static PieceParsed parseElements(std::string_view text, int labelWidth,
+                                   std::vector<FrdElement>& out);
+  static bool startsRecord(std::string_view line) { return startsWith(line, " -1"); }
+
   SourceReader in_;
+  platform::PieceRunner runner_;  // for the bulk paths
   FrdVisitor& visitor_;
   Warnings& warnings_;
   FrdHeader header_;

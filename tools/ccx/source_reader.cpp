@@ -67,6 +67,20 @@ bool SourceReader::nextLineAcross(std::string_view& line) {
   return true;
 }
 
+std::string_view SourceReader::bufferedLines() {
+  if (end_ - pos_ < buf_.size() / 2 && in_) {
+    // The unread bytes to the front, then read to fill the rest.
+    std::memmove(buf_.data(), buf_.data() + pos_, end_ - pos_);
+    end_ -= pos_;
+    pos_ = 0;
+    in_.read(buf_.data() + end_, static_cast<std::streamsize>(buf_.size() - end_));
+    end_ += static_cast<size_t>(in_.gcount());
+  }
+  size_t last = end_;
+  while (last > pos_ && buf_[last - 1] != '\n') --last;
+  return std::string_view(buf_.data() + pos_, last - pos_);
+}
+
 bool SourceReader::readBytes(void* out, size_t n) {
   char* dst = static_cast<char*>(out);
   while (n > 0) {

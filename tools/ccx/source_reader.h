@@ -53,6 +53,21 @@ class SourceReader {
   // Reads exactly n bytes; returns false (and reads what there is) when the file ends first.
   bool readBytes(void* out, size_t n);
 
+  // For bulk parsers of many short lines: the whole lines that the read buffer holds from
+  // the next unread byte on, as one view, each line with its line end ('\n', with the '\r'
+  // before it where the file has one). The buffer is topped up first when it is less than
+  // half full. Empty at the end of the file and when the next line does not end within the
+  // buffer (nextLine reads those). Valid until the next call of any reading function.
+  std::string_view bufferedLines();
+  // Passes over the first bytes of the view that bufferedLines() last gave, which must end
+  // at a line end and hold lines lines: as if nextLine had read them.
+  void skipBuffered(size_t bytes, int64_t lines) {
+    pos_ += bytes;
+    offset_ += static_cast<int64_t>(bytes);
+    line_ += lines;
+    if (lines > 0) lineEnded_ = true;
+  }
+
  private:
   bool fill();
   // nextLine for a line that is not whole in the buffer: refills it, or copies the line.

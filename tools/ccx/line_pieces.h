@@ -7,7 +7,8 @@
 // at the first line of any other form (the block's end line, a damaged line, a form the
 // general code reads), reporting how far it came. The lines up to the first stop are taken;
 // the caller's line-by-line code then reads on from there, as it would have without the
-// bulk path, with the same values, messages and line numbers.
+// bulk path, with the same values, messages and line numbers. While the pieces are parsed,
+// the file's next block is read into the reader's second buffer (SourceReader::readAhead).
 #pragma once
 
 #include <cstddef>
@@ -104,7 +105,10 @@ class PieceParse {
       const size_t count = cuts_.size() + 1;
       if (outs_.size() < count) outs_.resize(count);
       if (parsed_.size() < count) parsed_.resize(count);
-      runner.run(count, [&](size_t i) {
+      // Piece 0 reads the file's next block while the others are parsed.
+      runner.run(count + 1, [&](size_t piece) {
+        if (piece == 0) return in.readAhead();
+        const size_t i = piece - 1;
         const size_t begin = i == 0 ? 0 : cuts_[i - 1];
         const size_t end = i + 1 < count ? cuts_[i] : text.size();
         outs_[i].clear();

@@ -42,7 +42,13 @@ class LineCursor {
     size_t n = static_cast<size_t>(nl - p_);
     line = std::string_view(p_, n > 0 && p_[n - 1] == '\r' ? n - 1 : n);
     p_ = nl + 1;
+    ++lines_;
     return true;
+  }
+  // How far the lines given so far reach: their bytes and their count, as PieceParsed
+  // (not whole).
+  PieceParsed parsed(std::string_view text) const {
+    return {static_cast<size_t>(p_ - text.data()), lines_, false};
   }
   // Where the line after the last one given starts.
   const char* position() const { return p_; }
@@ -50,6 +56,7 @@ class LineCursor {
  private:
   const char* p_;
   const char* e_;
+  int64_t lines_ = 0;
 };
 
 // Where text (whole lines) is cut into pieces of about pieceBytes each: each cut lies at

@@ -50,16 +50,31 @@ void FrdReader::readNodes(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     nodes.reserve(
         std::min<size_t>(static_cast<size_t>(checkedCount(count, 10, "nodes")), kFrdNodeChunk));
+    PieceParse<std::vector<FrdNode>> bulk;
     while (true) {
+      // The node lines that the read buffer holds, on two threads; the line that stops them
+      // is read here.
+      bulk.run(
+          in_, runner_, startsRecord,
+          [&](std::string_view text, std::vector<FrdNode>& out) {
+            return parseNodes(text, w, out);
+          },
+          [&](std::vector<FrdNode>& out) {
+            nodes.insert(nodes.end(), out.begin(), out.end());
+            pass(false);
+          });
       pass(false);
       std::string_view r = nextRow("a node line or -3 ending the node block");
       if (startsWith(trim(r), "-3")) break;
-      if (!startsWith(r, " -1")) fail("a node line starting with -1", std::string(r));
       FrdNode node;
-      node.label = static_cast<int32_t>(integerAt(r, 3, w, "a node label"));
-      double* xyz[3] = {&node.x, &node.y, &node.z};
-      for (int i = 0; i < 3; ++i) {
-        if (!valueAt(r, 3 + w + kFrdValueWidth * i, xyz[i]))
+      switch (nodeRecord(r, w, &node)) {
+        case RecordFault::none:
+          break;
+        case RecordFault::start:
+          fail("a node line starting with -1", std::string(r));
+        case RecordFault::label:
+          fail("a node label", std::string(r));
+        default:
           fail("three node coordinates", std::string(r));
       }
       nodes.push_back(node);
@@ -113,7 +128,19 @@ void FrdReader::readElements(std::string_view line) {
     int w = format == 0 ? 5 : 10;
     elements.reserve(std::min<size_t>(static_cast<size_t>(checkedCount(count, 20, "elements")),
                                       kFrdElementChunk));
+    PieceParse<std::vector<FrdElement>> bulk;
     while (true) {
+      // The element lines that the read buffer holds, on two threads; the line that stops
+      // them is read here.
+      bulk.run(
+          in_, runner_, startsRecord,
+          [&](std::string_view text, std::vector<FrdElement>& out) {
+            return parseElements(text, w, out);
+          },
+          [&](std::vector<FrdElement>& out) {
+            for (FrdElement& e : out) elements.push_back(std::move(e));
+            pass(false);
+          });
       pass(false);
       std::string_view r = nextRow("an element line or -3 ending the element block");
       if (!startsWith(r, " -1")) {
@@ -121,28 +148,24 @@ void FrdReader::readElements(std::string_view line) {
         fail("an element line starting with -1", std::string(r));
       }
       FrdElement& e = elements.emplace_back();
-      e.label = static_cast<int32_t>(integerAt(r, 3, w, "an element label"));
-      e.typeCode = static_cast<int>(integerAt(r, 3 + w, 5, "an element type code"));
-      e.group = static_cast<int>(integerAt(r, 8 + w, 5, "an element group"));
-      // Fluid models name the material here ("WATER"): no number then.
-      auto material = toInteger(column(r, 13 + w, 5));
-      e.material = material ? static_cast<int>(*material) : 0;
-      int nodes = frdNodeCount(e.typeCode);
-      if (nodes < 0) fail("a known element type code (1 to 12)", std::string(r));
-      e.nodes.resize(nodes);
-      int got = 0;
-      while (got < nodes) {
-        std::string_view m = nextRow("a -2 line with the nodes of an element");
-        if (!startsWith(m, " -2"))
-          fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(m));
-        for (size_t at = 3; at < m.size() && got < nodes; at += w) {
-          long long label = 0;
-          if (!labelAt(m, at, w, &label)) {
-            if (trim(column(m, at, w)).empty()) break;  // the line's labels end early
-            fail("a node label", std::string(m));
-          }
-          e.nodes[got++] = static_cast<int32_t>(label);
-        }
+      FileLines lines{in_};
+      std::string_view at;
+      switch (elementRecord(r, lines, w, &e, &at)) {
+        case RecordFault::none:
+          break;
+        case RecordFault::label:
+          fail("an element label", std::string(at));
+        case RecordFault::type:
+          fail("an element type code", std::string(at));
+        case RecordFault::group:
+          fail("an element group", std::string(at));
+        case RecordFault::unknownType:
+          fail("a known element type code (1 to 12)", std::string(at));
+        case RecordFault::nextLine:
+          if (at.empty()) fail("a -2 line with the nodes of an element", "end of file");
+          fail("a -2 line with the nodes of element " + std::to_string(e.label), std::string(at));
+        default:
+          fail("a node label", std::string(at));
       }
     }
   } else {

@@ -170,39 +170,41 @@ void FrdReader::readTextRows(FrdBlock& block, int labelWidth, int64_t rows) {
   const int stored = block.storedCount();
   block.nodes.reserve(static_cast<size_t>(rows));
   block.values.reserve(static_cast<size_t>(rows) * stored);
+  PieceParse<Rows> bulk;
   while (true) {
+    // The rows that the read buffer holds, on two threads; the line that stops them (the
+    // end line, a damaged row) is read here.
+    bulk.run(
+        in_, runner_, startsRecord,
+        [&](std::string_view text, Rows& out) { return parseRows(text, labelWidth, stored, out); },
+        [&](Rows& out) {
+          block.nodes.insert(block.nodes.end(), out.nodes.begin(), out.nodes.end());
+          block.values.insert(block.values.end(), out.values.begin(), out.values.end());
+        });
     std::string_view r;
     if (!in_.nextLine(r)) fail("a -1 value line or -3 ending block " + block.name, "end of file");
-    if (!startsWith(r, " -1")) {
-      if (startsWith(trim(r), "-3")) break;
-      fail("a -1 value line of block " + block.name, std::string(r));
+    if (!startsWith(r, " -1") && startsWith(trim(r), "-3")) break;
+    const size_t before = block.values.size();
+    block.values.resize(before + stored);
+    int32_t label = 0;
+    FileLines lines{in_};
+    std::string_view at;
+    switch (rowRecord(r, lines, labelWidth, stored, &label, &block.values[before], &at)) {
+      case RecordFault::none:
+        break;
+      case RecordFault::start:
+        fail("a -1 value line of block " + block.name, std::string(at));
+      case RecordFault::label:
+        fail("a node label", std::string(at));
+      case RecordFault::nextLine:
+        fail("a -2 line with more values of block " + block.name,
+             at.empty() ? std::string("end of file") : std::string(at));
+      default:
+        fail(std::to_string(stored) + " values of block " + block.name + " for node " +
+                 std::to_string(label),
+             std::string(at));
     }
-    long long label = 0;
-    if (!labelAt(r, 3, labelWidth, &label)) fail("a node label", std::string(r));
-    block.nodes.push_back(static_cast<int32_t>(label));
-    // Six values per line; more go on in -2 lines.
-    int got = 0;
-    while (true) {
-      // The line's values go in at once: the vector's end is then stored once a line.
-      float line[6];
-      const int n = std::min(6, stored - got);
-      for (int i = 0; i < n; ++i) {
-        if (!valueAt(r, 3 + labelWidth + kFrdValueWidth * i, &line[i])) {
-          fail(std::to_string(stored) + " values of block " + block.name + " for node " +
-                   std::to_string(block.nodes.back()),
-               std::string(r));
-        }
-      }
-      block.values.insert(block.values.end(), line, line + n);
-      got += n;
-      if (got == stored) break;
-      if (!in_.nextLine(r)) {
-        fail("a -2 line with more values of block " + block.name, "end of file");
-      }
-      if (!startsWith(r, " -2")) {
-        fail("a -2 line with more values of block " + block.name, std::string(r));
-      }
-    }
+    block.nodes.push_back(label);
   }
 }
 

@@ -6,14 +6,16 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/piece_runner.h"
 #include "tools/ccx/frd_parser.h"
+#include "tools/ccx/frd_records.h"
+#include "tools/ccx/line_pieces.h"
 #include "tools/ccx/parse_error.h"
 #include "tools/ccx/source_reader.h"
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
 
-constexpr int kFrdValueWidth = 12;          // E12.5 fields of the text format
 constexpr size_t kFrdNodeChunk = 65536;     // nodes handed to the visitor at once
 constexpr size_t kFrdElementChunk = 16384;  // elements handed to the visitor at once
 
@@ -48,26 +50,8 @@ class FrdReader {
   // for the good case).
   long long integerAt(std::string_view line, size_t begin, int width, const char* what) {
     long long v = 0;
-    if (!labelAt(line, begin, width, &v)) fail(what, std::string(line));
+    if (!frd_records::labelAt(line, begin, width, &v)) fail(what, std::string(line));
     return v;
-  }
-  // A label or value in the fixed columns from begin: the fast path of the solver's own
-  // form (text.h), else the general parser. False when the field holds none.
-  static bool labelAt(std::string_view line, size_t begin, int width, long long* out) {
-    if (width == 10 && begin + 10 <= line.size() && parseLabel10(line.data() + begin, out))
-      return true;
-    return parseIntField(column(line, begin, width), out);
-  }
-  template <typename T>
-  static bool valueAt(std::string_view line, size_t begin, T* out) {
-    if (begin + kFrdValueWidth <= line.size() && parseE125(line.data() + begin, out)) return true;
-    if constexpr (sizeof(T) == sizeof(float)) {
-      return parseFloatField(column(line, begin, kFrdValueWidth), out);
-    } else {
-      auto v = toDouble(column(line, begin, kFrdValueWidth));
-      if (v) *out = *v;
-      return v.has_value();
-    }
   }
   long long tokenInteger(const std::vector<std::string_view>& tokens, size_t i, const char* what,
                          std::string_view line) {
@@ -89,7 +73,30 @@ class FrdReader {
   void readBinaryRows(FrdBlock& block, int64_t rows, bool doubles);
   void skipBlock();
 
+  // The bulk paths of the text blocks (frd_bulk.cpp): parsers of whole pieces of lines for
+  // LineCursor and PieceParse, each reading the lines that its line-by-line code reads
+  // and stopping at any other.
+  struct Rows {  // a result block's rows
+    std::vector<int32_t> nodes;
+    std::vector<float> values;
+    void clear() {
+      nodes.clear();
+      values.clear();
+    }
+  };
+  static PieceParsed parseRows(std::string_view text, int labelWidth, int stored, Rows& out);
+  static PieceParsed parseNodes(std::string_view text, int labelWidth, std::vector<FrdNode>& out);
+  static PieceParsed parseElements(std::string_view text, int labelWidth,
+                                   std::vector<FrdElement>& out);
+  static bool startsRecord(std::string_view line) { return startsWith(line, " -1"); }
+  // The reader's lines for the record parsers of the line-by-line reading.
+  struct FileLines {
+    SourceReader& in;
+    bool next(std::string_view& line) { return in.nextLine(line); }
+  };
+
   SourceReader in_;
+  platform::PieceRunner runner_;  // for the bulk paths
   FrdVisitor& visitor_;
   Warnings& warnings_;
   FrdHeader header_;

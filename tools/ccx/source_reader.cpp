@@ -7,7 +7,7 @@
 
 namespace odbs::ccx {
 
-SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 18) {
+SourceReader::SourceReader(const std::string& path) : path_(path), buf_(3 * kBlock) {
   // Devices and pipes never end or cannot seek: only regular files are input.
   std::error_code error;
   if (!std::filesystem::is_regular_file(path, error)) {
@@ -22,8 +22,9 @@ SourceReader::SourceReader(const std::string& path) : path_(path), buf_(1 << 18)
 }
 
 bool SourceReader::fill() {
+  takeReadAhead();
   if (pos_ < end_) return true;
-  in_.read(buf_.data(), static_cast<std::streamsize>(buf_.size()));
+  in_.read(buf_.data(), static_cast<std::streamsize>(kBlock));
   pos_ = 0;
   end_ = static_cast<size_t>(in_.gcount());
   return end_ > 0;
@@ -65,6 +66,47 @@ bool SourceReader::nextLineAcross(std::string_view& line) {
   if (!nextLine(spill_)) return false;
   line = spill_;
   return true;
+}
+
+std::string_view SourceReader::bufferedLines() {
+  takeReadAhead();
+  if (end_ - pos_ < kBlock / 2 && in_) {
+    // The unread bytes to the front, then a block behind them.
+    std::memmove(buf_.data(), buf_.data() + pos_, end_ - pos_);
+    end_ -= pos_;
+    pos_ = 0;
+    in_.read(buf_.data() + end_, static_cast<std::streamsize>(kBlock));
+    end_ += static_cast<size_t>(in_.gcount());
+  }
+  size_t last = end_;
+  while (last > pos_ && buf_[last - 1] != '\n') --last;
+  return std::string_view(buf_.data() + pos_, last - pos_);
+}
+
+void SourceReader::readAhead() {
+  // The buffer must be able to take the unread bytes and the block behind them.
+  if (aheadBytes_ > 0 || !in_ || end_ - pos_ + kBlock > buf_.size()) return;
+  if (ahead_.size() != buf_.size()) ahead_.resize(buf_.size());
+  in_.read(ahead_.data() + kBlock, static_cast<std::streamsize>(kBlock));
+  aheadBytes_ = static_cast<size_t>(in_.gcount());
+}
+
+void SourceReader::takeReadAhead() {
+  if (aheadBytes_ == 0) return;
+  // The unread bytes go before the block in its buffer, which becomes the read buffer: at
+  // most a few lines' worth are copied, the block not at all (unless more is unread than
+  // fits before it).
+  const size_t unread = end_ - pos_;
+  size_t start = kBlock - unread;
+  if (unread > kBlock) {
+    std::memmove(ahead_.data() + unread, ahead_.data() + kBlock, aheadBytes_);
+    start = 0;
+  }
+  std::memcpy(ahead_.data() + start, buf_.data() + pos_, unread);
+  buf_.swap(ahead_);
+  pos_ = start;
+  end_ = start + unread + aheadBytes_;
+  aheadBytes_ = 0;
 }
 
 bool SourceReader::readBytes(void* out, size_t n) {

@@ -53,15 +53,40 @@ class SourceReader {
   // Reads exactly n bytes; returns false (and reads what there is) when the file ends first.
   bool readBytes(void* out, size_t n);
 
+  // For bulk parsers of many short lines: the whole lines that the read buffer holds from
+  // the next unread byte on, as one view, each line with its line end ('\n', with the '\r'
+  // before it where the file has one). The buffer is topped up first when it is less than
+  // half full. Empty at the end of the file and when the next line does not end within the
+  // buffer (nextLine reads those). Valid until the next call of any reading function.
+  std::string_view bufferedLines();
+  // Passes over the first bytes of the view that bufferedLines() last gave, which must end
+  // at a line end and hold lines lines: as if nextLine had read them.
+  void skipBuffered(size_t bytes, int64_t lines) {
+    pos_ += bytes;
+    offset_ += static_cast<int64_t>(bytes);
+    line_ += lines;
+    if (lines > 0) lineEnded_ = true;
+  }
+  // Reads the next block of the file into a second buffer, which the next reading function
+  // takes over: for a thread of its own while others parse the view that bufferedLines()
+  // gave (it writes neither that view nor the reader's position). Does nothing when a block
+  // read ahead is still waiting or the buffer could not take it.
+  void readAhead();
+
  private:
+  static constexpr size_t kBlock = size_t(1) << 18;  // bytes read from the file at once
   bool fill();
+  // Puts the block read ahead behind the unread bytes of the buffer.
+  void takeReadAhead();
   // nextLine for a line that is not whole in the buffer: refills it, or copies the line.
   bool nextLineAcross(std::string_view& line);
 
   std::string path_;
   std::ifstream in_;
-  std::vector<char> buf_;
-  std::string spill_;  // a line that crosses the end of the buffer
+  std::vector<char> buf_;    // 3 blocks: unread bytes, a block read ahead behind them
+  std::vector<char> ahead_;  // the block read ahead, from kBlock on
+  size_t aheadBytes_ = 0;    // its size; 0 when none waits
+  std::string spill_;        // a line that crosses the end of the buffer
   size_t pos_ = 0, end_ = 0;
   int64_t line_ = 0;
   int64_t offset_ = 0;

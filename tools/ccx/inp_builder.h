@@ -1,13 +1,17 @@
 // Internal to the deck parser: the state that turns a stream of cards into a Deck. The
-// mesh keywords live in inp_mesh.cpp, material and section keywords in inp_properties.cpp,
-// steps and the dispatch in inp_parser.cpp.
+// mesh keywords live in inp_mesh.cpp (the bulk paths of their large cards in inp_bulk.cpp),
+// material and section keywords in inp_properties.cpp, steps and the dispatch in
+// inp_parser.cpp.
 #pragma once
 
 #include <string>
 #include <unordered_map>
+#include <vector>
 
+#include "platform/piece_runner.h"
 #include "tools/ccx/inp_cards.h"
 #include "tools/ccx/inp_model.h"
+#include "tools/ccx/line_pieces.h"
 #include "tools/ccx/warnings.h"
 
 namespace odbs::ccx {
@@ -55,6 +59,50 @@ class DeckBuilder {
   LabelSet& setNamed(const std::string& name, bool nodes, const SourceRef& where);
   Step& currentStep(const Card& card);
 
+  // The bulk paths of the *NODE and *ELEMENT data lines (inp_bulk.cpp): parsers of whole
+  // pieces of lines for PieceParse, which read the lines that the fast path of readNodes and
+  // readElements reads (readNodeLine, readElementLine) and pass over comment and blank lines,
+  // and stop at any other line: the line-by-line code reads that one, with its messages.
+  struct ElementLines {  // elements of one type, each on one line
+    std::vector<int32_t> labels;
+    std::vector<int32_t> nodes;  // count per element, in turn
+    void clear() {
+      labels.clear();
+      nodes.clear();
+    }
+  };
+  static PieceParsed parseNodeLines(std::string_view text, std::vector<Node>& out);
+  // count: the node labels of the type (> 0), all on the element's one line.
+  static PieceParsed parseElementLines(std::string_view text, size_t count, bool zeroAllowed,
+                                       ElementLines& out);
+  // Where a mesh card tries its bulk path (before reading each line): the reader to run it
+  // on, or null. Not on a card's first kBulkAfter lines, so that a short card is read as
+  // before (a run parses all the lines that the read buffer holds, most of them the next
+  // cards' when the card is short), and no more after kBulkMisses runs stopped within
+  // kBulkMissBytes of where they began: a card whose lines keep stopping the bulk path (a
+  // rare form on many lines, elements over several lines) is read line by line on.
+  class BulkTurns {
+   public:
+    static constexpr int kBulkAfter = 512;
+    static constexpr int kBulkMisses = 3;
+    static constexpr int64_t kBulkMissBytes = int64_t(128) << 10;
+    SourceReader* source(CardReader& reader) {
+      if (lines_ < kBulkAfter) {
+        ++lines_;
+        return nullptr;
+      }
+      return misses_ < kBulkMisses ? reader.dataSource() : nullptr;
+    }
+    // A run on source() passed over bytes.
+    void ran(int64_t bytes) {
+      if (bytes < kBulkMissBytes) ++misses_;
+    }
+
+   private:
+    int lines_ = 0;
+    int misses_ = 0;
+  };
+
   Deck& deck_;
   CardReader& reader_;
   Warnings& warnings_;
@@ -62,7 +110,8 @@ class DeckBuilder {
   int currentMaterial_ = -1;
   int currentStep_ = -1;
   bool stepHasProcedure_ = false;
-  int64_t generated_ = 0;  // labels made by GENERATE so far
+  int64_t generated_ = 0;         // labels made by GENERATE so far
+  platform::PieceRunner runner_;  // for the bulk paths
 };
 
 }  // namespace odbs::ccx

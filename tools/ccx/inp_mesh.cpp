@@ -13,6 +13,15 @@
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
+namespace {
+
+// Every line of a card's data may start a piece of its bulk path: each node or element
+// stands on one line.
+bool anyLine(std::string_view) {
+  return true;
+}
+
+}  // namespace
 
 std::string DeckBuilder::required(const Card& card, const std::string& parameter) const {
   std::string value = card.get(parameter);
@@ -93,57 +102,27 @@ void DeckBuilder::readHeading(const Card&) {
   }
 }
 
-namespace {
-
-// The fast path of a *NODE data line: its label and up to three coordinates (blank ones
-// 0), fields past the third coordinate passed over. False for a line that the general path
-// must read.
-bool readNodeLine(std::string_view text, Node& node) {
-  FieldScanner fields(text);
-  int32_t label = 0;
-  if (!fields.label(1, &label)) return false;
-  double coords[3] = {0, 0, 0};
-  for (double& c : coords) {
-    if (!fields.more()) break;
-    if (!fields.blank() && !fields.decimal(&c)) return false;
-  }
-  node = Node{label, coords[0], coords[1], coords[2]};
-  return true;
-}
-
-// The fast path of an element's data line: on its first line (first) the element label,
-// then node labels appended to nodes, at most `most` of them (0 too where zeroAllowed).
-// Tells whether the line ends with a comma. False, with nodes as it was, for a line that
-// the general path must read: a field that is not a label, more node labels than most.
-bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
-                     int32_t* label, std::vector<int32_t>& nodes, bool* endsWithComma) {
-  FieldScanner fields(text);
-  *endsWithComma = false;
-  if (first && !fields.label(1, label)) return false;
-  const size_t before = nodes.size();
-  for (size_t index = first ? 1 : 0; fields.more(); ++index) {
-    int32_t value = 0;
-    if (index > 0 && fields.blankToEnd()) {
-      *endsWithComma = true;  // an empty last field after others
-      break;
-    }
-    if (nodes.size() - before == most || !fields.label(zeroAllowed ? 0 : 1, &value)) {
-      nodes.resize(before);
-      return false;
-    }
-    nodes.push_back(value);
-  }
-  return true;
-}
-
-}  // namespace
-
 void DeckBuilder::readNodes(const Card& card) {
   LabelSet* set = nullptr;
   if (card.has("NSET")) set = &setNamed(upper(required(card, "NSET")), true, card.where);
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
-  while (reader_.nextDataText(text)) {
+  BulkTurns turns;
+  PieceParse<std::vector<Node>> bulk;
+  while (true) {
+    // The node lines that the read buffer holds, on two threads; the line that stops them
+    // is read here.
+    if (SourceReader* in = turns.source(reader_)) {
+      const int64_t from = in->offset();
+      bulk.run(*in, runner_, anyLine, parseNodeLines, [&](std::vector<Node>& out) {
+        deck_.nodes.insert(deck_.nodes.end(), out.begin(), out.end());
+        if (set) {
+          for (const Node& node : out) set->labels.push_back(node.label);
+        }
+      });
+      turns.ran(in->offset() - from);
+    }
+    if (!reader_.nextDataText(text)) break;
     Node node;
     if (!readNodeLine(text, node)) {
       reader_.split(text, line);
@@ -187,7 +166,27 @@ void DeckBuilder::readElements(const Card& card) {
   std::vector<int32_t> nodes;  // of the element being read
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
-  while (reader_.nextDataText(text)) {
+  BulkTurns turns;
+  PieceParse<ElementLines> bulk;
+  while (true) {
+    // The element lines that the read buffer holds, on two threads, for types of a known
+    // node count; the line that stops them is read here.
+    if (SourceReader* in = count > 0 ? turns.source(reader_) : nullptr) {
+      const int64_t from = in->offset();
+      bulk.run(
+          *in, runner_, anyLine,
+          [&](std::string_view piece, ElementLines& out) {
+            return parseElementLines(piece, most, network, out);
+          },
+          [&](ElementLines& out) {
+            for (size_t i = 0; i < out.labels.size(); ++i) {
+              deck_.elements.add(out.labels[i], typeNumber, out.nodes.data() + i * most, most);
+            }
+            if (set) set->labels.insert(set->labels.end(), out.labels.begin(), out.labels.end());
+          });
+      turns.ran(in->offset() - from);
+    }
+    if (!reader_.nextDataText(text)) break;
     int32_t element = 0;
     bool endsWithComma = false;
     nodes.clear();

@@ -78,9 +78,10 @@ class DeckBuilder {
   // Where a mesh card tries its bulk path (before reading each line): the reader to run it
   // on, or null. Not on a card's first kBulkAfter lines, so that a short card is read as
   // before (a run parses all the lines that the read buffer holds, most of them the next
-  // cards' when the card is short), and no more after kBulkMisses runs stopped within
-  // kBulkMissBytes of where they began: a card whose lines keep stopping the bulk path (a
-  // rare form on many lines, elements over several lines) is read line by line on.
+  // cards' when the card is short), and no more after kBulkMisses misses: runs that stopped
+  // within kBulkMissBytes of where they began, and lines of those first ones that the fast
+  // readers left to the general code. A card whose lines keep stopping the bulk path (a
+  // rare form on many lines, elements over several lines) is read line by line.
   class BulkTurns {
    public:
     static constexpr int kBulkAfter = 512;
@@ -96,6 +97,10 @@ class DeckBuilder {
     // A run on source() passed over bytes.
     void ran(int64_t bytes) {
       if (bytes < kBulkMissBytes) ++misses_;
+    }
+    // The line just read went past the fast readers (or the element goes on in the next).
+    void offPath() {
+      if (lines_ < kBulkAfter) ++misses_;
     }
 
    private:

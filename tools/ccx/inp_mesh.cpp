@@ -125,6 +125,7 @@ void DeckBuilder::readNodes(const Card& card) {
     if (!reader_.nextDataText(text)) break;
     Node node;
     if (!readNodeLine(text, node)) {
+      turns.offPath();
       reader_.split(text, line);
       node.label = label(line, 0, "a node label");
       double* coords[3] = {&node.x, &node.y, &node.z};
@@ -191,6 +192,7 @@ void DeckBuilder::readElements(const Card& card) {
     bool endsWithComma = false;
     nodes.clear();
     if (!readElementLine(text, true, most, network, &element, nodes, &endsWithComma)) {
+      turns.offPath();
       reader_.split(text, line);
       element = label(line, 0, "an element label");
       size_t listed = line.fields.size() - 1;
@@ -214,6 +216,7 @@ void DeckBuilder::readElements(const Card& card) {
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
     while ((count >= 0 && static_cast<int>(nodes.size()) < count) || (count < 0 && endsWithComma)) {
+      turns.offPath();
       if (!reader_.nextDataText(text)) {
         const SourceRef& where = reader_.dataWhere();
         throw ParseError(where.file, where.line,

@@ -77,7 +77,7 @@ TEST(InpMalformed, EachBadDeckNamesFileLineAndExpectation) {
 // A damaged line deep in a card longer than several read buffers, and decks that end inside
 // a line there: the error names that line.
 TEST(InpMalformed, DamagedLineDeepInALargeCard) {
-  const test::LargeMesh mesh = test::largeMesh(40000, 20000);
+  const test::LargeMesh mesh = test::largeMesh(40000, 20000, 8000);
   struct Damage {
     const char* what;
     int line;          // the damaged line; the deck ends inside it when cut is given
@@ -85,6 +85,7 @@ TEST(InpMalformed, DamagedLineDeepInALargeCard) {
     const char* cut;
     const char* lineEnd;
     std::string expected;
+    int errorLine = 0;  // when not the damaged line
   };
   const Damage damages[] = {
       {"coordinate", mesh.nodeLine[33333], "33333, 8333.25, x2, 5.5", nullptr, "\r\n",
@@ -97,22 +98,25 @@ TEST(InpMalformed, DamagedLineDeepInALargeCard) {
        "62'"},
       {"cut in the bricks", mesh.brickLine[18001], "", "18001, 18001, 180", "\n",
        "(the file ends inside it: cut short?), found '18001, 18001, 180'"},
+      // The deck ends after the first of a quad's two lines.
+      {"cut between a quad's lines", mesh.quadLine[6001] + 1, "", "", "\n",
+       "20 node labels for element 106001 of type C3D20, found '15'", mesh.quadLine[6001]},
   };
   test::ScratchDir dir;
   for (const Damage& damage : damages) {
     SCOPED_TRACE(damage.what);
-    std::vector<std::string> lines = mesh.lines;
-    std::string text;
+    test::LargeMesh damaged = mesh;
+    const size_t at = static_cast<size_t>(damage.line - 1);
     if (damage.cut) {
-      lines.resize(static_cast<size_t>(damage.line - 1));
-      text = test::LargeMesh{lines, {}, {}}.text(damage.lineEnd) + damage.cut;
+      damaged.lines.resize(at);
     } else {
-      lines[static_cast<size_t>(damage.line - 1)] = damage.text;
-      text = test::LargeMesh{lines, {}, {}}.text(damage.lineEnd);
+      damaged.lines[at] = damage.text;
     }
-    const std::string path = dir.write("large.inp", text);
+    const std::string path =
+        dir.write("large.inp", damaged.text(damage.lineEnd) + (damage.cut ? damage.cut : ""));
     Warnings warnings;
-    test::expectParseError([&] { parseDeck(path, warnings); }, damage.line, damage.expected);
+    test::expectParseError([&] { parseDeck(path, warnings); },
+                           damage.errorLine ? damage.errorLine : damage.line, damage.expected);
   }
 }
 

@@ -25,7 +25,7 @@ std::string LargeMesh::text(const std::string& lineEnd) const {
   return out;
 }
 
-LargeMesh largeMesh(int nodes, int elements) {
+LargeMesh largeMesh(int nodes, int elements, int quads) {
   LargeMesh mesh;
   std::vector<std::string>& l = mesh.lines;
   auto passedOver = [&](int i, const char* what) {
@@ -52,6 +52,17 @@ LargeMesh largeMesh(int nodes, int elements) {
     for (int k = 0; k < 8; ++k) line += ", " + std::to_string(e + k);
     l.push_back(line);
     mesh.brickLine[e] = static_cast<int>(l.size());
+  }
+  if (quads > 0) l.push_back("*ELEMENT, TYPE=C3D20, ELSET=QUADS");
+  mesh.quadLine.assign(quads + 1, 0);
+  for (int q = 1; q <= quads; ++q) {
+    std::string first = std::to_string(100000 + q), second;
+    for (int k = 0; k < 15; ++k) first += ", " + std::to_string(q + k);
+    for (int k = 15; k < 20; ++k) second += std::to_string(q + k) + (k < 19 ? ", " : "");
+    l.push_back(first + ",");
+    mesh.quadLine[q] = static_cast<int>(l.size());
+    if (q % 1000 == 0) l.push_back("** inside quad " + std::to_string(q));
+    l.push_back(second);
   }
   return mesh;
 }

@@ -63,7 +63,7 @@ class DeckBuilder {
   // pieces of lines for PieceParse, which read the lines that the fast path of readNodes and
   // readElements reads (readNodeLine, readElementLine) and pass over comment and blank lines,
   // and stop at any other line: the line-by-line code reads that one, with its messages.
-  struct ElementLines {  // elements of one type, each on one line
+  struct ElementLines {  // elements of one type
     std::vector<int32_t> labels;
     std::vector<int32_t> nodes;  // count per element, in turn
     void clear() {
@@ -72,7 +72,8 @@ class DeckBuilder {
     }
   };
   static PieceParsed parseNodeLines(std::string_view text, std::vector<Node>& out);
-  // count: the node labels of the type (> 0), all on the element's one line.
+  // count: the node labels of the type (> 0), on the element's first line and the lines
+  // after it. text must begin at an element's first line (or a line passed over).
   static PieceParsed parseElementLines(std::string_view text, size_t count, bool zeroAllowed,
                                        ElementLines& out);
   // Where a mesh card tries its bulk path (before reading each line): the reader to run it
@@ -81,7 +82,8 @@ class DeckBuilder {
   // cards' when the card is short), and no more after kBulkMisses misses: runs that stopped
   // within kBulkMissBytes of where they began, and lines of those first ones that the fast
   // readers left to the general code. A card whose lines keep stopping the bulk path (a
-  // rare form on many lines, elements over several lines) is read line by line.
+  // rare form on many lines, a layout of elements over several lines that changes) is read
+  // line by line.
   class BulkTurns {
    public:
     static constexpr int kBulkAfter = 512;
@@ -98,7 +100,7 @@ class DeckBuilder {
     void ran(int64_t bytes) {
       if (bytes < kBulkMissBytes) ++misses_;
     }
-    // The line just read went past the fast readers (or the element goes on in the next).
+    // The line just read went past the fast readers.
     void offPath() {
       if (lines_ < kBulkAfter) ++misses_;
     }

@@ -15,11 +15,44 @@
 namespace odbs::ccx {
 namespace {
 
-// Every line of a card's data may start a piece of its bulk path: each node or element
-// stands on one line.
+// Every line of a *NODE card's data may start a piece of its bulk path: each node stands
+// on one line.
 bool anyLine(std::string_view) {
   return true;
 }
+
+// Where a piece of an *ELEMENT card's bulk path may start: at an element's first line.
+// Learnt from the lines read line by line: where each element stands on one line, at any
+// line; where elements go on over several lines, a first line is told by its count of
+// commas, which the first lines read so far share and none of their later lines has. A piece cut
+// elsewhere all the same (a card whose layout changes) ends inside an element and is not taken
+// whole: the bulk path stops there.
+class ElementStarts {
+ public:
+  // Lines read line by line: an element's first line, and its later lines.
+  void first(std::string_view line) {
+    const int n = commas(line);
+    if (firstCommas_ >= 0 && n != firstCommas_) mixed_ = true;
+    firstCommas_ = n;
+  }
+  void later(std::string_view line) {
+    laterLines_ = true;
+    if (commas(line) == firstCommas_) mixed_ = true;
+  }
+  // Whether a first line can be told from the others.
+  bool known() const { return !laterLines_ || !mixed_; }
+  bool operator()(std::string_view line) const {
+    return !laterLines_ || commas(line) == firstCommas_;
+  }
+
+ private:
+  static int commas(std::string_view line) {
+    return static_cast<int>(std::count(line.begin(), line.end(), ','));
+  }
+  int firstCommas_ = -1;
+  bool laterLines_ = false;
+  bool mixed_ = false;
+};
 
 }  // namespace
 
@@ -168,14 +201,15 @@ void DeckBuilder::readElements(const Card& card) {
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
   BulkTurns turns;
+  ElementStarts starts;
   PieceParse<ElementLines> bulk;
   while (true) {
     // The element lines that the read buffer holds, on two threads, for types of a known
     // node count; the line that stops them is read here.
-    if (SourceReader* in = count > 0 ? turns.source(reader_) : nullptr) {
+    if (SourceReader* in = count > 0 && starts.known() ? turns.source(reader_) : nullptr) {
       const int64_t from = in->offset();
       bulk.run(
-          *in, runner_, anyLine,
+          *in, runner_, [&starts](std::string_view l) { return starts(l); },
           [&](std::string_view piece, ElementLines& out) {
             return parseElementLines(piece, most, network, out);
           },
@@ -188,6 +222,7 @@ void DeckBuilder::readElements(const Card& card) {
       turns.ran(in->offset() - from);
     }
     if (!reader_.nextDataText(text)) break;
+    starts.first(text);
     int32_t element = 0;
     bool endsWithComma = false;
     nodes.clear();
@@ -216,7 +251,6 @@ void DeckBuilder::readElements(const Card& card) {
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
     while ((count >= 0 && static_cast<int>(nodes.size()) < count) || (count < 0 && endsWithComma)) {
-      turns.offPath();
       if (!reader_.nextDataText(text)) {
         const SourceRef& where = reader_.dataWhere();
         throw ParseError(where.file, where.line,
@@ -224,6 +258,7 @@ void DeckBuilder::readElements(const Card& card) {
                              std::to_string(element) + " of type " + type,
                          std::to_string(nodes.size()));
       }
+      starts.later(text);
       if (!readElementLine(text, false, SIZE_MAX, network, nullptr, nodes, &endsWithComma)) {
         reader_.split(text, line);
         for (size_t i = 0; i < line.fields.size(); ++i) {

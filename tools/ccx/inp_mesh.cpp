@@ -24,9 +24,9 @@ bool anyLine(std::string_view) {
 // Where a piece of an *ELEMENT card's bulk path may start: at an element's first line.
 // Learnt from the lines read line by line: where each element stands on one line, at any
 // line; where elements go on over several lines, a first line is told by its count of
-// commas, which the first lines read so far share and none of their later lines has. A piece cut
-// elsewhere all the same (a card whose layout changes) ends inside an element and is not taken
-// whole: the bulk path stops there.
+// commas, which the first lines read so far share and none of their later lines has. A
+// piece cut elsewhere all the same (a card whose layout changes) follows one that ends
+// inside an element, which is not whole: the bulk path stops there.
 class ElementStarts {
  public:
   // Lines read line by line: an element's first line, and its later lines.

@@ -117,7 +117,7 @@ class FieldScanner {
 // The fast path of a *NODE data line: its label and up to three coordinates (blank ones
 // 0), fields past the third coordinate passed over. False for a line that the general path
 // must read.
-inline bool readNodeLine(std::string_view text, Node& node) {
+static inline bool readNodeLine(std::string_view text, Node& node) {
   FieldScanner fields(text);
   int32_t label = 0;
   if (!fields.label(1, &label)) return false;
@@ -134,8 +134,9 @@ inline bool readNodeLine(std::string_view text, Node& node) {
 // then node labels appended to nodes, at most `most` of them (0 too where zeroAllowed).
 // Tells whether the line ends with a comma. False, with nodes as it was, for a line that
 // the general path must read: a field that is not a label, more node labels than most.
-inline bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
-                            int32_t* label, std::vector<int32_t>& nodes, bool* endsWithComma) {
+static inline bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
+                                   int32_t* label, std::vector<int32_t>& nodes,
+                                   bool* endsWithComma) {
   FieldScanner fields(text);
   *endsWithComma = false;
   if (first && !fields.label(1, label)) return false;

@@ -13,49 +13,6 @@
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
-namespace {
-
-// Every line of a *NODE card's data may start a piece of its bulk path: each node stands
-// on one line.
-bool anyLine(std::string_view) {
-  return true;
-}
-
-// Where a piece of an *ELEMENT card's bulk path may start: at an element's first line.
-// Learnt from the lines read line by line: where each element stands on one line, at any
-// line; where elements go on over several lines, a first line is told by its count of
-// commas, which the first lines read so far share and none of their later lines has. A
-// piece cut elsewhere all the same (a card whose layout changes) follows one that ends
-// inside an element, which is not whole: the bulk path stops there.
-class ElementStarts {
- public:
-  // Lines read line by line: an element's first line, and its later lines.
-  void first(std::string_view line) {
-    const int n = commas(line);
-    if (firstCommas_ >= 0 && n != firstCommas_) mixed_ = true;
-    firstCommas_ = n;
-  }
-  void later(std::string_view line) {
-    laterLines_ = true;
-    if (commas(line) == firstCommas_) mixed_ = true;
-  }
-  // Whether a first line can be told from the others.
-  bool known() const { return !laterLines_ || !mixed_; }
-  bool operator()(std::string_view line) const {
-    return !laterLines_ || commas(line) == firstCommas_;
-  }
-
- private:
-  static int commas(std::string_view line) {
-    return static_cast<int>(std::count(line.begin(), line.end(), ','));
-  }
-  int firstCommas_ = -1;
-  bool laterLines_ = false;
-  bool mixed_ = false;
-};
-
-}  // namespace
-
 std::string DeckBuilder::required(const Card& card, const std::string& parameter) const {
   std::string value = card.get(parameter);
   if (value.empty()) {
@@ -141,20 +98,10 @@ void DeckBuilder::readNodes(const Card& card) {
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
   BulkTurns turns;
-  PieceParse<std::vector<Node>> bulk;
   while (true) {
     // The node lines that the read buffer holds, on two threads; the line that stops them
     // is read here.
-    if (SourceReader* in = turns.source(reader_)) {
-      const int64_t from = in->offset();
-      bulk.run(*in, runner_, anyLine, parseNodeLines, [&](std::vector<Node>& out) {
-        deck_.nodes.insert(deck_.nodes.end(), out.begin(), out.end());
-        if (set) {
-          for (const Node& node : out) set->labels.push_back(node.label);
-        }
-      });
-      turns.ran(in->offset() - from);
-    }
+    if (SourceReader* in = turns.source(reader_)) turns.ran(readNodesInBulk(*in, set));
     if (!reader_.nextDataText(text)) break;
     Node node;
     if (!readNodeLine(text, node)) {
@@ -182,6 +129,30 @@ int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
   return label(line, field, ("a node label of element " + std::to_string(element)).c_str());
 }
 
+bool DeckBuilder::readFirstElementLine(std::string_view text, const std::string& type, int count,
+                                       bool network, int32_t* element, std::vector<int32_t>& nodes,
+                                       DataLine& line) {
+  reader_.split(text, line);
+  *element = label(line, 0, "an element label");
+  size_t listed = line.fields.size() - 1;
+  for (size_t i = 1; i < line.fields.size(); ++i) {
+    // The solver reads as many labels as the type has and passes over the rest of the
+    // line.
+    if (count >= 0 && static_cast<int>(nodes.size()) == count) {
+      warnings_.warn("element-extra-labels:" + type,
+                     line.where.file + ":" + std::to_string(line.where.line) + ": element " +
+                         std::to_string(*element) + " of type " + type + " lists " +
+                         std::to_string(listed) + " node labels; the first " +
+                         std::to_string(count) +
+                         " are its nodes, the rest are ignored as "
+                         "the solver does");
+      break;
+    }
+    nodes.push_back(nodeOf(line, i, *element, network));
+  }
+  return line.endsWithComma;
+}
+
 void DeckBuilder::readElements(const Card& card) {
   std::string type = upper(required(card, "TYPE"));
   int count = deckNodeCount(type);
@@ -202,51 +173,20 @@ void DeckBuilder::readElements(const Card& card) {
   DataLine line;  // a line off the fast path, read the general way
   BulkTurns turns;
   ElementStarts starts;
-  PieceParse<ElementLines> bulk;
   while (true) {
     // The element lines that the read buffer holds, on two threads, for types of a known
     // node count; the line that stops them is read here.
     if (SourceReader* in = count > 0 && starts.known() ? turns.source(reader_) : nullptr) {
-      const int64_t from = in->offset();
-      bulk.run(
-          *in, runner_, [&starts](std::string_view l) { return starts(l); },
-          [&](std::string_view piece, ElementLines& out) {
-            return parseElementLines(piece, most, network, out);
-          },
-          [&](ElementLines& out) {
-            for (size_t i = 0; i < out.labels.size(); ++i) {
-              deck_.elements.add(out.labels[i], typeNumber, out.nodes.data() + i * most, most);
-            }
-            if (set) set->labels.insert(set->labels.end(), out.labels.begin(), out.labels.end());
-          });
-      turns.ran(in->offset() - from);
+      turns.ran(readElementsInBulk(*in, starts, most, network, typeNumber, set));
     }
     if (!reader_.nextDataText(text)) break;
-    starts.first(text);
+    if (starts.learning()) starts.first(text);
     int32_t element = 0;
     bool endsWithComma = false;
     nodes.clear();
     if (!readElementLine(text, true, most, network, &element, nodes, &endsWithComma)) {
       turns.offPath();
-      reader_.split(text, line);
-      element = label(line, 0, "an element label");
-      size_t listed = line.fields.size() - 1;
-      for (size_t i = 1; i < line.fields.size(); ++i) {
-        // The solver reads as many labels as the type has and passes over the rest of the
-        // line.
-        if (count >= 0 && static_cast<int>(nodes.size()) == count) {
-          warnings_.warn("element-extra-labels:" + type,
-                         line.where.file + ":" + std::to_string(line.where.line) + ": element " +
-                             std::to_string(element) + " of type " + type + " lists " +
-                             std::to_string(listed) + " node labels; the first " +
-                             std::to_string(count) +
-                             " are its nodes, the rest are ignored as "
-                             "the solver does");
-          break;
-        }
-        nodes.push_back(nodeOf(line, i, element, network));
-      }
-      endsWithComma = line.endsWithComma;
+      endsWithComma = readFirstElementLine(text, type, count, network, &element, nodes, line);
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
@@ -258,7 +198,7 @@ void DeckBuilder::readElements(const Card& card) {
                              std::to_string(element) + " of type " + type,
                          std::to_string(nodes.size()));
       }
-      starts.later(text);
+      if (starts.learning()) starts.later(text);
       if (!readElementLine(text, false, SIZE_MAX, network, nullptr, nodes, &endsWithComma)) {
         reader_.split(text, line);
         for (size_t i = 0; i < line.fields.size(); ++i) {

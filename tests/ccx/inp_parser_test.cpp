@@ -272,5 +272,72 @@ TEST(InpParser, MeshLinesInTheirRarerForms) {
       << warnings.texts()[0];
 }
 
+// *NODE and *ELEMENT cards longer than several read buffers, with comment and blank lines,
+// a keyword line between two *NODE cards, elements over two lines, and deep in the cards
+// two lines in forms that the fast reading leaves to the general one, with LF and with CRLF
+// line ends.
+TEST(InpParser, LargeMeshCardsAcrossReadBuffers) {
+  const int kNodes = 40000, kBricks = 20000, kQuads = 8000;
+  test::LargeMesh mesh = test::largeMesh(kNodes, kBricks, kQuads);
+  // Node 30001 with an 11-digit label; brick 15000 with two node labels more than it has.
+  mesh.lines[mesh.nodeLine[30001] - 1] = "00000030001, 7500.25, -30001., 6.5";
+  mesh.lines[mesh.brickLine[15000] - 1] += ", 1, 2";
+  // Quads 5001 to 5400 over three lines (2, 16 and 2 node labels): their middle lines look
+  // like first lines, which elements of this card have 16 commas on.
+  for (int q = 5400; q > 5000; --q) {
+    auto first = mesh.lines.begin() + mesh.quadLine[q] - 1;
+    std::string middle;
+    for (int k = 2; k < 18; ++k) middle += std::to_string(q + k) + ",";
+    *first =
+        std::to_string(100000 + q) + ", " + std::to_string(q) + ", " + std::to_string(q + 1) + ",";
+    first[1] = std::to_string(q + 18) + ", " + std::to_string(q + 19);
+    mesh.lines.insert(first + 1, middle);
+  }
+  test::ScratchDir dir;
+  for (const char* lineEnd : {"\n", "\r\n"}) {
+    SCOPED_TRACE(lineEnd[0] == '\r' ? "CRLF" : "LF");
+    Warnings warnings;
+    Deck deck = parseDeck(dir.write("large.inp", mesh.text(lineEnd)), warnings);
+    ASSERT_EQ(deck.nodes.size(), static_cast<size_t>(kNodes));
+    for (int n = 1; n <= kNodes; ++n) {
+      const Node& node = deck.nodes[n - 1];
+      if (node.label != n || node.x != n * 0.25 || node.y != -n || node.z != n % 7 + 0.5) {
+        ADD_FAILURE() << "node " << n << ": " << node.label << " at " << node.x << ", " << node.y
+                      << ", " << node.z;
+        break;
+      }
+    }
+    for (int e = 1; e <= kBricks; ++e) {
+      const Element brick = deck.elements[e - 1];
+      const std::vector<int32_t> nodes = {e, e + 1, e + 2, e + 3, e + 4, e + 5, e + 6, e + 7};
+      if (brick.label != e || !(brick.nodes == nodes)) {
+        ADD_FAILURE() << "brick " << e << ": " << brick.label << " on node " << brick.nodes[0];
+        break;
+      }
+    }
+    ASSERT_EQ(deck.elements.size(), static_cast<size_t>(kBricks + kQuads));
+    for (int q = 1; q <= kQuads; ++q) {
+      const Element quad = deck.elements[kBricks + q - 1];
+      std::vector<int32_t> nodes(20);
+      for (int k = 0; k < 20; ++k) nodes[k] = q + k;
+      if (quad.label != 100000 + q || !(quad.nodes == nodes)) {
+        ADD_FAILURE() << "quad " << q << ": " << quad.label << " on node " << quad.nodes[0];
+        break;
+      }
+    }
+    std::vector<int32_t> all(kNodes), bricks(kBricks);
+    for (int n = 1; n <= kNodes; ++n) all[n - 1] = n;
+    for (int e = 1; e <= kBricks; ++e) bricks[e - 1] = e;
+    EXPECT_EQ(deck.nodeSet("ALL")->labels, all);
+    EXPECT_THAT(deck.nodeSet("MID")->labels, ElementsAre(1, 2));
+    EXPECT_EQ(deck.elementSet("BRICKS")->labels, bricks);
+    ASSERT_EQ(warnings.texts().size(), 1u);
+    EXPECT_NE(warnings.texts()[0].find("large.inp:" + std::to_string(mesh.brickLine[15000]) +
+                                       ": element 15000 of type C3D8 lists 10 node labels"),
+              std::string::npos)
+        << warnings.texts()[0];
+  }
+}
+
 }  // namespace
 }  // namespace odbs::ccx

@@ -62,8 +62,7 @@ bool CardReader::nextMeaningful(std::string_view& line, SourceRef& where, int64_
       ++files_;
       continue;
     }
-    std::string_view t = trim(line);
-    if (t.empty() || startsWith(t, "**")) continue;
+    if (isPassedOver(line)) continue;
     if (whereFiles != files_) {
       where.file = in.path();
       whereFiles = files_;

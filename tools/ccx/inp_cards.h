@@ -14,8 +14,15 @@
 
 #include "tools/ccx/inp_model.h"
 #include "tools/ccx/source_reader.h"
+#include "tools/ccx/text.h"
 
 namespace odbs::ccx {
+
+// Whether a line is passed over as a comment line ("**" after any blanks) or a blank line.
+inline bool isPassedOver(std::string_view line) {
+  std::string_view t = trim(line);
+  return t.empty() || startsWith(t, "**");
+}
 
 struct Card {
   std::string keyword;  // upper case, single blanks: "SOLID SECTION"
@@ -53,6 +60,15 @@ class CardReader {
   const SourceRef& dataWhere() const { return dataWhere_; }
   // Makes the DataLine of text, the last line that nextDataText gave.
   void split(std::string_view text, DataLine& line) const;
+  // For the bulk readers of the large mesh cards: the reader of the file that the next line
+  // of the current card comes from, or null when a keyword line ended the card's data or the
+  // deck ended. The lines that a bulk reader passes over through it (SourceReader::
+  // skipBuffered) must be data lines of the card, comment lines and blank lines: the card
+  // reader reads on after them as if it had read them; dataWhere() keeps naming the last
+  // line that nextDataText gave.
+  SourceReader* dataSource() {
+    return hasPending_ || stack_.empty() ? nullptr : stack_.back().get();
+  }
 
   // Total bytes of the top file, and how far reading has come in it (for progress).
   int64_t topSize() const;

@@ -9,7 +9,9 @@
 #include <cstdint>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
+#include "tools/ccx/inp_model.h"
 #include "tools/ccx/text.h"
 #include "wire/coding.h"
 
@@ -111,5 +113,47 @@ class FieldScanner {
   const char* e_;
   bool more_ = true;
 };
+
+// The fast path of a *NODE data line: its label and up to three coordinates (blank ones
+// 0), fields past the third coordinate passed over. False for a line that the general path
+// must read.
+static inline bool readNodeLine(std::string_view text, Node& node) {
+  FieldScanner fields(text);
+  int32_t label = 0;
+  if (!fields.label(1, &label)) return false;
+  double coords[3] = {0, 0, 0};
+  for (double& c : coords) {
+    if (!fields.more()) break;
+    if (!fields.blank() && !fields.decimal(&c)) return false;
+  }
+  node = Node{label, coords[0], coords[1], coords[2]};
+  return true;
+}
+
+// The fast path of an element's data line: on its first line (first) the element label,
+// then node labels appended to nodes, at most `most` of them (0 too where zeroAllowed).
+// Tells whether the line ends with a comma. False, with nodes as it was, for a line that
+// the general path must read: a field that is not a label, more node labels than most.
+static inline bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
+                                   int32_t* label, std::vector<int32_t>& nodes,
+                                   bool* endsWithComma) {
+  FieldScanner fields(text);
+  *endsWithComma = false;
+  if (first && !fields.label(1, label)) return false;
+  const size_t before = nodes.size();
+  for (size_t index = first ? 1 : 0; fields.more(); ++index) {
+    int32_t value = 0;
+    if (index > 0 && fields.blankToEnd()) {
+      *endsWithComma = true;  // an empty last field after others
+      break;
+    }
+    if (nodes.size() - before == most || !fields.label(zeroAllowed ? 0 : 1, &value)) {
+      nodes.resize(before);
+      return false;
+    }
+    nodes.push_back(value);
+  }
+  return true;
+}
 
 }  // namespace odbs::ccx

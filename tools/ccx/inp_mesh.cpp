@@ -13,7 +13,6 @@
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
-
 std::string DeckBuilder::required(const Card& card, const std::string& parameter) const {
   std::string value = card.get(parameter);
   if (value.empty()) {
@@ -93,59 +92,20 @@ void DeckBuilder::readHeading(const Card&) {
   }
 }
 
-namespace {
-
-// The fast path of a *NODE data line: its label and up to three coordinates (blank ones
-// 0), fields past the third coordinate passed over. False for a line that the general path
-// must read.
-bool readNodeLine(std::string_view text, Node& node) {
-  FieldScanner fields(text);
-  int32_t label = 0;
-  if (!fields.label(1, &label)) return false;
-  double coords[3] = {0, 0, 0};
-  for (double& c : coords) {
-    if (!fields.more()) break;
-    if (!fields.blank() && !fields.decimal(&c)) return false;
-  }
-  node = Node{label, coords[0], coords[1], coords[2]};
-  return true;
-}
-
-// The fast path of an element's data line: on its first line (first) the element label,
-// then node labels appended to nodes, at most `most` of them (0 too where zeroAllowed).
-// Tells whether the line ends with a comma. False, with nodes as it was, for a line that
-// the general path must read: a field that is not a label, more node labels than most.
-bool readElementLine(std::string_view text, bool first, size_t most, bool zeroAllowed,
-                     int32_t* label, std::vector<int32_t>& nodes, bool* endsWithComma) {
-  FieldScanner fields(text);
-  *endsWithComma = false;
-  if (first && !fields.label(1, label)) return false;
-  const size_t before = nodes.size();
-  for (size_t index = first ? 1 : 0; fields.more(); ++index) {
-    int32_t value = 0;
-    if (index > 0 && fields.blankToEnd()) {
-      *endsWithComma = true;  // an empty last field after others
-      break;
-    }
-    if (nodes.size() - before == most || !fields.label(zeroAllowed ? 0 : 1, &value)) {
-      nodes.resize(before);
-      return false;
-    }
-    nodes.push_back(value);
-  }
-  return true;
-}
-
-}  // namespace
-
 void DeckBuilder::readNodes(const Card& card) {
   LabelSet* set = nullptr;
   if (card.has("NSET")) set = &setNamed(upper(required(card, "NSET")), true, card.where);
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
-  while (reader_.nextDataText(text)) {
+  BulkTurns turns;
+  while (true) {
+    // The node lines that the read buffer holds, on two threads; the line that stops them
+    // is read here.
+    if (SourceReader* in = turns.source(reader_)) turns.ran(readNodesInBulk(*in, set));
+    if (!reader_.nextDataText(text)) break;
     Node node;
     if (!readNodeLine(text, node)) {
+      turns.offPath();
       reader_.split(text, line);
       node.label = label(line, 0, "a node label");
       double* coords[3] = {&node.x, &node.y, &node.z};
@@ -169,6 +129,30 @@ int32_t DeckBuilder::nodeOf(const DataLine& line, size_t field, int32_t element,
   return label(line, field, ("a node label of element " + std::to_string(element)).c_str());
 }
 
+bool DeckBuilder::readFirstElementLine(std::string_view text, const std::string& type, int count,
+                                       bool network, int32_t* element, std::vector<int32_t>& nodes,
+                                       DataLine& line) {
+  reader_.split(text, line);
+  *element = label(line, 0, "an element label");
+  size_t listed = line.fields.size() - 1;
+  for (size_t i = 1; i < line.fields.size(); ++i) {
+    // The solver reads as many labels as the type has and passes over the rest of the
+    // line.
+    if (count >= 0 && static_cast<int>(nodes.size()) == count) {
+      warnings_.warn("element-extra-labels:" + type,
+                     line.where.file + ":" + std::to_string(line.where.line) + ": element " +
+                         std::to_string(*element) + " of type " + type + " lists " +
+                         std::to_string(listed) + " node labels; the first " +
+                         std::to_string(count) +
+                         " are its nodes, the rest are ignored as "
+                         "the solver does");
+      break;
+    }
+    nodes.push_back(nodeOf(line, i, *element, network));
+  }
+  return line.endsWithComma;
+}
+
 void DeckBuilder::readElements(const Card& card) {
   std::string type = upper(required(card, "TYPE"));
   int count = deckNodeCount(type);
@@ -187,30 +171,22 @@ void DeckBuilder::readElements(const Card& card) {
   std::vector<int32_t> nodes;  // of the element being read
   std::string_view text;
   DataLine line;  // a line off the fast path, read the general way
-  while (reader_.nextDataText(text)) {
+  BulkTurns turns;
+  ElementStarts starts;
+  while (true) {
+    // The element lines that the read buffer holds, on two threads, for types of a known
+    // node count; the line that stops them is read here.
+    if (SourceReader* in = count > 0 && starts.known() ? turns.source(reader_) : nullptr) {
+      turns.ran(readElementsInBulk(*in, starts, most, network, typeNumber, set));
+    }
+    if (!reader_.nextDataText(text)) break;
+    if (starts.learning()) starts.first(text);
     int32_t element = 0;
     bool endsWithComma = false;
     nodes.clear();
     if (!readElementLine(text, true, most, network, &element, nodes, &endsWithComma)) {
-      reader_.split(text, line);
-      element = label(line, 0, "an element label");
-      size_t listed = line.fields.size() - 1;
-      for (size_t i = 1; i < line.fields.size(); ++i) {
-        // The solver reads as many labels as the type has and passes over the rest of the
-        // line.
-        if (count >= 0 && static_cast<int>(nodes.size()) == count) {
-          warnings_.warn("element-extra-labels:" + type,
-                         line.where.file + ":" + std::to_string(line.where.line) + ": element " +
-                             std::to_string(element) + " of type " + type + " lists " +
-                             std::to_string(listed) + " node labels; the first " +
-                             std::to_string(count) +
-                             " are its nodes, the rest are ignored as "
-                             "the solver does");
-          break;
-        }
-        nodes.push_back(nodeOf(line, i, element, network));
-      }
-      endsWithComma = line.endsWithComma;
+      turns.offPath();
+      endsWithComma = readFirstElementLine(text, type, count, network, &element, nodes, line);
     }
     // An element whose node list is longer than one line goes on in the next lines: as many
     // as the type needs, or while lines end with a comma for types not in the table.
@@ -222,6 +198,7 @@ void DeckBuilder::readElements(const Card& card) {
                              std::to_string(element) + " of type " + type,
                          std::to_string(nodes.size()));
       }
+      if (starts.learning()) starts.later(text);
       if (!readElementLine(text, false, SIZE_MAX, network, nullptr, nodes, &endsWithComma)) {
         reader_.split(text, line);
         for (size_t i = 0; i < line.fields.size(); ++i) {

@@ -11,6 +11,7 @@
 // the file's next block is read into the reader's second buffer (SourceReader::readAhead).
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -112,14 +113,22 @@ class PieceParse {
       const size_t count = cuts_.size() + 1;
       if (outs_.size() < count) outs_.resize(count);
       if (parsed_.size() < count) parsed_.resize(count);
-      // Piece 0 reads the file's next block while the others are parsed.
+      // Piece 0 reads the file's next block while the others are parsed. Pieces after one
+      // that stopped are not taken: those not begun yet are passed over.
+      std::atomic<size_t> firstStop{count};
       runner.run(count + 1, [&](size_t piece) {
         if (piece == 0) return in.readAhead();
         const size_t i = piece - 1;
+        outs_[i].clear();
+        parsed_[i] = PieceParsed();
+        if (i > firstStop.load(std::memory_order_relaxed)) return;
         const size_t begin = i == 0 ? 0 : cuts_[i - 1];
         const size_t end = i + 1 < count ? cuts_[i] : text.size();
-        outs_[i].clear();
         parsed_[i] = parse(text.substr(begin, end - begin), outs_[i]);
+        if (parsed_[i].whole) return;
+        size_t stop = firstStop.load(std::memory_order_relaxed);
+        while (i < stop && !firstStop.compare_exchange_weak(stop, i, std::memory_order_relaxed)) {
+        }
       });
       size_t bytes = 0;
       int64_t lines = 0;

@@ -95,8 +95,7 @@ PieceParsed DeckBuilder::parseNodeLines(std::string_view text, std::vector<Node>
     } else if (!isPassedOver(line)) {
       return done;
     }
-    ++done.lines;
-    done.bytes = static_cast<size_t>(lines.position() - text.data());
+    done = lines.parsed(text);
   }
   done.whole = true;
   return done;
@@ -107,12 +106,10 @@ PieceParsed DeckBuilder::parseElementLines(std::string_view text, size_t count, 
   PieceParsed done;
   LineCursor lines(text);
   std::string_view line;
-  int64_t read = 0;
   bool open = false;  // an element's first line was read, not yet all its node labels
   int32_t label = 0;
   size_t start = 0;  // where the open element's node labels start in out.nodes
   while (lines.next(line)) {
-    ++read;
     bool endsWithComma = false;
     if (!open) {
       start = out.nodes.size();
@@ -134,10 +131,7 @@ PieceParsed DeckBuilder::parseElementLines(std::string_view text, size_t count, 
       out.labels.push_back(label);
       open = false;
     }
-    if (!open) {
-      done.lines = read;
-      done.bytes = static_cast<size_t>(lines.position() - text.data());
-    }
+    if (!open) done = lines.parsed(text);
   }
   // A piece that ends inside an element (cut at a line that only looked like a first one)
   // is not whole: the element is left to the line-by-line code.

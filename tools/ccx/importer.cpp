@@ -131,8 +131,8 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   }
 
   // The model goes to the file once the result file's mesh is read, or at the first step
-  // (the database sink asks the writer to write it and let it go); the results follow frame by
-  // frame while the result file is read. Until close() the file has a temporary name, and a failure
+  // (the database sink asks the writer to write it and let it go); the results follow field by
+  // field while the result file is read. Until close() the file has a temporary name, and a failure
   // on the way (a damaged result file) removes it: no database is written.
   platform::FileStat resultFile;
   if (progress && !request.results.empty() && platform::statFile(request.results, &resultFile) &&

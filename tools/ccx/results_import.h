@@ -1,5 +1,5 @@
 // Turns the result file and the print file of a deck into the results of the database,
-// frame by frame, and hands them to a sink (the database writer, or a test).
+// field by field, and hands them to a sink (the database writer, or a test).
 //
 // It is the result file's visitor: blocks arrive in file order. A frame opens at its first
 // block, with the tables printed for it, and in a step of the time domain each field goes

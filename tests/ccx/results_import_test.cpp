@@ -1,10 +1,13 @@
-// The results import through a recording sink: element blocks given in parts, and contact
-// history that follows one point as the contact zone grows. What the import writes to a
+// The results import through a recording sink: element blocks given in parts, fields handed
+// over as their blocks are read, and contact history that follows one point as the contact
+// zone grows. What the import writes to a
 // database is checked on the database itself (import_results_test.cpp).
 #include "tools/ccx/results_import.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <functional>
 
 #include "tests/ccx/test_files.h"
 #include "tools/ccx/dat_parser.h"
@@ -17,12 +20,18 @@ using test::dataFile;
 using test::exampleFile;
 using ::testing::ElementsAre;
 
-// Keeps the history of each step.
+// Keeps the history of each step and what else came, in order: "frame", each field's name
+// ("U*" when it has imaginary parts), "end".
 class Recorder : public ResultSink {
  public:
   void step(int, const PlannedStep&) override {}
-  void frame(int, const PlannedFrame&, std::vector<NodalField>&&,
-             std::vector<PointField>&&) override {}
+  void frame(int, const PlannedFrame&, std::vector<PointField>&&) override {
+    events.push_back("frame");
+  }
+  void field(NodalField&& f) override {
+    events.push_back(f.part.name + (f.imaginary.empty() ? "" : "*"));
+  }
+  void frameEnd() override { events.push_back("end"); }
   void history(int, const std::vector<HistoryRegionData>& regions) override {
     histories.push_back(regions);
   }
@@ -32,6 +41,7 @@ class Recorder : public ResultSink {
     return nullptr;
   }
   std::vector<std::vector<HistoryRegionData>> histories;
+  std::vector<std::string> events;
 };
 
 // The result file's elements may come in parts (large meshes do): the check and the
@@ -61,6 +71,44 @@ TEST(ResultsImport, ElementsInPartsGiveTheSameExpansion) {
       EXPECT_EQ(parts.sources()[s].all, whole.sources()[s].all);
     }
   }
+}
+
+// Reads an example's result file into r block by block, calling after(step) after each.
+void readInto(const std::string& name, Recorder& r, const std::function<void(int)>& after) {
+  Warnings warnings;
+  Deck deck = parseDeck(exampleFile(name + ".inp"), warnings);
+  FrdFile frd = readFrdFile(dataFile(name + ".frd"), warnings);
+  DatFile prints;
+  ResultImport import(deck, prints, name + ".frd", r, warnings);
+  import.nodes(std::move(frd.nodes));
+  import.elements(std::move(frd.elements));
+  import.elementsEnd();
+  for (FrdBlock& block : frd.blocks) {
+    const int step = block.step;
+    import.block(std::move(block));
+    after(step);
+  }
+  import.finish();
+}
+
+// A field of a static step goes as soon as its block is read; those of a steady-state
+// point wait for their imaginary parts, which the solver writes after all the real ones.
+TEST(ResultsImport, FieldsGoAsReadUnlessImaginaryPartsMayFollow) {
+  Recorder statics;
+  size_t blocks = 0;
+  readInto("beam_steps", statics, [&](int) {
+    if (blocks++ == 0) {
+      EXPECT_THAT(statics.events, ElementsAre("frame", "U"));
+    }
+  });
+  Recorder dynamics;
+  readInto("strip_modes", dynamics, [&](int step) {
+    if (step == 2) {
+      EXPECT_EQ(dynamics.events.back(), "frame");
+    }
+  });
+  EXPECT_THAT(std::vector<std::string>(dynamics.events.end() - 5, dynamics.events.end()),
+              ElementsAre("frame", "U*", "S*", "ERROR*", "end"));
 }
 
 // A dome pressed onto a block: the contact zone grows from 32 to 128 printed points. Every

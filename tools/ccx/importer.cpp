@@ -43,12 +43,16 @@ class CountingSink : public ResultSink {
     ++summary_.steps;
     next_.step(index, step);
   }
-  void frame(int step, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
-             std::vector<PointField>&& points) override {
+  void frame(int step, const PlannedFrame& frame, std::vector<PointField>&& points) override {
     ++summary_.frames;
-    summary_.fieldOutputs += static_cast<int64_t>(nodal.size() + points.size());
-    next_.frame(step, frame, std::move(nodal), std::move(points));
+    summary_.fieldOutputs += static_cast<int64_t>(points.size());
+    next_.frame(step, frame, std::move(points));
   }
+  void field(NodalField&& field) override {
+    ++summary_.fieldOutputs;
+    next_.field(std::move(field));
+  }
+  void frameEnd() override { next_.frameEnd(); }
   void history(int step, const std::vector<HistoryRegionData>& regions) override {
     summary_.historyRegions += static_cast<int64_t>(regions.size());
     next_.history(step, regions);
@@ -127,8 +131,8 @@ ImportSummary importCalculix(const ImportRequest& request, Warnings& warnings,
   }
 
   // The model goes to the file once the result file's mesh is read, or at the first step
-  // (the database sink asks the writer to write it and let it go); the results follow frame by
-  // frame while the result file is read. Until close() the file has a temporary name, and a failure
+  // (the database sink asks the writer to write it and let it go); the results follow field by
+  // field while the result file is read. Until close() the file has a temporary name, and a failure
   // on the way (a damaged result file) removes it: no database is written.
   platform::FileStat resultFile;
   if (progress && !request.results.empty() && platform::statFile(request.results, &resultFile) &&

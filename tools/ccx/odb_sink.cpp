@@ -1,7 +1,7 @@
 #include "tools/ccx/odb_sink.h"
 
+#include <algorithm>
 #include <map>
-#include <set>
 
 #include "tools/ccx/model_import.h"
 
@@ -39,8 +39,7 @@ void OdbSink::step(int, const PlannedStep& step) {
   writer_.addStep(data);
 }
 
-void OdbSink::frame(int, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
-                    std::vector<PointField>&& points) {
+void OdbSink::frame(int, const PlannedFrame& frame, std::vector<PointField>&& points) {
   odb::FrameData data;
   data.domain = domain_;
   data.mode = frame.mode;
@@ -48,59 +47,67 @@ void OdbSink::frame(int, const PlannedFrame& frame, std::vector<NodalField>&& no
   data.frequency = domain_ == odb_Enum::FREQUENCY ? frame.frameValue : 0.0;
   data.description = frame.description;
   writer_.addFrame(data);
+  points_ = std::move(points);
+  fieldNames_.clear();
+}
 
-  // Field outputs by name, nodal ones first in file order, then those only printed.
-  std::vector<std::string> order;
-  std::map<std::string, NodalField*> byNodal;
-  std::map<std::string, PointField*> byPoint;
-  for (NodalField& f : nodal) {
-    if (byNodal.emplace(f.part.name, &f).second) order.push_back(f.part.name);
+void OdbSink::field(NodalField&& field) {
+  if (!fieldNames_.insert(field.part.name).second) return;
+  const PointField* p = nullptr;
+  for (const PointField& f : points_) {
+    if (f.name != field.part.name) continue;
+    if (f.type == field.part.type && f.labels == field.part.labels) p = &f;
+    break;
   }
-  for (PointField& f : points) {
-    if (byPoint.emplace(f.name, &f).second && !byNodal.count(f.name)) order.push_back(f.name);
+  addField(&field, p);
+}
+
+void OdbSink::frameEnd() {
+  for (const PointField& p : points_) {
+    if (fieldNames_.insert(p.name).second) addField(nullptr, &p);
   }
-  for (const std::string& name : order) {
-    NodalField* n = byNodal.count(name) ? byNodal[name] : nullptr;
-    PointField* p = byPoint.count(name) ? byPoint[name] : nullptr;
-    if (n && p && (n->part.type != p->type || n->part.labels != p->labels)) p = nullptr;
-    odb::FieldOutputData field;
-    field.name = name;
-    field.description = n ? n->part.description : p->description;
-    field.type = n ? n->part.type : p->type;
-    field.componentLabels = n ? n->part.labels : p->labels;
-    field.isComplex = (n && !n->imaginary.empty()) || (p && !p->imaginary.empty());
-    writer_.addFieldOutput(field);
-    if (n) {
-      odb::FieldBlockData block;
-      block.instance = kInstanceName;
-      block.position = odb_Enum::NODAL;
-      block.type = field.type;
-      block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
-      block.nodeLabels = std::move(n->nodes);
-      block.data = std::move(n->values);
-      if (field.isComplex) {
-        block.conjugateData = n->imaginary.empty() ? std::vector<float>(block.data.size(), 0.f)
-                                                   : std::move(n->imaginary);
-      }
-      writer_.addFieldBlock(block);
+  points_.clear();
+  fieldNames_.clear();
+}
+
+void OdbSink::addField(NodalField* n, const PointField* p) {
+  odb::FieldOutputData field;
+  field.name = n ? n->part.name : p->name;
+  field.description = n ? n->part.description : p->description;
+  field.type = n ? n->part.type : p->type;
+  field.componentLabels = n ? n->part.labels : p->labels;
+  field.isComplex = (n && !n->imaginary.empty()) || (p && !p->imaginary.empty());
+  writer_.addFieldOutput(field);
+  if (n) {
+    odb::FieldBlockData block;
+    block.instance = kInstanceName;
+    block.position = odb_Enum::NODAL;
+    block.type = field.type;
+    block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
+    block.nodeLabels = std::move(n->nodes);
+    block.data = std::move(n->values);
+    if (field.isComplex) {
+      block.conjugateData = n->imaginary.empty() ? std::vector<float>(block.data.size(), 0.f)
+                                                 : std::move(n->imaginary);
     }
-    if (n && !n->expandedNodes.empty()) {
-      odb::FieldBlockData block;
-      block.instance = kExpandedInstanceName;
-      block.position = odb_Enum::NODAL;
-      block.type = field.type;
-      block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
-      block.nodeLabels = std::move(n->expandedNodes);
-      block.data = std::move(n->expandedValues);
-      if (field.isComplex) {
-        block.conjugateData = n->expandedImaginary.empty()
-                                  ? std::vector<float>(block.data.size(), 0.f)
-                                  : std::move(n->expandedImaginary);
-      }
-      writer_.addFieldBlock(block);
-    }
-    if (p) addPointBlocks(*p, field.isComplex);
+    writer_.addFieldBlock(block);
   }
+  if (n && !n->expandedNodes.empty()) {
+    odb::FieldBlockData block;
+    block.instance = kExpandedInstanceName;
+    block.position = odb_Enum::NODAL;
+    block.type = field.type;
+    block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
+    block.nodeLabels = std::move(n->expandedNodes);
+    block.data = std::move(n->expandedValues);
+    if (field.isComplex) {
+      block.conjugateData = n->expandedImaginary.empty()
+                                ? std::vector<float>(block.data.size(), 0.f)
+                                : std::move(n->expandedImaginary);
+    }
+    writer_.addFieldBlock(block);
+  }
+  if (p) addPointBlocks(*p, field.isComplex);
 }
 
 void OdbSink::addPointBlocks(const PointField& field, bool complex) {

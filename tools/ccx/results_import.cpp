@@ -115,8 +115,7 @@ void ResultImport::block(FrdBlock&& block) {
   if (place.isNew) {
     closeFrame();
     openStepsUpTo(place.step);
-    openStep_ = place.step;
-    openFrame_ = place.frame;
+    openFrame(place.step, place.frame);
   }
   std::vector<FieldPart> parts = fieldsOfBlock(block.name, block.storedCount());
   if (parts.empty()) {
@@ -148,8 +147,13 @@ void ResultImport::block(FrdBlock&& block) {
     addParts(sectionForceParts(parts.front().imaginary), beams, block, false);
     rows = std::move(others);
   }
-  if (takeWhole(parts, rows, block)) return;
-  addParts(parts, rows, block, forces);
+  if (!takeWhole(parts, rows, block)) addParts(parts, rows, block, forces);
+  if (!holdFields_) handOverFields();
+}
+
+void ResultImport::handOverFields() {
+  for (NodalField& field : fields_) sink_.field(std::move(field));
+  fields_.clear();
 }
 
 bool ResultImport::takeWhole(const std::vector<FieldPart>& parts, const Rows& rows,
@@ -282,21 +286,28 @@ void ResultImport::addContactHistory(const FrdBlock& block, const std::vector<Fi
                     frameValue, std::move(points));
 }
 
+void ResultImport::openFrame(int step, int frame) {
+  openStep_ = step;
+  openFrame_ = frame;
+  const PlannedStep& planned = plan_.steps()[step];
+  holdFields_ = planned.domain != odb_Enum::TIME;
+  tables_.clear();
+  for (size_t i : placer_.tablesOf(planned.frames[frame])) tables_.push_back(&prints_.blocks[i]);
+  sink_.frame(step, planned.frames[frame], pointFieldsOf(tables_, shells_, warnings_));
+}
+
 void ResultImport::closeFrame() {
   if (openStep_ < 0 || openFrame_ < 0) return;
+  handOverFields();
   const PlannedFrame& frame = plan_.steps()[openStep_].frames[openFrame_];
-  std::vector<const DatBlock*> tables;
-  for (size_t i : placer_.tablesOf(frame)) tables.push_back(&prints_.blocks[i]);
-  std::vector<PointField> points = pointFieldsOf(tables, shells_, warnings_);
-  for (const DatBlock* table : tables) {
+  for (const DatBlock* table : tables_) {
     if (table->kind == DatRowKind::IntegrationPoint) continue;
     // The same variables at the same slave nodes as the result file's contact block.
     if (table->kind == DatRowKind::ContactNode && frameHasContact_) continue;
     history_[openStep_].add(*table, frame.frameValue, warnings_);
   }
   frameHasContact_ = false;
-  sink_.frame(openStep_, frame, std::move(fields_), std::move(points));
-  fields_.clear();
+  sink_.frameEnd();
   openFrame_ = -1;
 }
 

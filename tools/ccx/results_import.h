@@ -1,10 +1,14 @@
 // Turns the result file and the print file of a deck into the results of the database,
-// frame by frame, and hands them to a sink (the database writer, or a test).
+// field by field, and hands them to a sink (the database writer, or a test).
 //
-// It is the result file's visitor: blocks arrive in file order, and each frame's blocks
-// are gathered until the next frame begins, so that the real and imaginary parts of a
-// steady-state point become one complex field output and the frame's printed tables can
-// join it. Only one frame is held at a time.
+// It is the result file's visitor: blocks arrive in file order. A frame opens at its first
+// block, with the tables printed for it, and in a step of the time domain each field goes
+// to the sink as soon as its block is read, so that the database writes it while the rest
+// of the file is read. Elsewhere (eigenmodes, steady-state points) imaginary parts may
+// follow all the real ones: the frame's fields are held until the frame ends, so that the
+// real and imaginary parts become one complex field output. (The solver writes no
+// imaginary parts in time steps; one there finds no real part and is skipped with a
+// warning.)
 //
 // The result file's mesh is checked against the deck (Expansion): results of another
 // model are refused. Values at the solver's expanded nodes of shells and beams go twice
@@ -49,9 +53,13 @@ class ResultSink {
   virtual void meshRead() {}
   // A step begins; called for every step of the deck, in order, before its frames.
   virtual void step(int index, const PlannedStep& step) = 0;
-  // A complete frame of the step last begun, with its field outputs.
-  virtual void frame(int step, const PlannedFrame& frame, std::vector<NodalField>&& nodal,
-                     std::vector<PointField>&& points) = 0;
+  // A frame of the step last begun opens, as its first result block is read, with the
+  // field outputs at integration points printed for it.
+  virtual void frame(int step, const PlannedFrame& frame, std::vector<PointField>&& points) = 0;
+  // A complete field output at the nodes of the open frame, in the result file's order.
+  virtual void field(NodalField&& field) = 0;
+  // The open frame ends: no more fields come for it.
+  virtual void frameEnd() = 0;
   // The history of the step, after its last frame.
   virtual void history(int step, const std::vector<HistoryRegionData>& regions) = 0;
 };
@@ -75,7 +83,10 @@ class ResultImport : public FrdVisitor {
   size_t tablesPassedOver() const { return placer_.passedOver() + placer_.left(); }
 
  private:
+  void openFrame(int step, int frame);
   void closeFrame();
+  // Hands the fields gathered so far to the sink.
+  void handOverFields();
   void openStepsUpTo(int step);
   // Rows of a block by where their values go.
   struct Rows {
@@ -109,8 +120,10 @@ class ResultImport : public FrdVisitor {
   std::vector<HistoryCollector> history_;
   int stepsOpened_ = 0;  // steps handed to the sink so far
   int openStep_ = -1, openFrame_ = -1;
-  std::vector<NodalField> fields_;  // of the open frame
-  bool frameHasContact_ = false;    // the open frame has the nodal contact block
+  std::vector<NodalField> fields_;       // of the open frame, not yet handed over
+  bool holdFields_ = false;              // imaginary parts may still join fields_
+  std::vector<const DatBlock*> tables_;  // printed for the open frame
+  bool frameHasContact_ = false;         // the open frame has the nodal contact block
 };
 
 }  // namespace odbs::ccx

@@ -13,6 +13,7 @@
 #include "tools/ccx/text.h"
 
 namespace odbs::ccx {
+
 std::string DeckBuilder::required(const Card& card, const std::string& parameter) const {
   std::string value = card.get(parameter);
   if (value.empty()) {

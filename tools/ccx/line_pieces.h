@@ -46,8 +46,8 @@ class LineCursor {
     ++lines_;
     return true;
   }
-  // How far the lines given so far reach: their bytes and their count, as PieceParsed
-  // (not whole).
+  // How far the lines given so far reach in text, the text the cursor was made over: their
+  // bytes and their count, as PieceParsed (not whole).
   PieceParsed parsed(std::string_view text) const {
     return {static_cast<size_t>(p_ - text.data()), lines_, false};
   }
@@ -62,8 +62,8 @@ class LineCursor {
 
 // Where text (whole lines) is cut into pieces of about pieceBytes each: each cut lies at
 // the start of a line for which startsPiece(line) is true (the first such line from the
-// even cut on), so that a record of several lines stays in one piece. Returns the starts of
-// the pieces after the first, in order.
+// even cut on), so that a record of several lines stays in one piece. Sets cuts to the
+// starts of the pieces after the first, in order.
 template <typename StartsPiece>
 void cutAtLines(std::string_view text, size_t pieceBytes, StartsPiece startsPiece,
                 std::vector<size_t>& cuts) {

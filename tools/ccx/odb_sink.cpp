@@ -78,34 +78,26 @@ void OdbSink::addField(NodalField* n, const PointField* p) {
   field.componentLabels = n ? n->part.labels : p->labels;
   field.isComplex = (n && !n->imaginary.empty()) || (p && !p->imaginary.empty());
   writer_.addFieldOutput(field);
-  if (n) {
+  // The nodal values of one instance as their block; a complex field without imaginary
+  // parts gets zeros.
+  auto addNodal = [&](const char* instance, std::vector<int32_t>& nodes, std::vector<float>& values,
+                      std::vector<float>& imaginary) {
     odb::FieldBlockData block;
-    block.instance = kInstanceName;
+    block.instance = instance;
     block.position = odb_Enum::NODAL;
     block.type = field.type;
     block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
-    block.nodeLabels = std::move(n->nodes);
-    block.data = std::move(n->values);
+    block.nodeLabels = std::move(nodes);
+    block.data = std::move(values);
     if (field.isComplex) {
-      block.conjugateData = n->imaginary.empty() ? std::vector<float>(block.data.size(), 0.f)
-                                                 : std::move(n->imaginary);
+      block.conjugateData =
+          imaginary.empty() ? std::vector<float>(block.data.size(), 0.f) : std::move(imaginary);
     }
     writer_.addFieldBlock(block);
-  }
+  };
+  if (n) addNodal(kInstanceName, n->nodes, n->values, n->imaginary);
   if (n && !n->expandedNodes.empty()) {
-    odb::FieldBlockData block;
-    block.instance = kExpandedInstanceName;
-    block.position = odb_Enum::NODAL;
-    block.type = field.type;
-    block.width = static_cast<int32_t>(std::max<size_t>(1, field.componentLabels.size()));
-    block.nodeLabels = std::move(n->expandedNodes);
-    block.data = std::move(n->expandedValues);
-    if (field.isComplex) {
-      block.conjugateData = n->expandedImaginary.empty()
-                                ? std::vector<float>(block.data.size(), 0.f)
-                                : std::move(n->expandedImaginary);
-    }
-    writer_.addFieldBlock(block);
+    addNodal(kExpandedInstanceName, n->expandedNodes, n->expandedValues, n->expandedImaginary);
   }
   if (p) addPointBlocks(*p, field.isComplex);
 }

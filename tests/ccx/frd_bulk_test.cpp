@@ -19,41 +19,27 @@ namespace {
 
 constexpr int kNodes = 20000, kElements = 4000, kStored = 8;
 
-// Exact in E12.5 and in a float: multiples of 0.25 below 250, plus a small integer.
-double coordinate(int node, int axis) {
-  return (node % 1000) * 0.25 + axis;
-}
-float stress(int node, int component) {
-  return static_cast<float>((node % 1000) * 0.25 + component);
+// Coordinate k of node n and its stress component k: exact in E12.5 and in a float.
+double value(int node, int k) {
+  return (node % 1000) * 0.25 + k;
 }
 int elementNode(int element, int k) {
   return (element + k) % kNodes + 1;
 }
 
-struct Generated {
-  std::string text;
-  int damagedLine = 0;  // the line of the value damaged, when one is
-};
-
 // A result file of kNodes nodes, kElements 20-node bricks (two -2 lines each) and one
-// block of kStored components (two lines per row). With damage, the value of the row of
-// node 12345 is not a number.
-Generated generate(const char* lineEnd, bool damage) {
-  Generated g;
-  int line = 0;
+// block of kStored components (two lines per row).
+std::string generate(const char* lineEnd) {
+  std::string text;
   char buf[160];
-  auto add = [&](const char* text) {
-    g.text += text;
-    g.text += lineEnd;
-    ++line;
-  };
+  auto add = [&](const std::string& line) { text += line + lineEnd; };
   add("    1C");
   add("    1UBulk");
   std::snprintf(buf, sizeof buf, "    2C%30d%37d", kNodes, 1);
   add(buf);
   for (int n = 1; n <= kNodes; ++n) {
-    std::snprintf(buf, sizeof buf, " -1%10d%12.5E%12.5E%12.5E", n, coordinate(n, 0),
-                  coordinate(n, 1), coordinate(n, 2));
+    std::snprintf(buf, sizeof buf, " -1%10d%12.5E%12.5E%12.5E", n, value(n, 0), value(n, 1),
+                  value(n, 2));
     add(buf);
   }
   add(" -3");
@@ -68,7 +54,7 @@ Generated generate(const char* lineEnd, bool damage) {
         std::snprintf(buf, sizeof buf, "%10d", elementNode(e, k));
         labels += buf;
       }
-      add(labels.c_str());
+      add(labels);
     }
   }
   add(" -3");
@@ -83,24 +69,19 @@ Generated generate(const char* lineEnd, bool damage) {
     add(buf);
   }
   for (int n = 1; n <= kNodes; ++n) {
-    std::string row;
     std::snprintf(buf, sizeof buf, " -1%10d", n);
-    row = buf;
+    std::string row = buf;
     for (int c = 0; c < 6; ++c) {
-      std::snprintf(buf, sizeof buf, "%12.5E", stress(n, c));
+      std::snprintf(buf, sizeof buf, "%12.5E", value(n, c));
       row += buf;
     }
-    add(row.c_str());
-    std::snprintf(buf, sizeof buf, " -2%10s%12.5E%12.5E", "", stress(n, 6), stress(n, 7));
-    if (damage && n == 12345) {
-      buf[14] = 'x';
-      g.damagedLine = line + 1;
-    }
+    add(row);
+    std::snprintf(buf, sizeof buf, " -2%10s%12.5E%12.5E", "", value(n, 6), value(n, 7));
     add(buf);
   }
   add(" -3");
   add(" 9999");
-  return g;
+  return text;
 }
 
 TEST(FrdBulk, LargeBlocksReadToTheirValuesWithEitherLineEnd) {
@@ -108,14 +89,14 @@ TEST(FrdBulk, LargeBlocksReadToTheirValuesWithEitherLineEnd) {
   for (const char* lineEnd : {"\n", "\r\n"}) {
     SCOPED_TRACE(lineEnd[0] == '\r' ? "CRLF" : "LF");
     Warnings warnings;
-    FrdFile file = readFrdFile(dir.write("bulk.frd", generate(lineEnd, false).text), warnings);
+    FrdFile file = readFrdFile(dir.write("bulk.frd", generate(lineEnd)), warnings);
     EXPECT_TRUE(warnings.texts().empty());
     ASSERT_EQ(file.nodes.size(), size_t(kNodes));
     for (int n = 1; n <= kNodes; ++n) {
       const FrdNode& node = file.nodes[n - 1];
       ASSERT_EQ(node.label, n);
-      ASSERT_EQ(node.x, coordinate(n, 0)) << n;
-      ASSERT_EQ(node.z, coordinate(n, 2)) << n;
+      ASSERT_EQ(node.x, value(n, 0)) << n;
+      ASSERT_EQ(node.z, value(n, 2)) << n;
     }
     ASSERT_EQ(file.elements.size(), size_t(kElements));
     for (int e = 1; e <= kElements; ++e) {
@@ -132,20 +113,25 @@ TEST(FrdBulk, LargeBlocksReadToTheirValuesWithEitherLineEnd) {
     for (int n = 1; n <= kNodes; ++n) {
       ASSERT_EQ(block.nodes[n - 1], n);
       for (int c = 0; c < kStored; ++c)
-        ASSERT_EQ(block.values[(n - 1) * kStored + c], stress(n, c)) << n << " " << c;
+        ASSERT_EQ(block.values[(n - 1) * kStored + c], static_cast<float>(value(n, c)))
+            << n << " " << c;
     }
   }
 }
 
 TEST(FrdBulk, DamageDeepInALargeBlockIsReportedAtItsLine) {
   test::ScratchDir dir;
-  Generated damaged = generate("\n", true);
+  // The second line of node 12345's row, its 7th component not a number: after 3 header,
+  // kNodes + 1 node, 1 + 3 kElements + 1 element and 3 + kStored block lines, 12344 rows.
+  std::string whole = generate("\n"), damaged = whole;
+  damaged[damaged.find(" -2", damaged.rfind(" -1     12345")) + 14] = 'x';
+  const int damagedLine =
+      3 + (kNodes + 1) + (1 + 3 * kElements + 1) + (3 + kStored) + 2 * 12344 + 2;
   Warnings warnings;
-  test::expectParseError([&] { readFrdFile(dir.write("bad.frd", damaged.text), warnings); },
-                         damaged.damagedLine, "8 values of block STRESS for node 12345");
+  test::expectParseError([&] { readFrdFile(dir.write("bad.frd", damaged), warnings); }, damagedLine,
+                         "8 values of block STRESS for node 12345");
   // Cut inside the element block: the 2,001st element has its -1 line and one of its
   // two -2 lines.
-  std::string whole = generate("\n", false).text;
   size_t elements = whole.find("    3C");
   size_t cut = elements;
   for (int lines = 0; lines < 1 + 3 * 2000 + 2; ++lines) cut = whole.find('\n', cut) + 1;

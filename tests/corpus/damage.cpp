@@ -4,6 +4,8 @@
 #include <cstring>
 #include <random>
 
+#include "wire/coding.h"
+
 namespace odbs::test {
 
 namespace {
@@ -203,14 +205,10 @@ uint32_t metadataChecksum(const uint8_t* k, size_t length) {
   auto rot = [](uint32_t x, int r) { return (x << r) ^ (x >> (32 - r)); };
   uint32_t a, b, c;
   a = b = c = 0xdeadbeef + uint32_t(length);
-  auto word = [&k](size_t i) {
-    return uint32_t(k[i]) | uint32_t(k[i + 1]) << 8 | uint32_t(k[i + 2]) << 16 |
-           uint32_t(k[i + 3]) << 24;
-  };
   while (length > 12) {
-    a += word(0);
-    b += word(4);
-    c += word(8);
+    a += loadU32(k);
+    b += loadU32(k + 4);
+    c += loadU32(k + 8);
     a -= c, a ^= rot(c, 4), c += b;
     b -= a, b ^= rot(a, 6), a += c;
     c -= b, c ^= rot(b, 8), b += a;
@@ -224,13 +222,9 @@ uint32_t metadataChecksum(const uint8_t* k, size_t length) {
   // The last 1 to 12 bytes, as words padded with zero bytes.
   uint8_t tail[12] = {};
   std::memcpy(tail, k, length);
-  auto tailWord = [&tail](size_t i) {
-    return uint32_t(tail[i]) | uint32_t(tail[i + 1]) << 8 | uint32_t(tail[i + 2]) << 16 |
-           uint32_t(tail[i + 3]) << 24;
-  };
-  a += tailWord(0);
-  b += tailWord(4);
-  c += tailWord(8);
+  a += loadU32(tail);
+  b += loadU32(tail + 4);
+  c += loadU32(tail + 8);
   c ^= b, c -= rot(b, 14);
   a ^= c, a -= rot(c, 11);
   b ^= a, b -= rot(a, 25);

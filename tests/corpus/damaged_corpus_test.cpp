@@ -111,35 +111,25 @@ void runFields(const std::string& path, const std::string& scratch, const std::s
   }
 }
 
-class DamagedCorpus : public ::testing::Test {
- protected:
+TEST(DamagedCorpus, NoCopyCrashesOrHangsTheServerOrTheTools) {
+  ccx::test::ScratchDir dir;
   // The example databases: every example deck imported with its results, and the small
   // model built from its description.
-  std::vector<std::string> exampleDatabases() {
-    std::vector<std::string> out;
-    for (const char* name : {"beam_steps", "plate_composite", "punch_contact", "strip_modes"}) {
-      ccx::ImportRequest request;
-      request.deck = ccx::test::exampleFile(std::string(name) + ".inp");
-      request.results = ccx::test::dataFile(std::string(name) + ".frd");
-      request.prints = ccx::test::dataFile(std::string(name) + ".dat");
-      request.output = dir_.path() + "/" + name + ".odb";
-      ccx::Warnings warnings;
-      ccx::importCalculix(request, warnings);
-      out.push_back(request.output);
-    }
-    out.push_back(dir_.path() + "/small_model.odb");
-    buildSmallModel(out.back());
-    return out;
+  std::vector<std::string> databases;
+  for (std::string name : {"beam_steps", "plate_composite", "punch_contact", "strip_modes"}) {
+    databases.push_back(dir.path() + "/" + name + ".odb");
+    ccx::Warnings warnings;
+    ccx::importCalculix({ccx::test::exampleFile(name + ".inp"), ccx::test::dataFile(name + ".frd"),
+                         ccx::test::dataFile(name + ".dat"), databases.back()},
+                        warnings);
   }
-  ccx::test::ScratchDir dir_;
-};
-
-TEST_F(DamagedCorpus, NoCopyCrashesOrHangsTheServerOrTheTools) {
-  dir_.write("lsan.supp", "leak:libhdf5\n");
-  CommandRun server(dir_.path());
+  databases.push_back(dir.path() + "/small_model.odb");
+  buildSmallModel(databases.back());
+  dir.write("lsan.supp", "leak:libhdf5\n");
+  CommandRun server(dir.path());
   Tally tally;
   uint32_t seed = 1;
-  for (const std::string& db : exampleDatabases()) {
+  for (const std::string& db : databases) {
     std::optional<std::vector<std::vector<uint8_t>>> reference = server.run(db, db, &tally);
     ASSERT_TRUE(reference.has_value()) << "the undamaged " << db << " failed";
     ASSERT_GT(reference->at(1).size(), 10u) << db << " sends no model";
@@ -152,14 +142,14 @@ TEST_F(DamagedCorpus, NoCopyCrashesOrHangsTheServerOrTheTools) {
     int number = 0;
     for (const DamagedCopy& copy : copies) {
       // Each copy under a name of its own: the server must not take it for an open one.
-      std::string path = dir_.path() + "/copy" + std::to_string(++number) + ".odb";
+      std::string path = dir.path() + "/copy" + std::to_string(++number) + ".odb";
       std::ofstream(path, std::ios::binary)
           .write(reinterpret_cast<const char*>(copy.bytes.data()), long(copy.bytes.size()));
       std::string what = copy.name + " of " + db;
       ++tally.tried;
       std::optional<std::vector<std::vector<uint8_t>>> replies = server.run(path, what, &tally);
       if (replies && *replies == *reference) ++tally.unchanged;
-      runFields(path, dir_.path(), what, &tally);
+      runFields(path, dir.path(), what, &tally);
       std::remove(path.c_str());
     }
   }
@@ -171,7 +161,7 @@ TEST_F(DamagedCorpus, NoCopyCrashesOrHangsTheServerOrTheTools) {
   EXPECT_EQ(tally.crashes, 0);
   EXPECT_EQ(tally.hangs, 0);
   for (const std::string& f : tally.faults) ADD_FAILURE() << f;
-  std::string log = ccx::test::readWhole(dir_.path() + "/tools.log");
+  std::string log = ccx::test::readWhole(dir.path() + "/tools.log");
   if (tally.crashes > 0) std::printf("%s\n", log.substr(0, 20000).c_str());
 }
 

@@ -37,16 +37,8 @@ std::vector<int32_t> labels(FuzzedDataProvider& in, size_t n) {
 
 // An array of about n entries: absent, short, exact or long.
 size_t lengthNear(FuzzedDataProvider& in, size_t n) {
-  switch (in.ConsumeIntegralInRange<int>(0, 3)) {
-    case 0:
-      return 0;
-    case 1:
-      return n / 2;
-    case 2:
-      return n + 1;
-    default:
-      return n;
-  }
+  const size_t lengths[] = {0, n / 2, n + 1, n};
+  return lengths[in.ConsumeIntegralInRange<int>(0, 3)];
 }
 
 odb::FieldBlockData block(FuzzedDataProvider& in, bool complex) {

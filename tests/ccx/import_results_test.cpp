@@ -330,14 +330,13 @@ TEST_F(ImportedDatabase, BeamSectionForcesAreTheirOwnFieldOutputs) {
   ASSERT_EQ(moments.length(), 9);
   for (int r = 0; r < 9; ++r) {
     int node = forces.nodeLabels()[r];
-    double arm = 40.0 - 5.0 * (node - 1);
-    EXPECT_NEAR(forces.data()[3 * r + 0], 4.0, 1e-3) << node;
-    EXPECT_NEAR(forces.data()[3 * r + 1], 7.0, 1e-3) << node;
-    EXPECT_NEAR(forces.data()[3 * r + 2], -10.0, 1e-3) << node;
     ASSERT_EQ(moments.nodeLabels()[r], node);
-    EXPECT_NEAR(moments.data()[3 * r + 0], 10.0 * arm, 1e-2) << node;
-    EXPECT_NEAR(moments.data()[3 * r + 1], 7.0 * arm, 1e-2) << node;
-    EXPECT_NEAR(moments.data()[3 * r + 2], 0.0, 1e-2) << node;
+    const double arm = 40.0 - 5.0 * (node - 1), force[] = {4, 7, -10},
+                 moment[] = {10 * arm, 7 * arm, 0};
+    for (int c = 0; c < 3; ++c) {
+      EXPECT_NEAR(forces.data()[3 * r + c], force[c], 1e-3) << node << " " << c;
+      EXPECT_NEAR(moments.data()[3 * r + c], moment[c], 1e-2) << node << " " << c;
+    }
   }
 }
 

@@ -122,9 +122,9 @@ TEST(InpParser, ContactPairTwoMaterialsTwoSections) {
             std::string::npos)
       << warnings.texts()[0];
   ASSERT_EQ(deck.contactPairs.size(), 1u);
-  EXPECT_EQ(deck.contactPairs[0].slave, "SPUNCH");
-  EXPECT_EQ(deck.contactPairs[0].master, "SBLOCK");
-  EXPECT_EQ(deck.contactPairs[0].type, "SURFACE TO SURFACE");
+  const ContactPair& pair = deck.contactPairs[0];
+  EXPECT_THAT((std::vector<std::string>{pair.slave, pair.master, pair.type}),
+              ElementsAre("SPUNCH", "SBLOCK", "SURFACE TO SURFACE"));
   ASSERT_EQ(deck.sections.size(), 2u);
   EXPECT_EQ(deck.sections[1].material, "HARD");
   EXPECT_EQ(deck.steps[0].outputs.back().keyword, "CONTACT PRINT");

@@ -60,9 +60,6 @@ TEST_F(HistoryServer, NameListLivesUntilAWalkEnds) {
   EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 4 6 8 8 4 6 8 8 8 8 2 4 6 8 8 ~");
   // The walk reached its end: the list is empty again.
   EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 2 ~");
-  // hi walks every region without values; another letter after h answers nothing.
-  EXPECT_EQ(types(server_->request("hi " + db.path())), "2 4 6 4 6 2 4 6 ~");
-  EXPECT_EQ(types(server_->request("hz " + db.path())), "~");
 }
 
 // Step 1: a frame at 0.4 with U, history of connector 21 failing at 0.3. Step 2: a frame

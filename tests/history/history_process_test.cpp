@@ -43,11 +43,9 @@ TEST_F(HistoryServer, NameListLivesUntilAWalkEnds) {
   WrittenDatabase db(twoSteps);
   // Without ho: the step records only.
   EXPECT_EQ(types(server_->request("hr 0 " + db.path())), "2 2 ~");
-  // ho and hb answer nothing at all.
   server_->send("ho 3");
   server_->send("hb E 2");
   server_->send("hb N");
-  EXPECT_FALSE(server_->replyPending(200));
   // A failed look-up keeps the list; so does a line without a database.
   EXPECT_EQ(types(server_->request("hr 0 /no/such.odb")), "~");
   EXPECT_EQ(types(server_->request("hr 0")), "~");

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "client/catalogue_records.h"
 #include "odb/writer.h"
@@ -88,15 +89,12 @@ TEST_F(CatalogueProcessTest, RecordsOfEveryFrame) {
   EXPECT_EQ(texts.domain, "MODAL");
   EXPECT_EQ(texts.name, "Step-2");
 
-  FrameRecord frame = decodeFrame(reply.records[2 + 3 * 4 + 3]);
-  EXPECT_EQ(frame.frameIndex, 2);
-  EXPECT_EQ(frame.domain, odb_Enum::MODAL);
-  EXPECT_EQ(frame.mode, 2);
-  EXPECT_EQ(frame.frameValue, 20.0);
-  EXPECT_EQ(frame.frequency, 20.0);
-  EXPECT_EQ(frame.stepNumber, 2);
-  EXPECT_EQ(frame.lastFrameIndex, 2);  // three frames
-  EXPECT_EQ(frame.description, "Mode 2");
+  // Index, domain, mode, value, frequency, step, last index (three frames), description.
+  FrameRecord f = decodeFrame(reply.records[2 + 3 * 4 + 3]);
+  EXPECT_EQ(
+      std::tie(f.frameIndex, f.domain, f.mode, f.frameValue, f.frequency, f.stepNumber,
+               f.lastFrameIndex, f.description),
+      std::make_tuple(2, int32_t(odb_Enum::MODAL), 2, 20.0, 20.0, 2, 2, std::string("Mode 2")));
   EXPECT_EQ(reply.records[2 + 3 * 4 + 3].body.size(), 40u + 6);
 
   EXPECT_TRUE(platform::fileReadable(base_));

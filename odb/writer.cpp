@@ -337,16 +337,27 @@ void Writer::addFieldOutput(const FieldOutputData& field) {
 void Writer::addFieldBlock(const FieldBlockData& block) {
   checkOpen();
   results_->addFieldBlock(block);
-  startWriteback();
+  startWriteback(4 * (block.data.size() + block.conjugateData.size() + block.nodeLabels.size() +
+                      block.elementLabels.size() + block.integrationPoints.size()) +
+                 8 * (block.dataDouble.size() + block.conjugateDataDouble.size()));
 }
 void Writer::addHistoryRegion(const HistoryRegionData& region) {
   checkOpen();
   results_->addHistoryRegion(region);
-  startWriteback();
+  size_t bytes = 0;
+  for (const HistoryOutputData& output : region.outputs) {
+    bytes += 4 * (output.data.size() + output.conjugateData.size()) + 8 * output.frameValues.size();
+  }
+  startWriteback(bytes);
 }
 
-void Writer::startWriteback() {
+void Writer::startWriteback(size_t bytes) {
+  // The file is looked at only once the arrays handed over since the last look could have
+  // grown it by a step: not once per block or region.
   constexpr int64_t kStep = int64_t(8) << 20;
+  handedOver_ += bytes;
+  if (handedOver_ < static_cast<size_t>(kStep)) return;
+  handedOver_ = 0;
   os::FileStat st;
   if (!os::statFile(tmpPath_, &st) || st.size - writebackFrom_ < kStep) return;
   writebackFrom_ = st.size;
@@ -407,7 +418,7 @@ void Writer::writeModel() {
   ModelData m = takeValidModel();
   storeModel(file_->root(), m);
   modelWritten_ = true;
-  startWriteback();
+  startWriteback(SIZE_MAX / 2);  // the model's size is not counted: look at the file
   // The header fields stay for model().
   header_ = ModelData();
   header_.name = m.name;

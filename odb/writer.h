@@ -145,17 +145,19 @@ class Writer {
   // The model added so far, moved out of the writer once validateModel accepts it; when it
   // throws, the writer keeps the model as it was.
   ModelData takeValidModel();
-  // Once the file has grown by a few megabytes since the last call, syncs what it holds so
-  // far on a thread of its own (or, while that sync still runs, starts the disk writes).
+  // Counts bytes, about what the caller just handed over to be written. Once the file has
+  // grown by a few megabytes since the last sync, syncs what it holds so far on a thread of
+  // its own (or, while that sync still runs, starts the disk writes).
   // A sync waits for the device to store everything not yet stored, at a cost that grows
   // with its amount (about 1.6 ms per MB on the development machine, even for data whose
   // writes had long been started): syncing early lets the device take most of the file
   // while the caller reads its next results, and leaves close() the tail.
-  void startWriteback();
+  void startWriteback(size_t bytes);
   // Waits for the sync that startWriteback started, if any.
   void joinSync();
   std::string path_, tmpPath_;
-  int64_t writebackFrom_ = 0;  // the temporary file's size at the last startWriteback
+  int64_t writebackFrom_ = 0;  // the temporary file's size at the last sync started
+  size_t handedOver_ = 0;      // bytes counted since the file was last looked at
   struct BackgroundSync;
   std::unique_ptr<BackgroundSync> sync_;
   std::unique_ptr<h5::File> file_;

@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 #include "client/catalogue_records.h"
 #include "odb/writer.h"
@@ -87,15 +89,12 @@ TEST_F(CatalogueProcessTest, RecordsOfEveryFrame) {
   EXPECT_EQ(texts.domain, "MODAL");
   EXPECT_EQ(texts.name, "Step-2");
 
-  FrameRecord frame = decodeFrame(reply.records[2 + 3 * 4 + 3]);
-  EXPECT_EQ(frame.frameIndex, 2);
-  EXPECT_EQ(frame.domain, odb_Enum::MODAL);
-  EXPECT_EQ(frame.mode, 2);
-  EXPECT_EQ(frame.frameValue, 20.0);
-  EXPECT_EQ(frame.frequency, 20.0);
-  EXPECT_EQ(frame.stepNumber, 2);
-  EXPECT_EQ(frame.lastFrameIndex, 2);  // three frames
-  EXPECT_EQ(frame.description, "Mode 2");
+  // Index, domain, mode, value, frequency, step, last index (three frames), description.
+  FrameRecord f = decodeFrame(reply.records[2 + 3 * 4 + 3]);
+  EXPECT_EQ(
+      std::tie(f.frameIndex, f.domain, f.mode, f.frameValue, f.frequency, f.stepNumber,
+               f.lastFrameIndex, f.description),
+      std::make_tuple(2, int32_t(odb_Enum::MODAL), 2, 20.0, 20.0, 2, 2, std::string("Mode 2")));
   EXPECT_EQ(reply.records[2 + 3 * 4 + 3].body.size(), 40u + 6);
 
   EXPECT_TRUE(platform::fileReadable(base_));
@@ -193,27 +192,21 @@ TEST_F(CatalogueProcessTest, StepCountsChooseTheirSteps) {
     w.addHistoryRegion(h);
     w.close();
   }
-  // Record 16: step, frames, frames with field output, history samples, the chosen count.
-  auto counts = [&](const std::string& form) {
-    std::vector<std::vector<int32_t>> out;
-    size_t frames = 0;
-    for (const Record& r : server_->request(form + " " + db_).records) {
-      if (r.type == odbs::kRecFrame) ++frames;
-      if (r.type != odbs::kRecStepCounts) continue;
-      StepCountsRecord c = decodeStepCounts(r);
-      out.push_back({c.stepNumber, c.frames, c.fieldFrames, c.historySamples, c.selected});
-    }
-    out.push_back({int32_t(frames)});
-    return out;
+  // Record 16 (step, frames, frames with field output, history samples, the chosen count),
+  // then the chosen step's records as fd sends them.
+  auto check = [&](const std::string& form, const Bytes& counts, long frames) {
+    Reply r = server_->request(form + " " + db_);
+    ASSERT_GE(r.records.size(), 4u) << form;
+    EXPECT_EQ(r.records[2].type, odbs::kRecStepCounts) << form;
+    EXPECT_EQ(r.records[2].body, counts) << form;
+    EXPECT_EQ(r.records[3].type, odbs::kRecStep) << form;
+    EXPECT_EQ(std::count_if(r.records.begin(), r.records.end(),
+                            [](const Record& x) { return x.type == odbs::kRecFrame; }),
+              frames)
+        << form;
   };
-  EXPECT_EQ(counts("fs"), (std::vector<std::vector<int32_t>>{{1, 2, 1, 0, 1}, {2}}));
-  EXPECT_EQ(counts("fv"), (std::vector<std::vector<int32_t>>{{2, 3, 0, 4, 4}, {3}}));
-  // Record 16's bytes, and the first frame record after it as fd sends it.
-  Reply fs = server_->request("fs " + db_);
-  ASSERT_GE(fs.records.size(), 4u);
-  EXPECT_EQ(fs.records[2].body,
-            (Bytes{1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0}));
-  EXPECT_EQ(fs.records[3].type, odbs::kRecStep);
+  check("fs", {1, 0, 0, 0, 2, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0, 0}, 2);
+  check("fv", {2, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 4, 0, 0, 0, 4, 0, 0, 0}, 3);
 }
 
 }  // namespace

@@ -213,8 +213,6 @@ TEST_F(ContactOutput, FailedConnectorsByTheFrameTime) {
   f.begin(kRecElementStatus).i32(21).f32(0.f);
   EXPECT_EQ(records.back().frameBytes(), f.bytes());
   EXPECT_EQ(run.builds, 1);
-  run(request(1, 1, "UT"));
-  EXPECT_EQ(run.builds, 1);
 
   ConnectorFailureTable table = buildConnectorFailures(db.odb().steps().at(0));
   ASSERT_EQ(table.size(), 2u);

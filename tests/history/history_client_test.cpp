@@ -131,11 +131,6 @@ TEST(HistoryCsv, FullPrecisionAndQuotedNames) {
             "1,\"a,\"\"b\"\"\",C,1,,2,-0.5\n");
 }
 
-TEST(HistoryCli, RequestLines) {
-  EXPECT_EQ(cli::historyLines("/d/job.odb", {"Node P.1", "E 2"}, 3),
-            (std::vector<std::string>{"ho 2", "hb Node P.1", "hb E 2", "hr 3 /d/job.odb"}));
-}
-
 TEST(SvgPlot, TicksAreRoundAndCoverTheRange) {
   using V = std::vector<double>;
   using ::testing::DoubleNear;

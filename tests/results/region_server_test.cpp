@@ -1,7 +1,8 @@
 // Commands rn and rg through the real server on the imported CalculiX contact model
-// (examples/punch_contact.inp): the contact pair of the deck is region pair 1, and the values
-// of both regions are the solver's. The region word's parsing is in
-// tests/server/command_parse_test.cpp, every suffix code's handling in region_field_test.cpp.
+// (examples/punch_contact.inp): the values of both regions are the solver's, and a failed
+// walk still closes its reply. The region word's parsing is in
+// tests/server/command_parse_test.cpp, every suffix code's handling in region_field_test.cpp,
+// the region pairs of an import in tests/ccx/import_test.cpp.
 #include <gtest/gtest.h>
 
 #include "client/field_records.h"
@@ -9,7 +10,6 @@
 #include "tests/ccx/test_files.h"
 #include "tests/protocol/server_fixture.h"
 #include "tools/ccx/importer.h"
-#include "wire/record_types.h"
 
 namespace odbs::test {
 namespace {
@@ -31,31 +31,11 @@ class PunchContact : public ::testing::Test {
 
   std::string db() const { return dir_->path() + "/punch.odb"; }
 
-  std::vector<client::RegionRecord> regionsOf(const client::Reply& reply) {
-    std::vector<client::RegionRecord> out;
-    for (const client::Record& r : reply.records)
-      if (r.type == kRecRegion) out.push_back(client::decodeRegion(r));
-    return out;
-  }
-
   static ccx::test::ScratchDir* dir_;
   std::unique_ptr<client::ServerProcess> server_;
 };
 
 ccx::test::ScratchDir* PunchContact::dir_ = nullptr;
-
-TEST_F(PunchContact, ContactPairIsRegionPairOne) {
-  // *CONTACT PAIR, INTERACTION=SI1: slave SPUNCH, master SBLOCK.
-  server_->send("d 0 0 0 U");
-  auto regions = regionsOf(server_->request("rg 1:" + db()));
-  ASSERT_EQ(regions.size(), 2u);
-  EXPECT_EQ(regions[0].name, "SPUNCH");
-  EXPECT_EQ(regions[0].pair, "SI1");
-  EXPECT_EQ(regions[0].pairKind, 1);
-  EXPECT_EQ(regions[0].kind, 3);
-  EXPECT_EQ(regions[1].name, "SBLOCK");
-  EXPECT_EQ(regions[1].side, 2);
-}
 
 TEST_F(PunchContact, ValuesOfBothRegions) {
   // U of the last increment: node 110 of PTOP is pressed down by 0.05 (the .frd); the

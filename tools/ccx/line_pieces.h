@@ -97,12 +97,12 @@ class PieceParse {
 
   // Parses the lines that in's buffer holds: parse(std::string_view piece, Out& out) ->
   // PieceParsed on each piece, out cleared first (Out has clear()), from several threads at
-  // once: parse may write nothing but out. Then
-  // take(Out& out) on this thread for each piece in file order, up to and with the first
-  // that did not parse whole. Reads on through the buffer's refills as long as every piece
-  // was whole. startsPiece as for cutAtLines. Returns false when a parser stopped before
-  // its piece's end, or when fewer than kLeast bytes of lines were left in the buffer:
-  // the caller then reads the next line itself. Throws what parse or take throws.
+  // once, so parse may write nothing but out. Then take(Out& out) on this thread for each
+  // piece in file order, up to and with the first that did not parse whole. Reads on
+  // through the buffer's refills as long as every piece was whole. startsPiece as for
+  // cutAtLines. Returns false when a parser stopped before its piece's end, or when fewer
+  // than kLeast bytes of lines were left in the buffer: the caller then reads the next line
+  // itself. Throws what parse or take throws.
   template <typename StartsPiece, typename Parse, typename Take>
   bool run(SourceReader& in, platform::PieceRunner& runner, StartsPiece startsPiece, Parse parse,
            Take take) {

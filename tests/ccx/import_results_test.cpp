@@ -170,6 +170,11 @@ TEST_F(ImportedDatabase, CantileverStepsFramesFieldsAndHistory) {
   const odb_HistoryRegion& tip = step(0).historyRegions()["Node PART-1-1.99"];
   EXPECT_EQ(tip.historyPoint().position(), odb_Enum::NODAL);
   EXPECT_EQ(tip.historyPoint().node().label(), 99);
+  EXPECT_EQ(tip.historyOutputs()["U3"].frameValues(), (std::vector<double>{0.25, 0.5, 0.75, 1.0}));
+  const odb_SequenceSequenceFloat& u3 = tip.historyOutputs()["U3"].data();
+  ASSERT_EQ(u3.size(), 4);
+  EXPECT_FLOAT_EQ(u3[3][0], 1.0f);
+  EXPECT_FLOAT_EQ(u3[3][1], static_cast<float>(prints_.blocks[9].values[8 * 3 + 2]));
   const odb_HistoryRegion& fix = step(0).historyRegions()["Node set FIX"];
   EXPECT_EQ(fix.historyPoint().region().name(), "FIX");
   EXPECT_EQ(fix.historyPoint().position(), odb_Enum::WHOLE_REGION);

@@ -23,6 +23,13 @@ TEST(TextNumbers, IntegersWithBlanksAndSigns) {
   for (const char* bad : {"", "   ", "-", "+", "1.5", "12a", "1 2", "+-5", "0x10"}) {
     EXPECT_FALSE(toInteger(bad)) << bad;
   }
+  // An exponent with more digits than any double needs rounds to infinity, which the
+  // callers refuse (the fuzzer's "1E2222222222" once overflowed the exponent's counter).
+  EXPECT_EQ(toDouble("1E2222222222"), HUGE_VAL);
+  float f = 0;
+  EXPECT_TRUE(parseFloatField("  -1.5E2222222222", &f));
+  EXPECT_EQ(f, -HUGE_VALF);
+  EXPECT_EQ(toDouble("1.5E+003"), 1500.0);
   long long v = 0;
   EXPECT_TRUE(parseIntField("     12345", &v));
   EXPECT_EQ(v, 12345);

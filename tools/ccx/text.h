@@ -95,7 +95,8 @@ inline const char* shortDecimal(const char* b, const char* e, T* out) {
     const bool minus = b < e && *b == '-';
     if (b < e && (*b == '-' || *b == '+')) ++b;
     const char* first = b;
-    for (; b < e && isDigit(*b); ++b) exponent = exponent * 10 + (*b - '0');
+    // Four digits at most are read, so a long exponent cannot overflow before it is refused.
+    for (; b < e && isDigit(*b) && b - first < 4; ++b) exponent = exponent * 10 + (*b - '0');
     if (b == first || b - first > 3) return nullptr;
     if (minus) exponent = -exponent;
   }

@@ -70,52 +70,6 @@ TEST(InpMalformed, EachBadDeckNamesFileLineAndExpectation) {
   }
 }
 
-// A damaged line deep in a card longer than several read buffers, and decks that end inside
-// a line there: the error names that line.
-TEST(InpMalformed, DamagedLineDeepInALargeCard) {
-  const test::LargeMesh mesh = test::largeMesh(40000, 20000, 8000);
-  struct Damage {
-    const char* what;
-    int line;          // the damaged line; the deck ends inside it when cut is given
-    std::string text;  // what it holds
-    const char* cut;
-    const char* lineEnd;
-    std::string expected;
-    int errorLine = 0;  // when not the damaged line
-  };
-  const Damage damages[] = {
-      {"coordinate", mesh.nodeLine[33333], "33333, 8333.25, x2, 5.5", nullptr, "\r\n",
-       "a node coordinate (a finite number), found 'x2'"},
-      {"node of a brick", mesh.brickLine[17777],
-       "17777, 17777, 17778, -3, 17780, 17781, 17782, 17783, 17784", nullptr, "\n",
-       "a node label of element 17777 (a positive integer), found '-3'"},
-      {"cut in the nodes", mesh.nodeLine[25001], "", "25001, 62", "\r\n",
-       "a line end after this data line (the file ends inside it: cut short?), found '25001, "
-       "62'"},
-      {"cut in the bricks", mesh.brickLine[18001], "", "18001, 18001, 180", "\n",
-       "(the file ends inside it: cut short?), found '18001, 18001, 180'"},
-      // The deck ends after the first of a quad's two lines.
-      {"cut between a quad's lines", mesh.quadLine[6001] + 1, "", "", "\n",
-       "20 node labels for element 106001 of type C3D20, found '15'", mesh.quadLine[6001]},
-  };
-  test::ScratchDir dir;
-  for (const Damage& damage : damages) {
-    SCOPED_TRACE(damage.what);
-    test::LargeMesh damaged = mesh;
-    const size_t at = static_cast<size_t>(damage.line - 1);
-    if (damage.cut) {
-      damaged.lines.resize(at);
-    } else {
-      damaged.lines[at] = damage.text;
-    }
-    const std::string path =
-        dir.write("large.inp", damaged.text(damage.lineEnd) + (damage.cut ? damage.cut : ""));
-    Warnings warnings;
-    test::expectParseError([&] { parseDeck(path, warnings); },
-                           damage.errorLine ? damage.errorLine : damage.line, damage.expected);
-  }
-}
-
 struct BadReference {
   const char* what;
   const char* text;

@@ -44,23 +44,6 @@ class ChannelTest : public ::testing::Test {
   std::unique_ptr<ReplyChannel> channel_;
 };
 
-TEST_F(ChannelTest, TextRecordFrame) {
-  channel_->sendText("Found upgraded odb: a.odb");
-  auto got = drain();
-  ASSERT_EQ(got.size(), 32u);
-  EXPECT_EQ(got[0], 30);  // count: type + text count + 25 bytes
-  EXPECT_EQ(got[1], 0);
-  EXPECT_EQ(got[2], '|');
-  EXPECT_EQ(got[3], 25);
-  EXPECT_EQ(std::string(got.begin() + 7, got.end()), "Found upgraded odb: a.odb");
-}
-
-TEST_F(ChannelTest, EndAndFixedRecords) {
-  channel_->send(RecordBuilder(kRecProcessId).i32(0x01020304));
-  channel_->sendEnd();
-  EXPECT_EQ(drain(), (std::vector<uint8_t>{5, 0, 0x7D, 4, 3, 2, 1, 1, 0, 0x7E}));
-}
-
 TEST_F(ChannelTest, QueueFlushesFirstWhenTheRecordWouldReachTheLimit) {
   // Fill the pending buffer to exactly 40945 bytes with 10-byte frames (8-byte records)
   // and one 5-byte frame.

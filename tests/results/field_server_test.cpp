@@ -1,5 +1,5 @@
 // The field forms of command r through the real server: the dispatcher's parsing of each
-// form reaches the walk. A failed walk's reply through the server: region_server_test.cpp.
+// form reaches the walk.
 #include <gtest/gtest.h>
 
 #include "client/field_records.h"

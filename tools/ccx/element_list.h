@@ -34,6 +34,9 @@ class NodeLabels {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin());
   }
   friend bool operator==(const std::vector<int32_t>& a, NodeLabels b) { return b == a; }
+  friend bool operator==(NodeLabels a, NodeLabels b) {
+    return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin());
+  }
 
  private:
   const int32_t* first_ = nullptr;

@@ -72,10 +72,10 @@ const char* solidTypeName(int typeCode) {
 }
 
 // The same node labels in any order (an element of the result file and of the deck).
-bool sameNodes(const std::vector<int32_t>& a, NodeLabels b) {
+bool sameNodes(NodeLabels a, NodeLabels b) {
   if (a.size() != b.size()) return false;
   if (std::equal(a.begin(), a.end(), b.begin())) return true;  // the usual case
-  std::vector<int32_t> x = a, y = b.toVector();
+  std::vector<int32_t> x = a.toVector(), y = b.toVector();
   std::sort(x.begin(), x.end());
   std::sort(y.begin(), y.end());
   return x == y;
@@ -147,7 +147,7 @@ void Expansion::addToMesh(const FrdElement& f, LabelBits& meshNodes) {
   ExpandedMesh::Element element;
   element.label = f.label;
   element.type = solidTypeName(f.typeCode);
-  element.nodes = f.nodes;
+  element.nodes.assign(f.nodes.begin(), f.nodes.end());
   for (int32_t n : f.nodes) meshNodes.insert(n);
   mesh_.elements.push_back(std::move(element));
 }

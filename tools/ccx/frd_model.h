@@ -4,10 +4,15 @@
 // mode at the nodes.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "tools/ccx/element_list.h"
 
 namespace odbs::ccx {
 
@@ -16,12 +21,42 @@ struct FrdNode {
   double x = 0, y = 0, z = 0;
 };
 
+// The node labels of one element of the result file, held in the element itself: the
+// solver's element types have at most 20 nodes, and a mesh of a million elements then costs
+// no allocation per element.
+class FrdElementNodes {
+ public:
+  static constexpr size_t kMax = 20;
+  using value_type = int32_t;
+  using const_iterator = const int32_t*;
+
+  // Makes room for n labels (new ones 0). Throws std::length_error above kMax.
+  void resize(size_t n) {
+    if (n > kMax) throw std::length_error("an element of more than 20 nodes");
+    for (size_t i = count_; i < n; ++i) labels_[i] = 0;
+    count_ = static_cast<uint8_t>(n);
+  }
+  size_t size() const { return count_; }
+  bool empty() const { return count_ == 0; }
+  int32_t* data() { return labels_.data(); }
+  const int32_t* data() const { return labels_.data(); }
+  int32_t& operator[](size_t i) { return labels_[i]; }
+  int32_t operator[](size_t i) const { return labels_[i]; }
+  const int32_t* begin() const { return labels_.data(); }
+  const int32_t* end() const { return labels_.data() + count_; }
+  operator NodeLabels() const { return NodeLabels(labels_.data(), count_); }
+
+ private:
+  std::array<int32_t, kMax> labels_;
+  uint8_t count_ = 0;
+};
+
 struct FrdElement {
   int32_t label = 0;
   int typeCode = 0;  // 1 = 8-node brick, 4 = 20-node brick, ... (element_types.h)
   int group = 0;
   int material = 0;
-  std::vector<int32_t> nodes;
+  FrdElementNodes nodes;
 };
 
 struct FrdComponent {

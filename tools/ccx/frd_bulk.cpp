@@ -5,54 +5,61 @@
 
 namespace odbs::ccx {
 
-PieceParsed FrdReader::parseRows(std::string_view text, int labelWidth, int stored, Rows& out) {
-  LineCursor lines(text);
-  PieceParsed done;
-  std::string_view r, at;
-  while (lines.next(r)) {
-    const size_t before = out.values.size();
-    out.values.resize(before + stored);
-    int32_t label = 0;
-    if (rowRecord(r, lines, labelWidth, stored, &label, &out.values[before], &at) !=
-        RecordFault::none) {
-      out.values.resize(before);
-      return done;
-    }
-    out.nodes.push_back(label);
-    done = lines.parsed(text);
-  }
-  done.whole = true;
-  return done;
-}
+namespace {
 
-PieceParsed FrdReader::parseNodes(std::string_view text, int labelWidth,
-                                  std::vector<FrdNode>& out) {
+// Parses the records of text one after the other: record(lines, first line) reads one
+// (taking its further lines from lines) and returns false at the first it cannot read. How
+// far the whole records reach; whole when text ended with one.
+template <typename Record>
+PieceParsed eachRecord(std::string_view text, Record record) {
   LineCursor lines(text);
   PieceParsed done;
   std::string_view r;
   while (lines.next(r)) {
-    FrdNode node;
-    if (nodeRecord(r, labelWidth, &node) != RecordFault::none) return done;
-    out.push_back(node);
+    if (!record(lines, r)) return done;
     done = lines.parsed(text);
   }
   done.whole = true;
   return done;
 }
 
+}  // namespace
+
+PieceParsed FrdReader::parseRows(std::string_view text, int labelWidth, int stored, Rows& out) {
+  return eachRecord(text, [&](LineCursor& lines, std::string_view r) {
+    const size_t before = out.values.size();
+    out.values.resize(before + stored);
+    int32_t label = 0;
+    std::string_view at;
+    if (rowRecord(r, lines, labelWidth, stored, &label, &out.values[before], &at) !=
+        RecordFault::none) {
+      out.values.resize(before);
+      return false;
+    }
+    out.nodes.push_back(label);
+    return true;
+  });
+}
+
+PieceParsed FrdReader::parseNodes(std::string_view text, int labelWidth,
+                                  std::vector<FrdNode>& out) {
+  return eachRecord(text, [&](LineCursor&, std::string_view r) {
+    FrdNode node;
+    if (nodeRecord(r, labelWidth, &node) != RecordFault::none) return false;
+    out.push_back(node);
+    return true;
+  });
+}
+
 PieceParsed FrdReader::parseElements(std::string_view text, int labelWidth,
                                      std::vector<FrdElement>& out) {
-  LineCursor lines(text);
-  PieceParsed done;
-  std::string_view r, at;
-  FrdElement e;
-  while (lines.next(r)) {
-    if (elementRecord(r, lines, labelWidth, &e, &at) != RecordFault::none) return done;
-    out.push_back(std::move(e));
-    done = lines.parsed(text);
-  }
-  done.whole = true;
-  return done;
+  return eachRecord(text, [&](LineCursor& lines, std::string_view r) {
+    FrdElement e;
+    std::string_view at;
+    if (elementRecord(r, lines, labelWidth, &e, &at) != RecordFault::none) return false;
+    out.push_back(e);
+    return true;
+  });
 }
 
 }  // namespace odbs::ccx
